@@ -1,0 +1,51 @@
+#pragma once
+
+#include <array>
+
+/// Dense R x C matrix of doubles held in place, row by row, indices from 1. The element kernels
+/// work on these: no heap, sizes known to the compiler.
+template <int R, int C>
+struct FixedMatrix {
+  std::array<double, R * C> entries{};  ///< (i, j) at (i-1)*C + j-1
+
+  double& operator()(int i, int j) { return entries[(i - 1) * C + (j - 1)]; }
+  double operator()(int i, int j) const { return entries[(i - 1) * C + (j - 1)]; }
+
+  FixedMatrix& operator+=(const FixedMatrix& other) {
+    for (int k = 0; k < R * C; ++k) entries[k] += other.entries[k];
+    return *this;
+  }
+  FixedMatrix& operator*=(double factor) {
+    for (double& entry : entries) entry *= factor;
+    return *this;
+  }
+};
+
+/// A B.
+template <int R, int K, int C>
+FixedMatrix<R, C> operator*(const FixedMatrix<R, K>& A, const FixedMatrix<K, C>& B) {
+  FixedMatrix<R, C> product;
+  for (int i = 1; i <= R; ++i)
+    for (int k = 1; k <= K; ++k)
+      for (int j = 1; j <= C; ++j) product(i, j) += A(i, k) * B(k, j);
+  return product;
+}
+
+/// A^T B.
+template <int K, int R, int C>
+FixedMatrix<R, C> TransposeTimes(const FixedMatrix<K, R>& A, const FixedMatrix<K, C>& B) {
+  FixedMatrix<R, C> product;
+  for (int k = 1; k <= K; ++k)
+    for (int i = 1; i <= R; ++i)
+      for (int j = 1; j <= C; ++j) product(i, j) += A(k, i) * B(k, j);
+  return product;
+}
+
+/// A^T.
+template <int R, int C>
+FixedMatrix<C, R> Transpose(const FixedMatrix<R, C>& A) {
+  FixedMatrix<C, R> transpose;
+  for (int i = 1; i <= R; ++i)
+    for (int j = 1; j <= C; ++j) transpose(j, i) = A(i, j);
+  return transpose;
+}

@@ -1,0 +1,60 @@
+#pragma once
+
+#include <ostream>
+
+class Matriu;
+class ReaVecT;
+
+/// The interface of the global equation solvers, for K x = f with K symmetric.
+///
+/// Degrees of freedom, rows and columns are counted from 1; node numbers are internal indices,
+/// counted from 1; the equation of degree d of node i is (i - 1) * dofsPerNode + d.
+///
+/// Order of use: AddNodePair for every pair of nodes of every element -> Allocate -> AddBlock for
+/// every element -> Prescribe for every fixed degree -> Solve, once. SetZero begins a second
+/// assembly on the same structure.
+class StiffnessMatrix {
+public:
+  virtual ~StiffnessMatrix() = default;
+
+  /// Number of degrees of freedom, n.
+  virtual int NumDegrees() const = 0;
+
+  /// Records that all degrees of two nodes are coupled.
+  virtual void AddNodePair(int node1, int node2, int dofsPerNode) = 0;
+
+  /// Builds the storage once all couplings are recorded; every entry 0.0.
+  virtual void Allocate(int dofsPerNode) = 0;
+
+  /// The stored place of (i, j).
+  virtual double& Entry(int i, int j) = 0;
+
+  /// Clears all stored entries; the structure stays.
+  virtual void SetZero() = 0;
+
+  /// Adds a dense block whose first entry falls on (firstRow, firstCol). Blocks of node pairs are
+  /// handed over once, with firstRow <= firstCol; the solver takes care of the mirrored half.
+  virtual void AddBlock(int firstRow, int firstCol, const Matriu& block) = 0;
+
+  /// Replaces `rhs` by the solution. Returns 0; or a positive degree whose pivot failed; or -1
+  /// (breakdown); or -k (not solved after k iterations). `info` may be null.
+  virtual int Solve(ReaVecT& rhs, std::ostream* info) = 0;
+
+  /// Imposes x(dof) = value.
+  virtual void Prescribe(int dof, double value, ReaVecT& rhs) = 0;
+
+  /// Row `dof` times x.
+  virtual double RowTimesVector(int dof, const ReaVecT& x) = 0;
+
+  /// Diagnostic print.
+  virtual void Print(std::ostream& stream) = 0;
+
+  /// Copies the whole matrix, both triangles, into an n x n `dense`.
+  virtual void CopyFromYouToMat(Matriu& dense) = 0;
+
+  /// Writes the matrix as a picture for the post-processor.
+  virtual void WriteForVemo(std::ostream& stream) = 0;
+
+  /// The storage report of the information file.
+  virtual void PrintInfo(std::ostream& stream) = 0;
+};

@@ -1,0 +1,17 @@
+#pragma once
+
+#include "algebra/ReaVecT.h"
+#include "analysis/NodeBlocks.h"
+
+class Mesh;
+class Project;
+
+/// Adds the stiffness of every 3- or 6-noded triangle (by mesh.nnode) to the project's solver.
+void AddShellStiffness(Project& project, const Mesh& mesh, BlockAxes axes);
+
+/// Adds the equivalent nodal forces of own weight and loads of every element to project.global.
+void AddShellLoads(Project& project, const Mesh& mesh);
+
+/// Resultants at the integration points, 8 each (Nx' Ny' Nxy' Mx' My' Mxy' Qx' Qy'), in local axes:
+/// one point per 3-noded element, three per 6-noded one.
+void ShellResultants(const Project& project, const Mesh& mesh, ReaVecT& values);

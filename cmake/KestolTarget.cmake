@@ -1,0 +1,27 @@
+# What every target of this project shares: the language, the include root, warnings, sanitizers.
+function(kestol_target target)
+  target_compile_features(${target} PUBLIC cxx_std_20)
+  set_target_properties(${target} PROPERTIES CXX_EXTENSIONS OFF)
+  target_include_directories(${target} PUBLIC ${PROJECT_SOURCE_DIR})
+  # Digits must not depend on the machine: no contraction of a*b+c behind our back.
+  target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wshadow -Wconversion
+                                           -Wno-sign-conversion -Wnon-virtual-dtor
+                                           -Woverloaded-virtual -ffp-contract=off)
+  if(KESTOL_WERROR)
+    target_compile_options(${target} PRIVATE -Werror)
+  endif()
+  if(KESTOL_SANITIZE)
+    target_compile_options(${target} PRIVATE -fsanitize=address,undefined
+                                             -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    target_link_options(${target} PUBLIC -fsanitize=address,undefined)
+  endif()
+endfunction()
+
+# A test program of the given sources: GoogleTest, the core, and a fatal exit that throws.
+function(kestol_test name)
+  add_executable(${name} ${ARGN})
+  kestol_target(${name})
+  target_link_libraries(${name} PRIVATE kestol_test_support)
+  target_precompile_headers(${name} REUSE_FROM kestol_test_support)
+  gtest_discover_tests(${name} TEST_PREFIX "${name}." DISCOVERY_MODE PRE_TEST)
+endfunction()

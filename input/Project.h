@@ -1,0 +1,79 @@
+#pragma once
+
+#include <array>
+#include <memory>
+#include <ostream>
+#include <vector>
+
+#include "algebra/Plex.h"
+#include "algebra/ReaVec3.h"
+#include "algebra/ReaVecT.h"
+#include "algebra/StiffnessMatrix.h"
+#include "input/Units.h"
+#include "model/Material.h"
+#include "model/Mesh.h"
+#include "model/PreassureLT.h"
+
+class OutputText;
+
+/// Most meshes that a model can hold.
+constexpr int kMaxMeshes = 10;
+
+/// How K u = f is solved.
+enum SolverChoice { Automatic = 0, SolveSkyLine = 1, SolveSparse = 2, SolveDouble = 3 };
+
+/// Which shell values are kept and written.
+enum StressOption { LocalStresses = 0, MainStresses = 1, MainAndLocalStresses = 2 };
+
+/// The whole model and every result of one run. The groups below are headed by the stage that
+/// writes them.
+class Project {
+public:
+  /// `capacity` numbers per block of the materials and loads containers.
+  explicit Project(int capacity);
+
+  /// The text report: displacements, beam strengths, reactions.
+  void WriteResults(OutputText& output) const;
+
+  // --- set by the reader --------------------------------------------------------------------
+  Units units;
+  int problemType = Plane;           ///< ProblemType
+  int dofsPerNode = 3;               ///< 3 plane, 6 space, 3 again for tetrahedra
+  int ConvertTo6Nodes = 0;           ///< also set by the Double solver
+  int stressOption = LocalStresses;  ///< StressOption
+  int nodesAsRead = 0;               ///< highest node number in the input
+  int numNodes = 0;                  ///< current node count; grows with the conversion to 6 nodes
+  std::array<int, kMaxMeshes> numElements{};  ///< per mesh
+  std::vector<std::unique_ptr<Mesh>> meshes;  ///< at most kMaxMeshes
+  Plex<Material> materials;                   ///< by material number
+  Plex<PreassureLT> loads;                    ///< first load of an element, by element number
+  int solverChoice = Automatic;               ///< SolverChoice; resolved by the solve driver
+  double tolerance1 = -1.0;                   ///< Sparse: relative residual aimed at
+  double tolerance2 = -1.0;                   ///< Sparse: relative residual still accepted
+  int MaxIterations = 0;                      ///< Sparse; 0: the solver's own defaults
+  ReaVec3 gravity{0.0, 0.0, 1.0};             ///< unit vector along which weight acts
+  int NumOfDivisions = 20;                    ///< beam stations less one
+  double CoplanarityAngle = 1e-07;            ///< radians
+  int DoSmoothing = 0;
+  double smoothingAngle = -1.0;  ///< radians
+  bool hasRotules = false;       ///< a rotules section with a node was read
+
+  // --- set by the solve driver --------------------------------------------------------------
+  std::vector<int> rotuleCodes;  ///< EndCode by element number - 1; empty without rotules
+  std::vector<int> coplanar;     ///< flag by node index - 1; empty without shells
+  std::unique_ptr<StiffnessMatrix> solver;  ///< dies inside ComputeReactions
+  ReaVecT global;                           ///< loads, then displacements, by equation
+
+  // --- set by ComputeStrengths; per mesh, by running position of the element ------------------
+  std::array<ReaVecT, kMaxMeshes> gaussVariables;  ///< values at the integration points
+  std::array<ReaVecT, kMaxMeshes> mainDirections;  ///< 6 angles per shell point; options 1 and 2
+  std::array<ReaVecT, kMaxMeshes> localValues;     ///< 8 main values per shell point; option 2
+  ReaVecT nodalStresses;                           ///< 6 per node by index; solids with smoothing
+
+  /// The release code of a beam's ends.
+  int EndCodeOf(int elementNumber) const {
+    return rotuleCodes.empty() ? int{BothFixed} : rotuleCodes[elementNumber - 1];
+  }
+  /// The number in the input of a node's internal index.
+  int ExternalNumber(int index) const { return meshes[0]->ExternalNumber(index); }
+};

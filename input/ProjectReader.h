@@ -1,0 +1,7 @@
+#pragma once
+
+class Project;
+class TextInput;
+
+/// Reads a whole deck into the project and checks the model as a whole.
+void ReadProject(Project& project, TextInput& input);

@@ -1,0 +1,61 @@
+#pragma once
+
+#include <memory>
+
+#include "algebra/Plex.h"
+#include "algebra/ReaVec3.h"
+#include "model/Material.h"
+
+class Matriu;
+class Mesh;
+struct Node;
+
+/// How the program counts degrees of freedom: plane (x, y, rotation) or space.
+enum ProblemType { Plane = 0, Space = 1 };
+
+/// One element: its nodes, its material, and the geometry that the formulations ask for.
+class Elem {
+public:
+  /// An element of `nodeCount` nodes, all null.
+  Elem(Mesh* owner, int nodeCount);
+
+  /// The face `face` (from 0) of a triangle or tetrahedron: its node i is node (i + face) mod nnode
+  /// of `el`, with one node less. It is registered in no mesh.
+  Elem(Elem* el, int face);
+
+  virtual ~Elem() = default;
+
+  /// The element's own material if any; else the one of `materials` under its material number; else
+  /// null.
+  const Material* GetMaterial(const Plex<Material>& materials) const;
+
+  /// Fills the 3x3 T from the Euler angles of the material and gives true; false, T untouched,
+  /// when `material` is null or has none.
+  bool GivenAxes(const Material* material, Matriu& T) const;
+
+  /// Local axes of a beam as columns of T: 3x3 on (u, v, theta) in the plane, 6x6 block diagonal
+  /// in space. x runs from node 1 to node 2. Ends the run for a beam of no length, out of the plane
+  /// of a plane problem, or with given axes that do not fit it.
+  void CalcTransfMatrixBeam(Matriu& T, const Material* material, int problemType) const;
+
+  /// Local axes of a shell triangle as columns of the 3x3 T, z along the element's normal; T6 (6x6)
+  /// turns the shell's local degrees (u, v, w, beta1, beta2, drilling), where the rotations are
+  /// about -y, x and the normal, into the global ones.
+  void ShellAxes(Matriu& T, Matriu& T6, const Material* material) const;
+
+  /// Whether the segment from p to s crosses this 2-noded element (plane) or triangle (space): 1 or
+  /// 0. No stage of the run calls it.
+  int IsCutted(const ReaVec3& p, const ReaVec3& s) const;
+
+  /// Length of the chord from node 1 to node 2.
+  double Length() const;
+
+  std::unique_ptr<Node*[]> nodes;      ///< `nnode` nodes, not owned; null for an unknown number
+  std::unique_ptr<Material> material;  ///< null unless the element line holds a definition
+  Mesh* mesh;                          ///< owner; null for a face
+  double alpha = 0.0;                  ///< roll angle of a vertical beam in space; has no input
+  int nnode;                           ///< nodes of this element
+  int number = 0;                      ///< as read, or as given by a merge
+  int materialNumber = 0;              ///< 0 when none was given
+  int attributes[2] = {0, 0};          ///< zero after reading
+};

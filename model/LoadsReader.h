@@ -1,0 +1,13 @@
+#pragma once
+
+#include <string_view>
+
+class Project;
+class TextInput;
+
+/// Reads the nodal_point_loads section into the nodes of the first mesh.
+void ReadNodalLoads(Project& project, TextInput& input);
+
+/// Reads one of the four sections of distributed loads into project.loads. Gives -1, nothing read,
+/// when `keyword` (lower case) is none of them; else 0.
+int ReadPressureLoads(std::string_view keyword, Project& project, TextInput& input);

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <memory>
+
+#include "algebra/ReaVecT.h"
+#include "model/Constraint.h"
+
+/// A node of the model. It is owned by the node container of the first mesh, under its key: the
+/// number written in the input.
+struct Node {
+  double x = 0.0, y = 0.0, z = 0.0;  ///< in result length units; z is 0 when dim is 2
+  int dim = 0;                       ///< coordinates in use, 2 or 3
+  int number = 0;  ///< as read; after renumbering the internal index, counted from 1
+  int rotule = 0;  ///< 1 when beams meet here through a hinge
+  std::unique_ptr<Constraint> constraint;  ///< null for a node without supports
+  std::unique_ptr<ReaVecT> load;           ///< null, or one entry per degree of freedom
+};
+
+/// The equation of the first degree of freedom of the node with this internal index; both are
+/// counted from 1.
+inline int FirstEquation(int nodeIndex, int dofsPerNode) {
+  return (nodeIndex - 1) * dofsPerNode + 1;
+}

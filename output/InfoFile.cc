@@ -1,0 +1,14 @@
+#include "output/InfoFile.h"
+
+#include <cstdarg>
+#include <cstdio>
+
+void Progress(std::ostream* info, const char* format, ...) {
+  if (info == nullptr) return;
+  char text[512];
+  va_list arguments;
+  va_start(arguments, format);
+  std::vsnprintf(text, sizeof text, format, arguments);
+  va_end(arguments);
+  *info << text << std::flush;
+}
