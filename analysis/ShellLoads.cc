@@ -1,0 +1,87 @@
+#include "algebra/Zero.h"
+#include "analysis/ShellPoints.h"
+#include "analysis/ShellTriangle.h"
+#include "analysis/Surface.h"
+#include "input/Project.h"
+#include "model/Mesh.h"
+
+namespace {
+
+/// Adds a force (first = 0) or a moment (first = 3) to a node's equations.
+void AddToNode(Project& project, const Node& node, int first, const Vector3& load, double factor) {
+  double* f = &project.global(FirstEquation(node.number, project.dofsPerNode)) + first;
+  for (int d = 0; d < 3; ++d) f[d] += load[d] * factor;
+}
+
+/// Spreads a load per unit area over the nodes that carry it: the corners of a three-noded
+/// triangle; the mid-sides of a six-noded one, each with its own point's area.
+template <int N, int P>
+void AddPerArea(Project& project, const Elem& elem, const ShellPoints<N, P>& points, int first,
+                const Vector3& load) {
+  constexpr int kCarrier = N == 3 ? 0 : 3;
+  for (int k = 0; k < 3; ++k) {
+    const double area = N == 3 ? points.weight[0] / 3 : points.weight[N == 3 ? 0 : k];
+    AddToNode(project, *elem.nodes[k + kCarrier], first, load, area);
+  }
+}
+
+/// A load per unit length on the edge from corner `face` to the next: halves for two nodes, one,
+/// four and one sixths for three.
+void AddEdgeLoad(Project& project, const Elem& elem, int face, const Vector3& q) {
+  const Node &a = *elem.nodes[face], &b = *elem.nodes[(face + 1) % 3];
+  const double l = Norm(Minus(PositionOf(b), PositionOf(a)));
+  const double corner = elem.nnode == 3 ? l / 2 : l / 6;
+  AddToNode(project, a, 0, q, corner);
+  AddToNode(project, b, 0, q, corner);
+  if (elem.nnode == 6) AddToNode(project, *elem.nodes[face + 3], 0, q, 2 * l / 3);
+}
+
+Vector3 Column(const Matriu& T, int c) {
+  return {T(1, c), T(2, c), T(3, c)};
+}
+
+/// Force per unit area in global axes of a surface load on the element.
+Vector3 ForcePerArea(const ShellElement& shell, int kind, const Vector3& q) {
+  if (kind == GlobalProjected) return ProjectedLoad(q, Column(shell.T, 3));
+  if (kind != LocalPressure) return q;
+  Vector3 p{};
+  for (int c = 1; c <= 3; ++c)
+    for (int a = 0; a < 3; ++a) p[a] += shell.T(a + 1, c) * q[c - 1];
+  return p;
+}
+
+template <int N, int P>
+void AddLoads(Project& project, const Mesh& mesh) {
+  ShellElement shell(project);
+  ShellPoints<N, P> points;
+  for (auto [number, elem] : mesh.elems) {
+    const Material* material = elem->GetMaterial(project.materials);
+    const PreassureLT* first = project.loads.Get(number);
+    // Both factors must be given: two marks of "not given" multiply to 1.
+    const double weight =
+        material->Weight > 0 && material->t > 0 ? material->t * material->Weight : 0;
+    if (!(weight > kZero) && first == nullptr) continue;
+    shell.Take(*elem);
+    shell.Evaluate(points);
+    if (weight > kZero) AddPerArea(project, *elem, points, 0, WeightAlongGravity(project, weight));
+    for (const PreassureLT* load = first; load != nullptr; load = load->next.get()) {
+      const Vector3 q = {load->values(1), load->values(2), load->values(3)};
+      if (load->face != -1) {
+        AddEdgeLoad(project, *elem, load->face, q);
+        continue;
+      }
+      AddPerArea(project, *elem, points, 0, ForcePerArea(shell, load->kind, q));
+      const double couple = load->kind == LocalPressure ? load->values(4) : 0.0;
+      if (couple != 0.0) AddPerArea(project, *elem, points, 3, Times(Column(shell.T, 1), couple));
+    }
+  }
+}
+
+}  // namespace
+
+void AddShellLoads(Project& project, const Mesh& mesh) {
+  if (mesh.nnode == 3)
+    AddLoads<3, 1>(project, mesh);
+  else
+    AddLoads<6, 3>(project, mesh);
+}

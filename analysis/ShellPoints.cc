@@ -1,0 +1,95 @@
+#include "analysis/ShellPoints.h"
+
+#include "algebra/Zero.h"
+#include "analysis/Tri6.h"
+#include "input/Project.h"
+#include "main/ErrorChannel.h"
+#include "model/Elem.h"
+
+void ShellElement::Take(const Elem& next) {
+  elem = &next;
+  material = next.GetMaterial(project_.materials);
+  if (material == nullptr) Fatal("error: Material in element: ", next.number, " doesn't exist\n");
+  next.ShellAxes(T, T6, material);
+  material->ShellMatrices(next.number, Dm, Db, Ds);
+}
+
+/// In-plane coordinates from the first corner: the shift changes no derivative and saves digits.
+template <int N>
+void ShellElement::LocalCoordinates(std::array<double, N>& x, std::array<double, N>& y) const {
+  const Vector3 origin = PositionOf(*elem->nodes[0]);
+  for (int k = 0; k < N; ++k) {
+    const Vector3 d = Minus(PositionOf(*elem->nodes[k]), origin);
+    x[k] = T(1, 1) * d[0] + T(2, 1) * d[1] + T(3, 1) * d[2];
+    y[k] = T(1, 2) * d[0] + T(2, 2) * d[1] + T(3, 2) * d[2];
+  }
+}
+
+void ShellElement::Evaluate(ShellPoints<3, 1>& points) const {
+  constexpr double kThird = 1.0 / 3.0;
+  std::array<double, 3> x, y;
+  LocalCoordinates<3>(x, y);
+  const double J = (x[1] - x[0]) * (y[2] - y[0]) - (x[2] - x[0]) * (y[1] - y[0]);
+  if (!(J >= kZero)) Fatal("error: element ", elem->number, " has jacobian <=0\n");
+  const double xc = (x[0] + x[1] + x[2]) * kThird, yc = (y[0] + y[1] + y[2]) * kThird;
+  for (int i = 0; i < 3; ++i) {
+    const int j = (i + 1) % 3, k = (i + 2) % 3;
+    const double a = x[j] * y[k] - x[k] * y[j], b = y[j] - y[k], c = x[k] - x[j];
+    points.dx[0][i] = b / J;
+    points.dy[0][i] = c / J;
+    points.shape[0][i] = (a + b * xc + c * yc) / J;
+  }
+  points.weight[0] = J * 0.5;
+}
+
+namespace {
+
+constexpr std::array<tri6::Derivatives, 3> DerivativesAtPoints() {
+  std::array<tri6::Derivatives, 3> all{};
+  for (int p = 0; p < 3; ++p) all[p] = tri6::ShapeDerivatives(tri6::kPoints[p]);
+  return all;
+}
+
+}  // namespace
+
+void ShellElement::Evaluate(ShellPoints<6, 3>& points) const {
+  static constexpr std::array<tri6::Derivatives, 3> kDerivatives = DerivativesAtPoints();
+  std::array<double, 6> x, y;
+  LocalCoordinates<6>(x, y);
+  for (int p = 0; p < 3; ++p) {
+    const tri6::Derivatives& dN = kDerivatives[p];
+    double xs = 0, ys = 0, xt = 0, yt = 0;
+    for (int k = 0; k < 6; ++k) {
+      xs += dN.s[k] * x[k];
+      ys += dN.s[k] * y[k];
+      xt += dN.t[k] * x[k];
+      yt += dN.t[k] * y[k];
+    }
+    const double det = xs * yt - ys * xt;
+    if (!(det >= kZero)) Fatal("error: element ", elem->number, " has jacobian 0\n");
+    for (int k = 0; k < 6; ++k) {
+      points.dx[p][k] = (yt * dN.s[k] - ys * dN.t[k]) / det;
+      points.dy[p][k] = (-xt * dN.s[k] + xs * dN.t[k]) / det;
+    }
+    points.shape[p] = tri6::Shape(tri6::kPoints[p]);
+    points.weight[p] = det * tri6::kWeight;
+  }
+}
+
+FixedMatrix<6, 1> ShellElement::ToLocal(const double* global) const {
+  FixedMatrix<6, 1> local;
+  for (int k = 1; k <= 6; ++k)
+    for (int r = 1; r <= 6; ++r) local(k, 1) += T6(r, k) * global[r - 1];
+  return local;
+}
+
+ShellStrain ShellStrainMatrices(double Nx, double Ny, double N) {
+  return {{{Nx, 0, 0, 0, 0,  //
+            0, Ny, 0, 0, 0,  //
+            Ny, Nx, 0, 0, 0}},
+          {{0, 0, 0, -Nx, 0,  //
+            0, 0, 0, 0, -Ny,  //
+            0, 0, 0, -Ny, -Nx}},
+          {{0, 0, Nx, -N, 0,  //
+            0, 0, Ny, 0, -N}}};
+}

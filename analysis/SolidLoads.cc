@@ -1,0 +1,96 @@
+#include <cmath>
+
+#include "algebra/Zero.h"
+#include "analysis/Solid.h"
+#include "analysis/SolidPoints.h"
+#include "analysis/Surface.h"
+#include "analysis/Tri6.h"
+#include "input/Project.h"
+#include "model/Mesh.h"
+
+namespace {
+
+/// Corners of the faces 0..3 and, with ten nodes, their mid-sides in the order of the edges
+/// first-second, second-third, third-first; places from 0.
+constexpr int kFaces[4][6] = {
+    {0, 1, 2, 4, 5, 6},
+    {1, 2, 3, 5, 9, 8},
+    {2, 3, 0, 9, 7, 6},
+    {3, 0, 1, 7, 4, 8}
+};
+/// The corner opposite to each face, which tells the inside from the outside.
+constexpr int kOpposite[4] = {3, 0, 1, 2};
+
+void AddForce(Project& project, const Node& node, const Vector3& force, double factor) {
+  double* f = &project.global(FirstEquation(node.number, project.dofsPerNode));
+  for (int d = 0; d < 3; ++d) f[d] += force[d] * factor;
+}
+
+/// Every node receives the sum over the points of q N w.
+template <int N, int P>
+void AddVolumeLoad(Project& project, const Elem& elem, const SolidPoints<N, P>& points,
+                   const Vector3& q) {
+  for (int k = 0; k < N; ++k) {
+    double share = 0.0;
+    for (int p = 0; p < P; ++p) share += points.shape[p][k] * points.weight[p];
+    AddForce(project, *elem.nodes[k], q, share);
+  }
+}
+
+/// A load on one face: on the corners of a four-noded element a third of the face each; with ten
+/// nodes on the mid-sides, each with the area and the normal of the surface at its own place.
+void AddFaceLoad(Project& project, const Elem& elem, const PreassureLT& load, const Vector3& q) {
+  const int* face = kFaces[load.face];
+  const auto at = [&](int place) { return PositionOf(*elem.nodes[face[place]]); };
+  const Vector3 inside = Minus(PositionOf(*elem.nodes[kOpposite[load.face]]), at(0));
+  const double outward = Dot(Cross(Minus(at(1), at(0)), Minus(at(2), at(0))), inside) > 0 ? -1 : 1;
+  if (elem.nnode == 4) {
+    const Vector3 area = Cross(Minus(at(1), at(0)), Minus(at(2), at(0)));
+    const double size = Norm(area);
+    const Vector3 p = SurfaceLoad(load.kind, q, Times(area, outward / size));
+    for (int k = 0; k < 3; ++k) AddForce(project, *elem.nodes[face[k]], p, size / 6);
+    return;
+  }
+  for (int k = 0; k < 3; ++k) {
+    const tri6::Derivatives dN = tri6::ShapeDerivatives(tri6::kPoints[k]);
+    Vector3 Xs{}, Xt{};
+    for (int i = 0; i < 6; ++i)
+      for (int a = 0; a < 3; ++a) {
+        Xs[a] += dN.s[i] * at(i)[a];
+        Xt[a] += dN.t[i] * at(i)[a];
+      }
+    const Vector3 area = Cross(Xs, Xt);
+    const double size = Norm(area);
+    const Vector3 p = SurfaceLoad(load.kind, q, Times(area, outward / size));
+    AddForce(project, *elem.nodes[face[k + 3]], p, size * tri6::kWeight);
+  }
+}
+
+template <int N, int P, class Evaluate>
+void AddLoads(Project& project, const Mesh& mesh, Evaluate evaluate) {
+  SolidPoints<N, P> points;
+  for (auto [number, elem] : mesh.elems) {
+    const Material* material = elem->GetMaterial(project.materials);
+    const PreassureLT* first = project.loads.Get(number);
+    const double weight = material->Weight;
+    if (!(weight > kZero) && first == nullptr) continue;
+    evaluate(*elem, points);
+    if (weight > kZero) AddVolumeLoad(project, *elem, points, WeightAlongGravity(project, weight));
+    for (const PreassureLT* load = first; load != nullptr; load = load->next.get()) {
+      const Vector3 q = {load->values(1), load->values(2), load->values(3)};
+      if (load->face == -1)
+        AddVolumeLoad(project, *elem, points, q);
+      else
+        AddFaceLoad(project, *elem, *load, q);
+    }
+  }
+}
+
+}  // namespace
+
+void AddSolidLoads(Project& project, const Mesh& mesh) {
+  if (mesh.nnode == 4)
+    AddLoads<4, 1>(project, mesh, EvaluateTetra4);
+  else
+    AddLoads<10, 4>(project, mesh, EvaluateTetra10);
+}

@@ -1,0 +1,116 @@
+#include "analysis/SolidPoints.h"
+
+#include "algebra/Zero.h"
+#include "analysis/Tet10.h"
+#include "main/ErrorChannel.h"
+#include "model/Elem.h"
+#include "model/Node.h"
+
+namespace {
+
+using Triple = std::array<double, 3>;
+
+double Determinant(const Triple& a, const Triple& b, const Triple& c) {
+  return a[0] * (b[1] * c[2] - b[2] * c[1]) - a[1] * (b[0] * c[2] - b[2] * c[0]) +
+         a[2] * (b[0] * c[1] - b[1] * c[0]);
+}
+
+/// Coordinates of the element's nodes from its first corner: the shift changes no gradient and
+/// saves digits.
+template <int N>
+std::array<Triple, N> CoordinatesFromFirst(const Elem& elem) {
+  const Node& origin = *elem.nodes[0];
+  std::array<Triple, N> X;
+  for (int k = 0; k < N; ++k) {
+    const Node& node = *elem.nodes[k];
+    X[k] = {node.x - origin.x, node.y - origin.y, node.z - origin.z};
+  }
+  return X;
+}
+
+struct Cofactors {
+  std::array<double, 4> b, c, d;
+};
+
+/// b_i = (-1)^i det[1 y z], c_i = (-1)^i det[x 1 z], d_i = (-1)^i det[x y 1] over the rows of the
+/// three cyclic successors of node i; divided by 6V they are the gradient of N_i.
+Cofactors CofactorsOf(const std::array<Triple, 4>& X) {
+  Cofactors cofactors;
+  for (int i = 0; i < 4; ++i) {
+    const Triple &j = X[(i + 1) % 4], &k = X[(i + 2) % 4], &l = X[(i + 3) % 4];
+    const double sign = i % 2 == 0 ? -1.0 : 1.0;  // (-1)^i with i counted from 1
+    cofactors.b[i] = sign * Determinant({1, j[1], j[2]}, {1, k[1], k[2]}, {1, l[1], l[2]});
+    cofactors.c[i] = sign * Determinant({j[0], 1, j[2]}, {k[0], 1, k[2]}, {l[0], 1, l[2]});
+    cofactors.d[i] = sign * Determinant({j[0], j[1], 1}, {k[0], k[1], 1}, {l[0], l[1], 1});
+  }
+  return cofactors;
+}
+
+constexpr std::array<tet10::Derivatives, 4> DerivativesAtPoints() {
+  std::array<tet10::Derivatives, 4> all{};
+  for (int p = 0; p < 4; ++p) all[p] = tet10::ShapeDerivatives(tet10::kPoints[p]);
+  return all;
+}
+
+}  // namespace
+
+void EvaluateTetra4(const Elem& elem, SolidPoints<4, 1>& points) {
+  const std::array<Triple, 4> X = CoordinatesFromFirst<4>(elem);
+  const double sixV = Determinant(X[1], X[2], X[3]);
+  if (!(sixV >= kZero)) Fatal("error: element ", elem.number, " has jacobian <=0\n");
+  const Cofactors cofactors = CofactorsOf(X);
+  const double perSixV = 1.0 / sixV;
+  for (int i = 0; i < 4; ++i) {
+    points.gradient[0][i] = {cofactors.b[i] * perSixV, cofactors.c[i] * perSixV,
+                             cofactors.d[i] * perSixV};
+    points.shape[0][i] = 0.25;
+  }
+  points.weight[0] = sixV * (1.0 / 6.0);
+}
+
+void EvaluateTetra10(const Elem& elem, SolidPoints<10, 4>& points) {
+  static constexpr std::array<tet10::Derivatives, 4> kDerivatives = DerivativesAtPoints();
+  const std::array<Triple, 10> X = CoordinatesFromFirst<10>(elem);
+  for (int p = 0; p < 4; ++p) {
+    const tet10::Derivatives& dN = kDerivatives[p];
+    Triple Xr{}, Xs{}, Xt{};  // rows of the jacobian matrix
+    for (int k = 0; k < 10; ++k)
+      for (int a = 0; a < 3; ++a) {
+        Xr[a] += dN.r[k] * X[k][a];
+        Xs[a] += dN.s[k] * X[k][a];
+        Xt[a] += dN.t[k] * X[k][a];
+      }
+    const double det = Determinant(Xr, Xs, Xt);
+    if (!(det >= kZero)) Fatal("error: element ", elem.number, " has jacobian 0\n");
+    // Columns of the inverse jacobian: cross products of its rows over the determinant.
+    const double perDet = 1.0 / det;
+    const auto cross = [perDet](const Triple& u, const Triple& v) {
+      return Triple{(u[1] * v[2] - u[2] * v[1]) * perDet, (u[2] * v[0] - u[0] * v[2]) * perDet,
+                    (u[0] * v[1] - u[1] * v[0]) * perDet};
+    };
+    const Triple r = cross(Xs, Xt), s = cross(Xt, Xr), t = cross(Xr, Xs);
+    for (int k = 0; k < 10; ++k)
+      for (int a = 0; a < 3; ++a)
+        points.gradient[p][k][a] = r[a] * dN.r[k] + s[a] * dN.s[k] + t[a] * dN.t[k];
+    points.shape[p] = tet10::Shape(tet10::kPoints[p]);
+    points.weight[p] = det * tet10::kWeight;
+  }
+}
+
+FixedMatrix<6, 3> SolidStrainMatrix(const std::array<double, 3>& g) {
+  const auto [x, y, z] = g;
+  return {
+      {x, 0, 0, //
+       0, y, 0, //
+       0, 0, z, //
+       y, x, 0, //
+       z, 0, x, //
+       0, z, y}
+  };
+}
+
+FixedMatrix<6, 3> TetraStrainMatrix(int i, const std::array<double, 4>& b,
+                                    const std::array<double, 4>& c, const std::array<double, 4>& d,
+                                    double sixV) {
+  return SolidStrainMatrix({b[i - 1] / sixV, c[i - 1] / sixV, d[i - 1] / sixV});
+}
