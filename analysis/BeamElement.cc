@@ -1,6 +1,7 @@
 #include "analysis/BeamElement.h"
 
-#include "analysis/Sizes.h"
+#include "algebra/Zero.h"
+#include "analysis/Surface.h"
 #include "analysis/TurnBlock.h"
 #include "input/Project.h"
 #include "main/ErrorChannel.h"
@@ -11,6 +12,11 @@ const Material& MaterialOf(const Project& project, const Elem& elem) {
   const Material* const material = elem.GetMaterial(project.materials);
   if (material == nullptr) Fatal("error: Material in element: ", elem.number, " doesn't exist\n");
   return *material;
+}
+
+/// 0.0 when a factor is not positive: two marks of "not given" would multiply to 1.
+double WeightPerLength(const Material& material) {
+  return material.A > 0.0 && material.Weight > 0.0 ? material.A * material.Weight : 0.0;
 }
 
 /// f += K u.
@@ -32,7 +38,9 @@ double* EntriesOf(ReaVecT& global, const Node& node, int dofs) {
 
 }  // namespace
 
-BeamElement::BeamElement(const Project& project_) : project(project_), weight_(project_, Linear) {}
+BeamElement::BeamElement(const Project& owner) : project(owner) {
+  weight_.values = ReaVecT(owner.problemType == Plane ? 3 : 6);
+}
 
 void BeamElement::Take(const Elem& next) {
   TakeAxes(next);
@@ -52,9 +60,9 @@ void BeamElement::TakeStiffness() {
   material->ConstructLocalK(elem->number, L * L, project.problemType, endCode, Kii, Kij, Kjj);
 }
 
-bool BeamElement::HasLoads(const Elem& beam) {
+bool BeamElement::HasLoads(const Elem& beam) const {
   return project.loads.Get(beam.number) != nullptr ||
-         weight_.Of(MaterialOf(project, beam)) != nullptr;
+         WeightPerLength(MaterialOf(project, beam)) > kZero;
 }
 
 void BeamElement::TakeLoads() {
@@ -62,7 +70,12 @@ void BeamElement::TakeLoads() {
   const auto take = [this](const PreassureLT& load) {
     loads.push_back(LocalIntensities(load, *elem, T, project.problemType));
   };
-  if (const PreassureLT* const weight = weight_.Of(*material)) take(*weight);
+  const double weight = WeightPerLength(*material);
+  if (weight > kZero) {
+    const Vector3 q = WeightAlongGravity(project, weight);
+    for (int i = 0; i < 3; ++i) weight_.values(i + 1) = q[i];
+    take(weight_);
+  }
   for (const PreassureLT* load = project.loads.Get(elem->number); load != nullptr;
        load = load->next.get())
     take(*load);
@@ -123,7 +136,7 @@ void AddBeamLoads(Project& project, const Mesh& mesh) {
 
 void BeamStrengths(const Project& project, const Mesh& mesh, ReaVecT& values) {
   const int dofs = project.dofsPerNode;
-  values = ReaVecT(VectorLength(ElementCount(mesh), 2 * dofs));
+  values.Fill(0.0);
   double* place = values.begin();
   BeamElement beam(project);
   double u1[6], u2[6];

@@ -6,7 +6,7 @@
 #include "algebra/ReaVecT.h"
 #include "analysis/NodeBlocks.h"
 #include "model/BeamLoad.h"
-#include "model/SelfWeight.h"
+#include "model/PreassureLT.h"
 
 class Elem;
 class Material;
@@ -28,8 +28,8 @@ public:
   void TakeStiffness();             ///< Kii, Kij, Kjj
   void TakeLoads();                 ///< loads
 
-  /// Whether the beam has weight or loads at all. Needs nothing but the material, which must exist.
-  bool HasLoads(const Elem& elem);
+  /// Whether a beam, taken or not, has weight or loads at all.
+  bool HasLoads(const Elem& elem) const;
 
   /// The element's displacements at its two ends in local axes, from the global vector.
   void LocalDisplacements(const ReaVecT& global, double u1[6], double u2[6]) const;
@@ -47,7 +47,7 @@ public:
   std::vector<BeamLoad> loads;  ///< own weight first, then the loads of the deck in input order
 
 private:
-  SelfWeight weight_;
+  PreassureLT weight_{GlobalPressure};  ///< own weight of the beam in TakeLoads
 };
 
 /// Adds every element's stiffness to the project's solver.
@@ -56,6 +56,6 @@ void AddBeamStiffness(Project& project, const Mesh& mesh, BlockAxes axes);
 /// Adds the equivalent nodal forces of own weight and loads of every element to project.global.
 void AddBeamLoads(Project& project, const Mesh& mesh);
 
-/// End strengths in local axes, 2 x dofsPerNode per element: stiffness times displacements. Gives
-/// `values` its size.
+/// End strengths in local axes, 2 x dofsPerNode per element: stiffness times displacements.
+/// `values` has its size.
 void BeamStrengths(const Project& project, const Mesh& mesh, ReaVecT& values);

@@ -14,7 +14,9 @@ struct ElementRoutines {
   void (*addStiffness)(Project&, const Mesh&, BlockAxes);
   /// Adds own weight and loads of every element to project.global.
   void (*addLoads)(Project&, const Mesh&);
-  /// Strengths or stresses at the integration points; gives the vector its size.
+  /// Strengths or stresses of one element: how many numbers at all its integration points.
+  int (*valuesPerElement)(const Project&, const Mesh&);
+  /// Computes them, element after element, into a vector of that many for each.
   void (*values)(const Project&, const Mesh&, ReaVecT&);
 };
 
