@@ -6,6 +6,7 @@
 #include "algebra/ReaVecT.h"
 #include "analysis/NodeBlocks.h"
 #include "model/BeamLoad.h"
+#include "model/PreassureLT.h"
 
 class Elem;
 class Material;
@@ -18,12 +19,23 @@ class BeamElement {
 public:
   explicit BeamElement(const Project& project);
 
-  /// Takes the next beam. Ends the run for a missing material, a beam of no length, and axes or
-  /// values that do not fit, in this order.
+  /// Takes the next beam with everything below. Ends the run for a missing material, a beam of no
+  /// length, and axes or values that do not fit, in this order, then for loads that do not.
   void Take(const Elem& elem);
+
+  // The parts of Take, for those who need not all of them. TakeAxes comes first.
+  void TakeAxes(const Elem& elem);  ///< elem, material, T, L, endCode
+  void TakeStiffness();             ///< Kii, Kij, Kjj
+  void TakeLoads();                 ///< loads
+
+  /// Whether a beam, taken or not, has weight or loads at all.
+  bool HasLoads(const Elem& elem) const;
 
   /// The element's displacements at its two ends in local axes, from the global vector.
   void LocalDisplacements(const ReaVecT& global, double u1[6], double u2[6]) const;
+
+  /// The stiffness from local to global axes, in place: K := T K T^T.
+  void TurnStiffnessToGlobal();
 
   const Project& project;
   const Elem* elem = nullptr;
@@ -33,6 +45,9 @@ public:
   double L = 0.0;
   int endCode = 11;
   std::vector<BeamLoad> loads;  ///< own weight first, then the loads of the deck in input order
+
+private:
+  PreassureLT weight_{GlobalPressure};  ///< own weight of the beam in TakeLoads
 };
 
 /// Adds every element's stiffness to the project's solver.
@@ -42,4 +57,5 @@ void AddBeamStiffness(Project& project, const Mesh& mesh, BlockAxes axes);
 void AddBeamLoads(Project& project, const Mesh& mesh);
 
 /// End strengths in local axes, 2 x dofsPerNode per element: stiffness times displacements.
+/// `values` has its size.
 void BeamStrengths(const Project& project, const Mesh& mesh, ReaVecT& values);

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <optional>
+
+#include "algebra/FixedMatrix.h"
 #include "algebra/Matriu.h"
 
 class Project;
@@ -8,6 +11,11 @@ struct Node;
 /// In which axes node blocks go into the matrix: the local axes of constrained nodes (the system to
 /// solve) or global axes (the reaction pass).
 enum class BlockAxes { Global = 0, Constraint = 1 };
+
+/// The axes of an inclined support as columns of R, the same for translations and rotations; none
+/// for a node without constraint or without local axes. Ends the run for axes that leave the plane
+/// of a plane problem.
+std::optional<FixedMatrix<3, 3>> SupportAxes(const Project& project, const Node& node);
 
 /// Hands node blocks of element stiffnesses to the project's solver: in upper order, turned into
 /// the axes of inclined supports where asked.
@@ -20,10 +28,9 @@ public:
   void Add(const Node& a, const Node& b, Matriu& K);
 
 private:
-  void Turn(const Node& a, const Node& b, Matriu& K);
+  void Turn(const Node& a, const Node& b, Matriu& K) const;
 
   Project& project_;
   BlockAxes axes_;
   int dofs_;
-  Matriu axesMatrix_, work_;
 };

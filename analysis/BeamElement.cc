@@ -1,0 +1,153 @@
+#include "analysis/BeamElement.h"
+
+#include "algebra/Zero.h"
+#include "analysis/Surface.h"
+#include "analysis/TurnBlock.h"
+#include "input/Project.h"
+#include "main/ErrorChannel.h"
+
+namespace {
+
+const Material& MaterialOf(const Project& project, const Elem& elem) {
+  const Material* const material = elem.GetMaterial(project.materials);
+  if (material == nullptr) Fatal("error: Material in element: ", elem.number, " doesn't exist\n");
+  return *material;
+}
+
+/// 0.0 when a factor is not positive: two marks of "not given" would multiply to 1.
+double WeightPerLength(const Material& material) {
+  return material.A > 0.0 && material.Weight > 0.0 ? material.A * material.Weight : 0.0;
+}
+
+/// f += K u.
+void AddProduct(const Matriu& K, const double* u, double* f) {
+  for (int i = 1; i <= K.nrows; ++i)
+    for (int j = 1; j <= K.ncols; ++j) f[i - 1] += K(i, j) * u[j - 1];
+}
+
+/// f += K^T u.
+void AddTransposedProduct(const Matriu& K, const double* u, double* f) {
+  for (int i = 1; i <= K.nrows; ++i)
+    for (int j = 1; j <= K.ncols; ++j) f[j - 1] += K(i, j) * u[i - 1];
+}
+
+/// The node's entries of the global vector.
+double* EntriesOf(ReaVecT& global, const Node& node, int dofs) {
+  return &global(FirstEquation(node.number, dofs));
+}
+
+}  // namespace
+
+BeamElement::BeamElement(const Project& owner) : project(owner) {
+  weight_.values = ReaVecT(owner.problemType == Plane ? 3 : 6);
+}
+
+void BeamElement::Take(const Elem& next) {
+  TakeAxes(next);
+  TakeStiffness();
+  TakeLoads();
+}
+
+void BeamElement::TakeAxes(const Elem& next) {
+  elem = &next;
+  material = &MaterialOf(project, next);
+  next.CalcTransfMatrixBeam(T, material, project.problemType);
+  L = next.Length();
+  endCode = project.EndCodeOf(next.number);
+}
+
+void BeamElement::TakeStiffness() {
+  material->ConstructLocalK(elem->number, L * L, project.problemType, endCode, Kii, Kij, Kjj);
+}
+
+bool BeamElement::HasLoads(const Elem& beam) const {
+  return project.loads.Get(beam.number) != nullptr ||
+         WeightPerLength(MaterialOf(project, beam)) > kZero;
+}
+
+void BeamElement::TakeLoads() {
+  loads.clear();
+  const auto take = [this](const PreassureLT& load) {
+    loads.push_back(LocalIntensities(load, *elem, T, project.problemType));
+  };
+  const double weight = WeightPerLength(*material);
+  if (weight > kZero) {
+    const Vector3 q = WeightAlongGravity(project, weight);
+    for (int i = 0; i < 3; ++i) weight_.values(i + 1) = q[i];
+    take(weight_);
+  }
+  for (const PreassureLT* load = project.loads.Get(elem->number); load != nullptr;
+       load = load->next.get())
+    take(*load);
+}
+
+void BeamElement::LocalDisplacements(const ReaVecT& global, double u1[6], double u2[6]) const {
+  const int dofs = project.dofsPerNode;
+  const FixedMatrix<3, 3> toLocal = Transpose(RotationOf(T));
+  double* const ends[] = {u1, u2};
+  for (int end = 0; end < 2; ++end) {
+    const int first = FirstEquation(elem->nodes[end]->number, dofs);
+    for (int d = 0; d < dofs; ++d) ends[end][d] = global(first + d);
+    TurnVector(toLocal, ends[end], dofs);
+  }
+}
+
+void BeamElement::TurnStiffnessToGlobal() {
+  const FixedMatrix<3, 3> R = RotationOf(T);
+  for (Matriu* const K : {&Kii, &Kij, &Kjj}) TurnBlock(R, R, *K);
+}
+
+void AddBeamStiffness(Project& project, const Mesh& mesh, BlockAxes axes) {
+  BeamElement beam(project);
+  NodeBlocks blocks(project, axes);
+  for (const auto [number, elem] : mesh.elems) {
+    beam.TakeAxes(*elem);
+    beam.TakeStiffness();
+    beam.TurnStiffnessToGlobal();
+    const Node& end1 = *elem->nodes[0];
+    const Node& end2 = *elem->nodes[1];
+    blocks.Add(end1, end1, beam.Kii);
+    blocks.Add(end1, end2, beam.Kij);
+    blocks.Add(end2, end2, beam.Kjj);
+  }
+}
+
+void AddBeamLoads(Project& project, const Mesh& mesh) {
+  const int dofs = project.dofsPerNode;
+  BeamElement beam(project);
+  for (const auto [number, elem] : mesh.elems) {
+    if (!beam.HasLoads(*elem)) continue;
+    beam.TakeAxes(*elem);
+    beam.TakeLoads();
+    const FixedMatrix<3, 3> toGlobal = RotationOf(beam.T);
+    double* const entries1 = EntriesOf(project.global, *elem->nodes[0], dofs);
+    double* const entries2 = EntriesOf(project.global, *elem->nodes[1], dofs);
+    for (const BeamLoad& load : beam.loads) {
+      BeamEndForces forces = EquivalentEndForces(load, beam.L, project.problemType, beam.endCode);
+      TurnVector(toGlobal, forces.f1.data(), dofs);
+      TurnVector(toGlobal, forces.f2.data(), dofs);
+      for (int d = 0; d < dofs; ++d) {
+        entries1[d] += forces.f1[d];
+        entries2[d] += forces.f2[d];
+      }
+    }
+  }
+}
+
+void BeamStrengths(const Project& project, const Mesh& mesh, ReaVecT& values) {
+  const int dofs = project.dofsPerNode;
+  values.Fill(0.0);
+  double* place = values.begin();
+  BeamElement beam(project);
+  double u1[6], u2[6];
+  for (const auto [number, elem] : mesh.elems) {
+    beam.TakeAxes(*elem);
+    beam.TakeStiffness();
+    beam.LocalDisplacements(project.global, u1, u2);
+    AddProduct(beam.Kii, u1, place);
+    AddProduct(beam.Kij, u2, place);
+    AddTransposedProduct(beam.Kij, u1, place + dofs);
+    AddProduct(beam.Kjj, u2, place + dofs);
+    place += 2 * dofs;
+  }
+}

@@ -1,0 +1,53 @@
+#include "analysis/NodeBlocks.h"
+
+#include <utility>
+
+#include "analysis/TurnBlock.h"
+#include "input/Project.h"
+
+namespace {
+
+void TransposeInPlace(Matriu& K) {
+  for (int i = 1; i <= K.nrows; ++i)
+    for (int j = i + 1; j <= K.ncols; ++j) std::swap(K(i, j), K(j, i));
+}
+
+constexpr FixedMatrix<3, 3> kIdentity{
+    {1.0, 0.0, 0.0, 0.0, 1.0, 0.0, 0.0, 0.0, 1.0}
+};
+
+}  // namespace
+
+std::optional<FixedMatrix<3, 3>> SupportAxes(const Project& project, const Node& node) {
+  if (!node.constraint || node.constraint->hasLocalAxes == 0) return std::nullopt;
+  // The third degree of a plane frame is a rotation, which must keep its axis; that of a solid is a
+  // translation like the others.
+  const bool solid = !project.meshes.empty() && project.meshes[0]->elemType == Tetrahedra;
+  Matriu T(project.dofsPerNode, project.dofsPerNode);
+  NodeAxesMatrix(*node.constraint, project.ExternalNumber(node.number), T, project.dofsPerNode,
+                 solid ? 0 : 1);
+  return RotationOf(T);
+}
+
+NodeBlocks::NodeBlocks(Project& project, BlockAxes axes)
+    : project_(project), axes_(axes), dofs_(project.dofsPerNode) {}
+
+void NodeBlocks::Add(const Node& a, const Node& b, Matriu& K) {
+  if (axes_ == BlockAxes::Constraint && (a.constraint || b.constraint)) Turn(a, b, K);
+  const Node* first = &a;
+  const Node* second = &b;
+  if (first->number > second->number) {  // the solvers keep the upper half
+    TransposeInPlace(K);
+    std::swap(first, second);
+  }
+  project_.solver->AddBlock(FirstEquation(first->number, dofs_),
+                            FirstEquation(second->number, dofs_), K);
+}
+
+/// K := R_a^T K R_b.
+void NodeBlocks::Turn(const Node& a, const Node& b, Matriu& K) const {
+  const auto Ra = SupportAxes(project_, a);
+  const auto Rb = SupportAxes(project_, b);
+  if (!Ra && !Rb) return;
+  TurnBlock(Ra ? Transpose(*Ra) : kIdentity, Rb ? Transpose(*Rb) : kIdentity, K);
+}

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <string_view>
+
+#include "input/Units.h"
+#include "input/Words.h"
+
+/// The key and value pairs behind the numbers of a load line, one after the other. Units keys are
+/// dealt with here: they change `factors` and are not handed out.
+class LoadPairs {
+public:
+  LoadPairs(std::string_view text, const Units& units)
+      : factors(DefaultFactors(units)), text_(text), units_(units) {}
+
+  /// Takes the next pair; false at the end of the line, and at a key without a value.
+  bool Next() {
+    while (TakePair()) {
+      if (!StartsWith(key, "units") && !StartsWith(key, "Units") && !StartsWith(key, "UNITS"))
+        return true;
+      text_ = behindKey_;  // a unit name has its own rule for what may stand before it
+      factors = TakeUnits(units_, text_);
+    }
+    return false;
+  }
+
+  /// Whether the line ended behind a key.
+  bool KeyWithoutValue() const { return !key.empty() && value.empty(); }
+
+  std::string_view key, value;
+  UnitFactors factors;  ///< of the last units key so far
+
+private:
+  bool TakePair() {
+    key = TakeKey(text_);
+    behindKey_ = text_;
+    value = TakeValue(text_);
+    return !key.empty() && !value.empty();
+  }
+
+  std::string_view text_, behindKey_;
+  const Units& units_;
+};
