@@ -34,12 +34,16 @@ void Place(const Rotation& R, int first, Matriu& T) {
 }
 
 Rotation Identity() {
-  return {{1.0, 0.0, 0.0, 0.0, 1.0, 0.0, 0.0, 0.0, 1.0}};
+  return {
+      {1.0, 0.0, 0.0, 0.0, 1.0, 0.0, 0.0, 0.0, 1.0}
+  };
 }
 
 /// Turn by `angle` about the unit vector k: I + sin [k]x + (1 - cos) [k]x^2.
 Rotation TurnAbout(const Vector3& k, double angle) {
-  const Rotation K{{0.0, -k[2], k[1], k[2], 0.0, -k[0], -k[1], k[0], 0.0}};
+  const Rotation K{
+      {0.0, -k[2], k[1], k[2], 0.0, -k[0], -k[1], k[0], 0.0}
+  };
   Rotation first = K, second = K * K, turn = Identity();
   first *= std::sin(angle);
   second *= 1.0 - std::cos(angle);

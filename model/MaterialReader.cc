@@ -12,8 +12,8 @@ namespace {
 /// rectangle, which are no part of the record.
 struct Definition {
   Material& material;
-  double L, area, inertia;   ///< L, L^2, L^4
-  double modulus, weight;    ///< F/L^2, F/L^3
+  double L, area, inertia;  ///< L, L^2, L^4
+  double modulus, weight;   ///< F/L^2, F/L^3
   double widthY = Material::kNotGiven, widthZ = Material::kNotGiven;
 };
 
@@ -31,8 +31,7 @@ void SetEuler(Definition& d, std::string_view key, double value) {
   Material& m = d.material;
   double* const angles[] = {&m.Euler1, &m.Euler2, &m.Euler3};
   const char which = key.size() > 5 ? key[5] : '0';
-  if (which < '1' || which > '3')
-    Fatal("error: Euler angles must be: Euler1,Euler2 or Euler3\n");
+  if (which < '1' || which > '3') Fatal("error: Euler angles must be: Euler1,Euler2 or Euler3\n");
   m.hasEuler = 1;
   *angles[which - '1'] = value;
 }

@@ -16,8 +16,7 @@ void ReadRotule(Project& project, TextInput& input, int nodeNumber) {
   if (node == nullptr) Fatal("error: Trying to assign rotule to unknown node\n");
   node->rotule = 1;
   project.hasRotules = true;
-  if (!SkipRestOfLine(input))
-    Fatal("Not reading correctly the rotules. Number=", nodeNumber, "\n");
+  if (!SkipRestOfLine(input)) Fatal("Not reading correctly the rotules. Number=", nodeNumber, "\n");
 }
 
 int HighestElementNumber(const Project& project) {
@@ -68,7 +67,6 @@ void PrepareRotules(Project& project) {
   Claims claims(project.meshes[0]->nodes->Highest());
   for (const auto& mesh : project.meshes) {
     if (mesh->nnode != 2) continue;
-    for (auto [number, beam] : mesh->elems)
-      project.rotuleCodes[number - 1] = CodeOf(*beam, claims);
+    for (auto [number, beam] : mesh->elems) project.rotuleCodes[number - 1] = CodeOf(*beam, claims);
   }
 }

@@ -64,9 +64,11 @@ void CheckTwoNodes(const Node& a, const Node& b) {
   if (!(Norm(axis) >= kZero)) return;
   if (a.constraint->hasLocalAxes != 0 || b.constraint->hasLocalAxes != 0) return;
   if (IsHeldAgainstRotation(a, b, axis)) return;
+  std::array<char, 64> vector;
+  std::snprintf(vector.data(), vector.size(), "  %13.6e  %13.6e  %13.6e", axis[0], axis[1],
+                axis[2]);
   error.message << "There are only two prescribed nodew in the model!!!\n"
-                << "Model can rotate around axe: " << ReaVec3(axis[0], axis[1], axis[2])
-                << " !!!\n";
+                << "Model can rotate around axe: " << vector.data() << " !!!\n";
 }
 
 }  // namespace
@@ -77,9 +79,16 @@ void CheckSupports(const Project& project) {
   if (planeFrame) return;
   const SupportedNodes supported = FindSupportedNodes(project);
   switch (supported.count) {
-    case 0: error.message << "There are no prescribed nodes in the model!!!\n"; break;
-    case 1: CheckOneNode(*supported.nodes[0], project.problemType); break;
-    case 2: CheckTwoNodes(*supported.nodes[0], *supported.nodes[1]); break;
-    default: break;
+    case 0:
+      error.message << "There are no prescribed nodes in the model!!!\n";
+      break;
+    case 1:
+      CheckOneNode(*supported.nodes[0], project.problemType);
+      break;
+    case 2:
+      CheckTwoNodes(*supported.nodes[0], *supported.nodes[1]);
+      break;
+    default:
+      break;
   }
 }
