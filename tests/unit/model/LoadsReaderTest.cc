@@ -432,7 +432,9 @@ TEST_F(LoadsReaderTest, UnitsFollowTheElementAndThePlaceOfTheLoad) {
     Model(Space, {Linear, Triangle, Tetrahedra});
     const Numbers q = Read(row.keyword, row.elem, row.line + "units=kN-mm");
     for (int i = 0; i < 3; ++i) EXPECT_NEAR(q[i] / row.q, 1.0, 1e-12) << row.line;
-    if (row.m > 0) EXPECT_NEAR(q[3] / row.m, 1.0, 1e-12) << row.line;
+    if (row.m > 0) {
+      EXPECT_NEAR(q[3] / row.m, 1.0, 1e-12) << row.line;
+    }
   }
 }
 
