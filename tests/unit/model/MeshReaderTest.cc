@@ -159,8 +159,8 @@ TEST(MeshReader, TheFileMayEndBeforeADigit) {
 }
 
 TEST(MeshReader, DropsASignBeforeTheNodeCount) {
-  EXPECT_EQ(Read("dimension -2 elemtype tri nnode = -3 coordinates 1 0 0\n end elements end")->nnode,
-            3);
+  EXPECT_EQ(
+      Read("dimension -2 elemtype tri nnode = -3 coordinates 1 0 0\n end elements end")->nnode, 3);
 }
 
 TEST(MeshReader, RefusesOtherDimensions) {
@@ -235,8 +235,8 @@ TEST(MeshReader, ReadsNumbersThatContinueOnTheNextLine) {
 
 TEST(MeshReader, SkipsCommentsSignsAndEmptyLinesInBothLists) {
   const std::string comment = "# " + std::string(2000, '1') + " end\n";
-  const auto mesh = Read(Beams(comment + "\n :1 0 0\r\n\t=2 1 0\n" + comment,
-                               comment + "\r\n : = 5 1 2\r\n#6 1 2\n"));
+  const auto mesh = Read(
+      Beams(comment + "\n :1 0 0\r\n\t=2 1 0\n" + comment, comment + "\r\n : = 5 1 2\r\n#6 1 2\n"));
   EXPECT_EQ(mesh->nodes->Highest(), 2);
   EXPECT_EQ(mesh->elems.Lowest(), 5);
   EXPECT_EQ(mesh->elems.Highest(), 5);
@@ -246,8 +246,8 @@ TEST(MeshReader, ScalesCoordinatesIntoResultUnits) {
   Units units;
   units.meshLength = 0.5;
   units.resultLength = 0.25;
-  const auto mesh = Read("dimension 3 elemtype l nnode 2 coordinates\n1 1 2 3\nend elements end",
-                         &units);
+  const auto mesh =
+      Read("dimension 3 elemtype l nnode 2 coordinates\n1 1 2 3\nend elements end", &units);
   EXPECT_EQ(mesh->nodes->Get(1)->x, 2.0);
   EXPECT_EQ(mesh->nodes->Get(1)->y, 4.0);
   EXPECT_EQ(mesh->nodes->Get(1)->z, 6.0);
@@ -310,17 +310,17 @@ TEST(MeshReader, ReadsTheMaterialNumberInAnyBase) {
     const char* text;
     int number;
   } rows[] = {
-      {"",       0  },
-      {"3",      3  },
-      {" : =3=", 3  },
-      {"012",    10 },
-      {"0x1F",   31 },
-      {"08",     0  },
-      {"1.5",    1  },
-      {"steel",  0  },
-      {"-2",     -2 },
-      {"7\r",    7  },
-      {"\t7\t",  7  },
+      {"",       0 },
+      {"3",      3 },
+      {" : =3=", 3 },
+      {"012",    10},
+      {"0x1F",   31},
+      {"08",     0 },
+      {"1.5",    1 },
+      {"steel",  0 },
+      {"-2",     -2},
+      {"7\r",    7 },
+      {"\t7\t",  7 },
   };
   for (const auto& row : rows) {
     const auto mesh = Read(Beams(kTwoNodes, std::string("5 1 2 ") + row.text + "\n"));
@@ -407,8 +407,9 @@ TEST(MeshReader, ALaterMeshMayMoveNodesAndAddNewOnes) {
   Node* const node = first->nodes->Get(2);
   node->load = std::make_unique<ReaVecT>(3);
   Mesh second(*first);
-  ReadInto(second, "dimension 3 elemtype l nnode 2 coordinates\n1 0 0 0\n2 6 7 8\n3 9 9 9\n"
-                   "end elements\n2 2 3\nend");
+  ReadInto(second,
+           "dimension 3 elemtype l nnode 2 coordinates\n1 0 0 0\n2 6 7 8\n3 9 9 9\n"
+           "end elements\n2 2 3\nend");
   EXPECT_EQ(first->nodes->Get(2), node);
   EXPECT_EQ(first->elems.Get(1)->nodes[1], node);
   EXPECT_EQ(node->dim, 3);

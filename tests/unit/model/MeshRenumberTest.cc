@@ -33,22 +33,38 @@ std::vector<int> Indices(const Mesh& mesh) {
 }
 
 TEST(MeshRenumber, NumbersALineFromItsFarEnd) {
-  const auto mesh = At({{1, 0, 0}, {10, 0, 0}, {2, 0, 0}, {0, 0, 0}});  // centroid 3.25
+  const auto mesh = At({
+      {1,  0, 0},
+      {10, 0, 0},
+      {2,  0, 0},
+      {0,  0, 0}
+  });  // centroid 3.25
   mesh->Renumber();
   EXPECT_EQ(*mesh->renumberMap, (std::vector<int>{2, 3, 1, 4}));
   EXPECT_EQ(Indices(*mesh), (std::vector<int>{3, 1, 2, 4}));
 }
 
 TEST(MeshRenumber, TheFirstOfEquallyFarNodesIsTheReference) {
-  const auto mesh = At({{0, 0, 0}, {1, 0, 0}, {-1, 0, 0}});
+  const auto mesh = At({
+      {0,  0, 0},
+      {1,  0, 0},
+      {-1, 0, 0}
+  });
   mesh->Renumber();
   EXPECT_EQ(*mesh->renumberMap, (std::vector<int>{2, 1, 3}));
 }
 
 TEST(MeshRenumber, EquallyDistantNodesKeepTheirOrder) {
   // Node 4 is the reference; 1, 2, 3, 5, 6 lie on a circle about it.
-  const auto mesh =
-      At({{3, 4, 0}, {4, 3, 0}, {5, 0, 0}, {0, 0, 0}, {4, -3, 0}, {3, -4, 0}, {2, 0, 0}});
+  const auto mesh = At({
+      {3, 4,  0},
+      {4, 3,  0},
+      {5, 0,  0},
+      {0, 0,  0},
+      {4, -3, 0},
+      {3, -4, 0},
+      {2, 0,  0}
+  });
   mesh->Renumber();
   EXPECT_EQ(*mesh->renumberMap, (std::vector<int>{4, 7, 1, 2, 3, 5, 6}));
 }
@@ -65,16 +81,28 @@ TEST(MeshRenumber, ManyEquallyDistantNodesKeepTheirOrderToo) {
 }
 
 TEST(MeshRenumber, UsesAllThreeCoordinates) {
-  const auto mesh = At({{0, 0, 1}, {0, 0, 5}, {0, 1, 0}, {1, 0, 0}, {0, 0, 0}});
+  const auto mesh = At({
+      {0, 0, 1},
+      {0, 0, 5},
+      {0, 1, 0},
+      {1, 0, 0},
+      {0, 0, 0}
+  });
   mesh->Renumber();  // distances from node 2: 4, 0, sqrt(26), sqrt(26), 5
   EXPECT_EQ(*mesh->renumberMap, (std::vector<int>{2, 1, 5, 3, 4}));
 }
 
 TEST(MeshRenumber, NodesOnOnePointKeepTheirNumbers) {
-  const auto one = At({{4, 5, 6}});
+  const auto one = At({
+      {4, 5, 6}
+  });
   one->Renumber();
   EXPECT_EQ(*one->renumberMap, (std::vector<int>{1}));
-  const auto three = At({{4, 5, 6}, {4, 5, 6}, {4, 5, 6}});
+  const auto three = At({
+      {4, 5, 6},
+      {4, 5, 6},
+      {4, 5, 6}
+  });
   three->Renumber();
   EXPECT_EQ(*three->renumberMap, (std::vector<int>{1, 2, 3}));
 }
@@ -96,22 +124,30 @@ TEST(MeshRenumber, TheMapLeadsFromEveryIndexToItsKey) {
   for (int index = 1; index <= 500; ++index) {
     const Node& node = *mesh->nodes->Get(mesh->ExternalNumber(index));
     EXPECT_EQ(node.number, index);
-    const double distance = std::hypot(node.x - reference.x, node.y - reference.y,
-                                       node.z - reference.z);
+    const double distance =
+        std::hypot(node.x - reference.x, node.y - reference.y, node.z - reference.z);
     EXPECT_GE(distance, previous - 1e-15);
     previous = distance;
   }
 }
 
 TEST(MeshRenumber, KeysDoNotMove) {
-  const auto mesh = At({{0, 0, 0}, {1, 0, 0}, {9, 0, 0}});
+  const auto mesh = At({
+      {0, 0, 0},
+      {1, 0, 0},
+      {9, 0, 0}
+  });
   mesh->Renumber();
   EXPECT_EQ(mesh->nodes->Get(3)->x, 9.0);
   EXPECT_EQ(mesh->nodes->Get(3)->number, 1);
 }
 
 TEST(MeshRenumber, ASecondCallGrowsTheMapAndStillGivesTheNumbersOfTheInput) {
-  const auto mesh = At({{1, 0, 0}, {10, 0, 0}, {2, 0, 0}});
+  const auto mesh = At({
+      {1,  0, 0},
+      {10, 0, 0},
+      {2,  0, 0}
+  });
   mesh->Renumber();
   auto added = std::make_unique<Node>();
   added->number = 4;
@@ -123,13 +159,19 @@ TEST(MeshRenumber, ASecondCallGrowsTheMapAndStillGivesTheNumbersOfTheInput) {
 }
 
 TEST(MeshRenumber, NodesAddedLaterStandForThemselves) {
-  const auto mesh = At({{1, 0, 0}, {10, 0, 0}, {2, 0, 0}});
+  const auto mesh = At({
+      {1,  0, 0},
+      {10, 0, 0},
+      {2,  0, 0}
+  });
   mesh->Renumber();
   EXPECT_EQ(mesh->ExternalNumber(4), 4);
 }
 
 TEST(MeshRenumber, AGapInTheKeysLeavesNoEntry) {
-  const auto mesh = At({{1, 0, 0}});
+  const auto mesh = At({
+      {1, 0, 0}
+  });
   auto node = std::make_unique<Node>();
   node->number = 3;
   node->x = 7.0;

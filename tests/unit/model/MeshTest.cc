@@ -1,10 +1,9 @@
-#include "model/Mesh.h"
-
 #include <memory>
 #include <string>
 #include <utility>
 #include <vector>
 
+#include "model/Mesh.h"
 #include "tests/support/FatalExit.h"
 
 namespace {
@@ -101,15 +100,48 @@ TEST(Mesh, EveryMeshAsksTheFirstOnesMap) {
 // --- edges --------------------------------------------------------------------------------------
 
 TEST(Mesh, GivesTheEdgesOfEachType) {
-  EXPECT_EQ(OneElem(Linear, 2)->CalcEdges(), (Pairs{{1, 2}}));
-  EXPECT_EQ(OneElem(Triangle, 3)->CalcEdges(), (Pairs{{1, 2}, {1, 3}, {2, 3}}));
-  EXPECT_EQ(OneElem(Triangle, 6)->CalcEdges(), (Pairs{{1, 2}, {1, 3}, {2, 3}}));
-  EXPECT_EQ(OneElem(Quadrilateral, 8)->CalcEdges(), (Pairs{{1, 2}, {1, 4}, {2, 3}, {3, 4}}));
+  EXPECT_EQ(OneElem(Linear, 2)->CalcEdges(), (Pairs{
+                                                 {1, 2}
+  }));
+  EXPECT_EQ(OneElem(Triangle, 3)->CalcEdges(), (Pairs{
+                                                   {1, 2},
+                                                   {1, 3},
+                                                   {2, 3}
+  }));
+  EXPECT_EQ(OneElem(Triangle, 6)->CalcEdges(), (Pairs{
+                                                   {1, 2},
+                                                   {1, 3},
+                                                   {2, 3}
+  }));
+  EXPECT_EQ(OneElem(Quadrilateral, 8)->CalcEdges(), (Pairs{
+                                                        {1, 2},
+                                                        {1, 4},
+                                                        {2, 3},
+                                                        {3, 4}
+  }));
   EXPECT_EQ(OneElem(Tetrahedra, 10)->CalcEdges(),
-            (Pairs{{1, 2}, {1, 3}, {1, 4}, {2, 3}, {2, 4}, {3, 4}}));
-  EXPECT_EQ(OneElem(Hexahedra, 20)->CalcEdges(), (Pairs{{1, 2}, {1, 4}, {1, 5}, {2, 3},
-                                                        {2, 6}, {3, 4}, {3, 7}, {4, 8},
-                                                        {5, 6}, {5, 8}, {6, 7}, {7, 8}}));
+            (Pairs{
+                {1, 2},
+                {1, 3},
+                {1, 4},
+                {2, 3},
+                {2, 4},
+                {3, 4}
+  }));
+  EXPECT_EQ(OneElem(Hexahedra, 20)->CalcEdges(), (Pairs{
+                                                     {1, 2},
+                                                     {1, 4},
+                                                     {1, 5},
+                                                     {2, 3},
+                                                     {2, 6},
+                                                     {3, 4},
+                                                     {3, 7},
+                                                     {4, 8},
+                                                     {5, 6},
+                                                     {5, 8},
+                                                     {6, 7},
+                                                     {7, 8}
+  }));
 }
 
 TEST(Mesh, SharedEdgesStandSideBySide) {
@@ -118,7 +150,14 @@ TEST(Mesh, SharedEdgesStandSideBySide) {
   elem->nodes[0] = mesh->nodes->Get(3);
   elem->nodes[1] = mesh->nodes->Get(2);
   mesh->elems.Insert(2, std::move(elem));  // its third node stays null
-  EXPECT_EQ(mesh->CalcEdges(), (Pairs{{0, 2}, {0, 3}, {1, 2}, {1, 3}, {2, 3}, {2, 3}}));
+  EXPECT_EQ(mesh->CalcEdges(), (Pairs{
+                                   {0, 2},
+                                   {0, 3},
+                                   {1, 2},
+                                   {1, 3},
+                                   {2, 3},
+                                   {2, 3}
+  }));
 }
 
 TEST(Mesh, RefusesEdgesOfAnUndefinedMesh) {

@@ -1,11 +1,10 @@
-#include "output/PrintProject.h"
-
 #include <memory>
 #include <sstream>
 #include <string>
 #include <utility>
 
 #include "input/Project.h"
+#include "output/PrintProject.h"
 #include "tests/support/FatalExit.h"
 
 namespace {
