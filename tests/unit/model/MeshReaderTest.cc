@@ -130,7 +130,7 @@ TEST(MeshReader, RefusesUnknownElementTypes) {
 
 TEST(MeshReader, FindsKeywordsInAnyCaseBehindOtherWords) {
   const auto mesh = Read(
-      "some words DIMENSION: 3 more ELEMTYPE LINEAR of NNODE -- 2 then Coordinates\n"
+      "some words DIMENSION : 3 more ELEMTYPE LINEAR of NNODE -- 2 then Coordinates\n"
       "1 1 2 3\nEND of ELEMENTS\nEnd");
   EXPECT_EQ(mesh->dimension, 3);
   EXPECT_EQ(mesh->nodes->Get(1)->z, 3.0);
@@ -189,7 +189,6 @@ TEST(MeshReader, RefusesGapsInTheNodeNumbers) {
   EXPECT_FATAL(Read(Beams("1 0 0\n2 1 0\n4 2 0\n", "")), text);
   EXPECT_FATAL(Read(Beams("1 0 0\n3 1 0\n3 2 0\n", "")), text);
   EXPECT_FATAL(Read(Beams("1 0 0\n1 1 0\n", "")), text);
-  EXPECT_FATAL(Read(Beams("2147483647 0 0\n", "")), text);
 }
 
 TEST(MeshReader, RefusesAListWithoutNodes) {
@@ -215,7 +214,7 @@ TEST(MeshReader, ScalingMustLeaveCoordinatesFinite) {
 }
 
 TEST(MeshReader, AMissingCoordinateTakesTheNextLinesNumber) {
-  EXPECT_FATAL(Read("dimension 3 elemtype l nnode 2 coordinates\n1 0 0\n2 1 1 1\nend"),
+  EXPECT_FATAL(Read("dimension 3 elemtype l nnode 2 coordinates\n1 0 0\n2 1 1 1\n3 2 2 2\nend"),
                "error: list of nodes does not contain all numbers\n");
 }
 

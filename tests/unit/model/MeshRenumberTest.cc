@@ -55,15 +55,15 @@ TEST(MeshRenumber, TheFirstOfEquallyFarNodesIsTheReference) {
 }
 
 TEST(MeshRenumber, EquallyDistantNodesKeepTheirOrder) {
-  // Node 4 is the reference; 1, 2, 3, 5, 6 lie on a circle about it.
+  // Node 4 is the reference; 1, 2, 3, 5, 6 lie on a circle of radius 65 about it.
   const auto mesh = At({
-      {3, 4,  0},
-      {4, 3,  0},
-      {5, 0,  0},
-      {0, 0,  0},
-      {4, -3, 0},
-      {3, -4, 0},
-      {2, 0,  0}
+      {63, 16,  0},
+      {63, -16, 0},
+      {60, 25,  0},
+      {0,  0,   0},
+      {60, -25, 0},
+      {65, 0,   0},
+      {10, 0,   0}
   });
   mesh->Renumber();
   EXPECT_EQ(*mesh->renumberMap, (std::vector<int>{4, 7, 1, 2, 3, 5, 6}));

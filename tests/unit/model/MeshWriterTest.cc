@@ -82,10 +82,11 @@ TEST(MeshWriter, WritesAMaterialOfTheElementsOwn) {
   const auto mesh = Chain(2);
   mesh->elems.Get(10)->materialNumber = 7;
   mesh->elems.Get(10)->material = std::make_unique<Material>();
+  mesh->elems.Get(10)->material->E1 = 2e11;
   mesh->elems.Get(10)->material->A = 0.5;
   EXPECT_THAT(Written(*mesh, 1, 0),
-              testing::HasSubstr("   10       1    2  Mat: 0 E1=-1 E2=-1 nuXY=-1 nuYX=-1 Iy=-1 "
-                                 "Iz=-1 Gxy=-1 Gxz=-1 Gyz=-1 J=-1 A=0.5 Weight=-1 t=-1\n"
+              testing::HasSubstr("   10       1    2  Mat: 0 E1=2e+11 E2=0 nuXY=0 nuYX=0 Iy=0 "
+                                 "Iz=0 Gxy=0 Gxz=0 Gyz=0 J=0 A=0.5 Weight=0 t=0\n"
                                  "   20       2    3\n"));
   EXPECT_THAT(Written(*mesh, 1, 1), testing::HasSubstr("   10       1    2 0\n"
                                                        "   20       2    3\n"));

@@ -64,8 +64,8 @@ TEST(PrintProject, PrintsEveryMaterial) {
   material->E1 = 2e11;
   project->materials.Insert(4, std::move(material));
   EXPECT_EQ(Dump(*project), kHead + kMesh +
-                                "4 E1=2e+11 E2=-1 nuXY=-1 nuYX=-1 Iy=-1 Iz=-1 Gxy=-1 Gxz=-1 "
-                                "Gyz=-1 J=-1 A=-1 Weight=-1 t=-1\n");
+                                "4 E1=2e+11 E2=0 nuXY=0 nuYX=0 Iy=0 Iz=0 Gxy=0 Gxz=0 "
+                                "Gyz=0 J=0 A=0 Weight=0 t=0\n");
 }
 
 TEST(PrintProject, PrintsConstraintsThenLoads) {
