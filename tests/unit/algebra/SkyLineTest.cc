@@ -1,5 +1,6 @@
+#include <algorithm>
 #include <cmath>
-#include <limits>
+#include <numeric>
 #include <sstream>
 
 #include "algebra/Matriu.h"
