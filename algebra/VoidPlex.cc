@@ -92,7 +92,7 @@ int VoidPlex::Trim() {
   for (Block* block = directory_[place].get();; block = block->prev)
     for (std::int64_t index = std::min<std::int64_t>(block->last, highest); index >= block->first;
          --index)
-      if (block->Slot(static_cast<int>(index))) return highest = static_cast<int>(index);
+      if (block->Slot(index)) return highest = static_cast<int>(index);
 }
 
 void VoidPlex::Compact() {
@@ -168,7 +168,7 @@ int VoidPlex::OccupiedAbove(int index) const {
   std::int64_t candidate = std::max<std::int64_t>(std::int64_t{index} + 1, block->first);
   while (true) {
     for (; candidate <= block->last; ++candidate)
-      if (block->Slot(static_cast<int>(candidate))) {
+      if (block->Slot(candidate)) {
         current = block;
         return static_cast<int>(candidate);
       }

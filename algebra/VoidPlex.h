@@ -27,7 +27,7 @@ public:
     Block(int blockSize, int index);
 
     bool Covers(int index) const { return first <= index && index <= last; }
-    void*& Slot(int index) { return slots[index - first]; }
+    void*& Slot(std::int64_t index) { return slots[index - first]; }
 
     std::unique_ptr<void*[]> slots;  ///< last - first + 1 pointers
     int first;                       ///< ((i - 1) / blockSize) * blockSize + 1 for every i inside

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdio>
 #include <memory>
 #include <string>
@@ -15,6 +16,8 @@ public:
   explicit TextInput(std::FILE* file);
   /// Reads from a text in memory.
   explicit TextInput(std::string text);
+  TextInput(const TextInput&) = delete;
+  TextInput& operator=(const TextInput&) = delete;
 
   /// The next character as an unsigned char value, not taken; kEnd at the end.
   int Peek() { return here_ < end_ || Refill(1) ? static_cast<unsigned char>(*here_) : kEnd; }
@@ -27,6 +30,9 @@ public:
   /// What is left of the current line without its '\n', without taking it. Valid until the next
   /// call on this object.
   std::string_view PeekLine();
+  /// The text in sight, at least `wanted` characters of it unless the whole text ends before.
+  /// Valid until the next call on this object.
+  std::string_view PeekAhead(std::size_t wanted);
   /// Takes `count` characters of those just seen.
   void Advance(std::size_t count) { here_ += count; }
 

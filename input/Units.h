@@ -39,6 +39,9 @@ public:
   std::string resultPressureName = "Pa";
 };
 
+/// Whether a number can stand as the size of a unit: finite and not below kZero.
+bool IsUnitFactor(double factor);
+
 /// Reads the rows behind the keyword units_names, up to a line that begins with "end", into the
 /// sorted table.
 void ReadUnitsNames(Units& units, TextInput& input);

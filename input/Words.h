@@ -9,7 +9,9 @@
 // The lexical layer of the deck: characters, words, numbers, lines. White space is blank, tab,
 // carriage return, newline, vertical tab and form feed everywhere.
 
-bool IsSpace(int c);
+inline bool IsSpace(int c) {
+  return c == ' ' || (c >= '\t' && c <= '\r');
+}
 
 /// `word` with the letters A-Z made small.
 std::string LowerCase(std::string_view word);
@@ -17,6 +19,9 @@ std::string LowerCase(std::string_view word);
 /// Skips white space, ':' and '=', and comments from '#' to the line end: what may stand before a
 /// record of a list.
 void SkipToRecord(TextInput& input);
+
+/// Skips white space; what follows is a word or the end of the text.
+void SkipSpace(TextInput& input);
 
 /// Skips white space and takes the next word; empty at the end of the text.
 std::string ReadWord(TextInput& input);

@@ -10,20 +10,35 @@ class Units;
 /// Releases of a beam's ends, as two decimal digits: end 1, end 2; 1 rigid, 0 hinged.
 enum EndCode { BothHinged = 0, HingeAtEnd1 = 1, HingeAtEnd2 = 10, BothFixed = 11 };
 
-/// One material with its section or thickness, in result units. -1.0 marks a value that was not
-/// given; it is never completed from others.
+/// One material with its section or thickness, in result units. Zero when constructed; reading sets
+/// every value to kNotGiven first. A value that was not given is never completed from others: the
+/// element that needs it refuses it.
 class Material {
 public:
+  static constexpr double kNotGiven = -1.0;
+
   /// Reads "number key value ..." of the materials section. Gives 0 when no number follows (end of
-  /// the section), else the result of ReadMaterialText. `units` null: no scaling.
+  /// the section), nothing but white space taken; else 1, or -1 for a line without keys, all values
+  /// then not given. A key without a value ends the run with
+  /// "error in materials. Key without value: '<key>'\n". `units` null: no scaling.
   int ReadMaterialLine(TextInput& input, const Units* units);
 
-  /// Sets all values to "not given" and reads keys and values. Gives 1; or -1 for a text without
-  /// any key; or 0, with the key in `keyWithoutValue`, when a key has no value.
-  int ReadMaterialText(std::string_view text, const Units* units);
+  /// Reads the definition behind an element: true, or false for a text without any key. A key
+  /// without a value ends the run as in ReadMaterialLine.
+  bool ReadInlineMaterial(std::string_view text, const Units* units);
 
-  /// A, Iy, Iz and J of a solid rectangle.
+  /// Sets all values to "not given" and reads keys and values, scaled by the unit system that the
+  /// text names, else by the default one. Gives 1; or -1 for a text without any key; or 0, with the
+  /// key in `keyWithoutValue`, when a key has no value.
+  int ReadMaterialText(std::string_view text, const Units* units,
+                       std::string_view* keyWithoutValue = nullptr);
+
+  /// A, Iy, Iz and J of a solid rectangle with the sides widthY along local y and widthZ along
+  /// local z; J by the nearest row of a table of side ratios.
   void SetRectangleSection(double widthY, double widthZ);
+
+  /// The same values under the number 0.
+  Material Copy() const;
 
   /// One line: number and the doubles from E1 to t.
   void Print(std::ostream& stream) const;
@@ -34,21 +49,25 @@ public:
   void ConstructLocalK(int elementNumber, double L2, int problemType, int endCode, Matriu& Kii,
                        Matriu& Kij, Matriu& Kjj) const;
 
-  /// Membrane (3x3), bending (3x3) and transverse shear (2x2) matrices of a shell of thickness t.
+  /// Orthotropic shell of thickness t, per unit of width in local x and y: membrane Dm (3x3, order
+  /// xx, yy, xy), bending Db (3x3) and transverse shear Ds (2x2, xz and yz, with the factor 5/6).
+  /// Ends the run when a value is not positive, or when Ex nuXY and Ey nuYX differ by more than
+  /// 1e-15, an absolute tolerance.
   void ShellMatrices(int elementNumber, Matriu& Dm, Matriu& Db, Matriu& Ds) const;
 
-  /// Elasticity matrix (6x6) in the order xx, yy, zz, then three shears.
+  /// Isotropic solid of E1 and nuXY: the 6x6 elasticity matrix in the order xx, yy, zz, then three
+  /// shears. Ends the run when E is not positive or nu not in (-1, 0.5).
   void SolidMatrix(int elementNumber, Matriu& D) const;
 
-  int number = 0;  ///< material number
-  double E1 = -1.0, E2 = -1.0;
-  double nuXY = -1.0, nuYX = -1.0;
-  double Iy = -1.0, Iz = -1.0;
-  double Gxy = -1.0, Gxz = -1.0, Gyz = -1.0;
-  double J = -1.0;
-  double A = -1.0;
-  double Weight = -1.0;                             ///< force per volume
-  double t = -1.0;                                  ///< shell thickness
+  int number = 0;             ///< material number
+  double E1 = 0.0, E2 = 0.0;  ///< Young's moduli along x and y
+  double nuXY = 0.0, nuYX = 0.0;
+  double Iy = 0.0, Iz = 0.0;  ///< second moments of area
+  double Gxy = 0.0, Gxz = 0.0, Gyz = 0.0;
+  double J = 0.0;                                   ///< torsion constant
+  double A = 0.0;                                   ///< cross-section area
+  double Weight = 0.0;                              ///< force per volume
+  double t = 0.0;                                   ///< shell thickness
   int hasEuler = 0;                                 ///< 1 when any Euler angle was given
-  double Euler1 = 0.0, Euler2 = 0.0, Euler3 = 0.0;  ///< radians
+  double Euler1 = 0.0, Euler2 = 0.0, Euler3 = 0.0;  ///< radians; see EulerRotation
 };

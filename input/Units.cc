@@ -1,0 +1,106 @@
+#include "input/Units.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "algebra/Zero.h"
+#include "input/Words.h"
+#include "main/ErrorChannel.h"
+
+namespace {
+
+constexpr std::size_t kMaxNameLength = 20;
+
+// Longest word that is taken from a line as the name of a system.
+constexpr std::size_t kMaxWordInLine = 99;
+
+// The next word, or the next 20 characters of it: what is longer spills over into the next field.
+std::string TakeName(std::string_view& text) {
+  std::string_view rest = text;
+  const std::string_view name = TakeValue(rest).substr(0, kMaxNameLength);
+  text.remove_prefix(static_cast<std::size_t>(name.data() + name.size() - text.data()));
+  return std::string(name);
+}
+
+UnitSystem ParseRow(std::string_view line) {
+  UnitSystem row;
+  row.name = TakeName(line);
+  row.nameN = TakeName(line);
+  row.nameM = TakeName(line);
+  row.namePa = TakeName(line);
+  const std::optional<double> facN = TakeReal(line);
+  const std::optional<double> facM = TakeReal(line);
+  if (!facN || !facM) {
+    Fatal("error: 'units_names' items should be: name nameN nameM namePa facN facM\n");
+  }
+  row.facN = *facN;
+  row.facM = *facM;
+  return row;
+}
+
+// Takes the word behind a units key and its signs; empty at the end of the text.
+std::string_view TakeSystemName(std::string_view& text) {
+  const auto isFirst = [](unsigned char c) { return !IsSpace(c) && c != '=' && c != ':'; };
+  const auto first = std::find_if(text.begin(), text.end(), isFirst);
+  text.remove_prefix(static_cast<std::size_t>(first - text.begin()));
+  return TakeValue(text).substr(0, kMaxWordInLine);
+}
+
+}  // namespace
+
+bool IsUnitFactor(double factor) {
+  return factor >= kZero && std::isfinite(factor);
+}
+
+void ReadUnitsNames(Units& units, TextInput& input) {
+  for (;;) {
+    SkipToRecord(input);
+    const std::optional<std::string_view> line = ReadRestOfLine(input);
+    if (!line) Fatal("error: 'units_names' should finish with the 'end' word\n");
+    if (StartsWithAnyCase(*line, "end")) break;
+    units.table.push_back(ParseRow(*line));
+  }
+  std::stable_sort(units.table.begin(), units.table.end(),
+                   [](const UnitSystem& a, const UnitSystem& b) { return a.name < b.name; });
+}
+
+const UnitSystem& FindUnits(const Units& units, std::string_view name) {
+  if (name.size() > kMaxNameLength) Fatal("error: Unit name '", name, "' is too long\n");
+  const auto found =
+      std::lower_bound(units.table.begin(), units.table.end(), name,
+                       [](const UnitSystem& row, std::string_view key) { return row.name < key; });
+  if (found == units.table.end() || found->name != name) {
+    Fatal("error: Unit name '", name, "' has not been previously defined\n");
+  }
+  return *found;
+}
+
+const UnitSystem* FindUnitsInLine(const Units& units, std::string_view line) {
+  for (const std::string_view key : {"units", "Units", "UNITS"}) {
+    const std::size_t place = line.find(key);
+    if (place == std::string_view::npos) continue;
+    line.remove_prefix(place + key.size());
+    const std::string_view name = TakeSystemName(line);
+    return name.empty() ? nullptr : &FindUnits(units, name);
+  }
+  return nullptr;
+}
+
+double MeshLengthFactor(const Units& units) {
+  return units.meshLength / units.resultLength;
+}
+
+UnitFactors DefaultFactors(const Units& units) {
+  return {units.materialForce / units.resultForce, units.materialLength / units.resultLength};
+}
+
+UnitFactors FactorsOf(const Units& units, const UnitSystem& system) {
+  if (!IsUnitFactor(system.facN) || !IsUnitFactor(system.facM)) {
+    Fatal("error: factors of unit system '", system.name, "' must be two positive numbers\n");
+  }
+  return {system.facN / units.resultForce, system.facM / units.resultLength};
+}
+
+UnitFactors TakeUnits(const Units& units, std::string_view& text) {
+  return FactorsOf(units, FindUnits(units, TakeSystemName(text)));
+}
