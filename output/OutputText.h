@@ -1,15 +1,23 @@
 #pragma once
 
-#include <cstdio>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
 #include <memory>
 #include <string>
 #include <string_view>
 
+#include "output/NumberText.h"
+
 /// A result file. Text is gathered and handed over in pieces that always end at a line end, so the
-/// file on disk never stops inside a line.
+/// file on disk never stops inside a line. A flush after each line would promise the same to a
+/// reader and cost more than the whole run.
 ///
 /// Reals come in the two forms of the reports: the default form (printf's %g, six significant
 /// digits) and vector form (two blanks, then %13.6e).
+///
+///     |<-------- whole lines -------->|<- begun line ->|<------- room ------->|
+///     buffer_                                          cursor_                limit_
 class OutputText {
 public:
   /// Creates or truncates the file (mode 0644 under the umask); ends the run with
@@ -17,17 +25,45 @@ public:
   explicit OutputText(const std::string& name);
   /// Gathers the text in memory; for tests.
   OutputText();
+  /// What was written before an end without Close stays in the file.
   ~OutputText();
   OutputText(const OutputText&) = delete;
   OutputText& operator=(const OutputText&) = delete;
 
-  OutputText& operator<<(std::string_view text);
-  OutputText& operator<<(char c);
-  OutputText& operator<<(int value);
-  OutputText& operator<<(double value);  ///< default form
+  OutputText& operator<<(std::string_view text) {
+    char* const to = Room(text.size());
+    std::memcpy(to, text.data(), text.size());
+    return Advance(to + text.size());
+  }
+  OutputText& operator<<(char c) {
+    char* const to = Room(1);
+    *to = c;
+    return Advance(to + 1);
+  }
+  OutputText& operator<<(int value) { return *this << std::int64_t{value}; }
+  OutputText& operator<<(std::int64_t value) {
+    return Advance(WriteInteger(Room(kNumberLength), value));
+  }
+  OutputText& operator<<(double value) {  ///< default form
+    return Advance(WriteDefault(Room(kNumberLength), value));
+  }
 
   /// "  " and the value in scientific notation, at least 13 characters wide.
-  OutputText& Vector(double value);
+  OutputText& Vector(double value) { return Advance(WriteVectorForm(Room(kNumberLength), value)); }
+
+  /// Where the next `count` characters may be written; Advance then takes them in. For writers of
+  /// many lines.
+  char* Room(std::size_t count) {
+    if (static_cast<std::size_t>(limit_ - cursor_) < count) MakeRoom(count);
+    return cursor_;
+  }
+  OutputText& Advance(char* end) {
+    cursor_ = end;
+    return *this;
+  }
+
+  /// Hands the whole lines over that were written so far: call it before an error ends the run.
+  void HandOverLines();
 
   /// Hands everything over and closes the file; ends the run with
   /// "error: Failed writing to disk. Probably the disk is full\n" when any of it was refused.
@@ -37,6 +73,18 @@ public:
   std::string Text() const;
 
 private:
-  struct Impl;
-  std::unique_ptr<Impl> impl_;
+  void MakeRoom(std::size_t count);
+  void HandOver(const char* end);
+  void WriteToFile(std::string_view text);
+
+  static constexpr int kNoFile = -1;
+
+  std::size_t capacity_;
+  std::unique_ptr<char[]> buffer_;
+  char* cursor_;
+  char* limit_;
+  int file_ = kNoFile;
+  bool inMemory_;
+  bool refused_ = false;  ///< the disk took less than it was given; the rest is dropped
+  std::string memory_;
 };
