@@ -1,9 +1,100 @@
 #pragma once
 
+#include <cstdlib>
+#include <memory>
+#include <vector>
+
 #include "algebra/StiffnessMatrix.h"
 
-/// Skyline storage and the root-free Cholesky solver "Txolesky".
+/// Symmetric matrix stored by columns, each from its first structurally non-zero row down to the
+/// diagonal, and solved by K = U^T D U, U unit upper triangular ("Txolesky").
+///
+/// Entry (i, j), i <= j, is stored if and only if j - i < heights[j - 1]:
+///
+///     column j of height 3     columns[j - 1]:    [0]       [1]        [2]
+///                                                (j, j)  (j - 1, j)  (j - 2, j)
+///
+/// Order of use: AddNodePair or AddDegreePair for every coupling -> Allocate -> AddBlock for every
+/// element -> Prescribe for every fixed degree -> Solve, once. Solve overwrites the matrix with D
+/// on the diagonal and U above it; SetZero makes it ready for another assembly.
+///
+/// Storage is the profile and 16 bytes per degree; the factorisation adds a working copy of some
+/// tens of columns.
 class SkyLine : public StiffnessMatrix {
 public:
+  /// A matrix of n degrees without any coupling and without storage.
   explicit SkyLine(int n);
+
+  int NumDegrees() const override { return n; }
+  void AddNodePair(int node1, int node2, int dofsPerNode) override;
+
+  /// Couples two degrees: column max(p, q) reaches up to row min(p, q).
+  void AddDegreePair(int p, int q);
+
+  /// Every node's own block of dofsPerNode x dofsPerNode is stored, coupled or not.
+  void Allocate(int dofsPerNode) override;
+
+  /// The stored place of (i, j), in either order. Outside the profile: a place that reads 0.0;
+  /// what is written there is lost. Ends the run when i or j is not within 1..n.
+  double& Entry(int i, int j) override;
+
+  void SetZero() override;
+
+  /// Adds what of the block lies on or above the diagonal; the rest is ignored.
+  void AddBlock(int firstRow, int firstCol, const Matriu& block) override;
+
+  /// Solves K f = f in place. Returns 0, or the first degree whose pivot is not at least kZero in
+  /// magnitude; the matrix is then half factorised and f as it was. Ends the run when the matrix is
+  /// factorised already.
+  int Solve(ReaVecT& f, std::ostream* info) override;
+
+  /// Eliminates x(p) = value: row and column p become those of the unit matrix, rhs(p) the value.
+  /// The other entries of rhs stay as they are when |value| <= kZero.
+  void Prescribe(int p, double value, ReaVecT& rhs) override;
+
+  /// Row and column p become those of the unit matrix.
+  void Prescribe(int p);
+
+  /// Of the matrix before it is factorised.
+  double RowTimesVector(int i, const ReaVecT& x) override;
+
+  /// Each row from its first to its last entry above kZero in magnitude.
+  void Print(std::ostream& stream) override;
+  /// All n x n entries.
+  void PrintFull(std::ostream& stream);
+  void CopyFromYouToMat(Matriu& dense) override;
+
+  /// One square cell per entry, (1, 1) at the upper left corner, with the entry as its value.
+  void WriteForVemo(std::ostream& stream) override;
+  void PrintInfo(std::ostream& stream) override;
+
+  /// The first row without an entry above kZero in magnitude; 0 when there is none. Looks at the
+  /// matrix before it is factorised; no stage of a run calls it.
+  int FirstZeroRow();
+
+  /// Looks for a row that is a multiple of row p, column by column and within kZero, and ends the
+  /// run with "error: Degree of freedom p and r are dependent\n" when there is one; two rows of
+  /// zeros count as dependent. Looks at the matrix before it is factorised; no stage calls it.
+  void ReportDependence(int p);
+
+  int n;
+  std::vector<int> heights;      ///< stored entries of each column, the diagonal included
+  std::vector<double*> columns;  ///< into the storage; null until Allocate
+  bool factorised = false;       ///< the storage holds D and U
+
+private:
+  struct Free {
+    void operator()(double* storage) const { std::free(storage); }
+  };
+
+  bool IsStored(int i, int j) const { return j - i < heights[j - 1]; }  // i <= j
+  template <class Visit>
+  void VisitRow(int i, Visit visit);
+  void FillRow(int i, std::vector<double>& row);
+  long long NumStored() const;
+  void FindLastColumns();
+
+  std::unique_ptr<double[], Free> storage_;  // column after column
+  std::vector<int> lastColumn_;              // of each row: the last column that may reach it
+  double outside_ = 0.0;                     // what Entry hands out outside the profile
 };

@@ -8,7 +8,9 @@ class Matriu;
 /// What a support does to one degree of freedom. Other digits are stored and have no effect.
 enum ConstraintCode { Free = 0, Prescribed = 1, Spring = 2 };
 
-/// The support record of a node: per degree of freedom a code, its value and the reaction.
+/// The support record of a node: per degree of freedom a code, its value and the reaction. Degrees
+/// are counted from 0: x, y, rotation in the plane; x, y, z, rotations about x, y, z in space;
+/// x, y, z in solids. With local axes the values are along and about these, the reactions global.
 struct Constraint {
   explicit Constraint(int dofsPerNode) : dofs(dofsPerNode) {}
 
@@ -20,7 +22,7 @@ struct Constraint {
   std::array<int, 6> codes{};      ///< ConstraintCode or another digit
   std::array<double, 6> values{};  ///< prescribed displacement, or spring stiffness; result units
   std::array<double, 6> reactions{};                ///< global components; 0 where not constrained
-  double Euler1 = 0.0, Euler2 = 0.0, Euler3 = 0.0;  ///< local axes, radians
+  double Euler1 = 0.0, Euler2 = 0.0, Euler3 = 0.0;  ///< local axes, radians; see EulerRotation
 };
 
 /// The node's local axes as columns of T, in global components. Gives 1 and leaves T alone when the
@@ -33,6 +35,6 @@ int NodeAxesMatrix(const Constraint& constraint, int externalNumber, Matriu& T, 
                    int check);
 
 /// The support of a node created half-way between two supported nodes; null unless both have one
-/// and at least one degree is prescribed at both. Prescribed values are averaged, everything else
-/// is free; local axes are those half-way between the two.
+/// and at least one degree is prescribed at both. Prescribed values, each along its own local axes,
+/// are averaged, everything else is free; local axes are those half-way between the two.
 std::unique_ptr<Constraint> MergeTwoConstraints(const Constraint* a, const Constraint* b);

@@ -1,0 +1,133 @@
+#include "algebra/SkyLine.h"
+
+#include <algorithm>
+#include <cassert>
+#include <cmath>
+#include <numeric>
+
+#include "algebra/Matriu.h"
+#include "algebra/ReaVecT.h"
+#include "algebra/Txolesky.h"
+#include "algebra/Zero.h"
+#include "main/ErrorChannel.h"
+#include "output/InfoFile.h"
+
+SkyLine::SkyLine(int degrees) : n(degrees), heights(n, 0), columns(n, nullptr) {}
+
+void SkyLine::AddNodePair(int node1, int node2, int dofsPerNode) {
+  const int upper = (std::min(node1, node2) - 1) * dofsPerNode + 1;  // first degree of the one
+  const int lower = (std::max(node1, node2) - 1) * dofsPerNode + 1;  // and of the other node
+  for (int j = lower; j < lower + dofsPerNode; ++j) AddDegreePair(upper, j);
+}
+
+void SkyLine::AddDegreePair(int p, int q) {
+  const auto [i, j] = std::minmax(p, q);
+  assert(i >= 1 && j <= n);
+  heights[j - 1] = std::max(heights[j - 1], j - i + 1);
+}
+
+void SkyLine::Allocate(int dofsPerNode) {
+  for (int j = 1; j <= n; ++j) {
+    const int dof = (j - 1) % dofsPerNode + 1;
+    heights[j - 1] = std::max(heights[j - 1], dof);
+  }
+  // Fresh pages come as zeros from the system; nothing is touched before it is assembled.
+  const auto total = static_cast<std::size_t>(NumStored());
+  storage_.reset(
+      static_cast<double*>(std::calloc(std::max<std::size_t>(total, 1), sizeof(double))));
+  if (!storage_) HeapExhausted();
+
+  double* column = storage_.get();
+  for (int j = 1; j <= n; ++j) {
+    columns[j - 1] = column;
+    column += heights[j - 1];
+  }
+  FindLastColumns();
+  factorised = false;
+}
+
+/// A column that starts in row t can be met by every row from t on, so the last column of row i is
+/// the largest one that starts in rows 1..i. Walking a row stops there instead of at n.
+void SkyLine::FindLastColumns() {
+  lastColumn_.assign(n, 0);
+  for (int j = 1; j <= n; ++j) lastColumn_[j - heights[j - 1]] = j;
+  std::partial_sum(lastColumn_.begin(), lastColumn_.end(), lastColumn_.begin(),
+                   [](int a, int b) { return std::max(a, b); });
+}
+
+long long SkyLine::NumStored() const {
+  return std::accumulate(heights.begin(), heights.end(), 0LL);
+}
+
+double& SkyLine::Entry(int i, int j) {
+  if (std::min(i, j) < 1 || std::max(i, j) > n) {
+    Fatal("error in SkyLine::Entry. Index out of range\n");
+  }
+  if (i > j) std::swap(i, j);
+  if (IsStored(i, j)) return columns[j - 1][j - i];
+  outside_ = 0.0;
+  return outside_;
+}
+
+void SkyLine::SetZero() {
+  std::fill_n(storage_.get(), NumStored(), 0.0);
+  factorised = false;
+}
+
+void SkyLine::AddBlock(int firstRow, int firstCol, const Matriu& block) {
+  for (int c = 1; c <= block.ncols; ++c) {
+    const int j = firstCol + c - 1;
+    const int rows = std::min(block.nrows, j - firstRow + 1);  // those with i <= j
+    for (int r = 1; r <= rows; ++r) Entry(firstRow + r - 1, j) += block(r, c);
+  }
+}
+
+/// Calls visit(j, entry) for every stored entry (i, j) of the whole row i, from left to right.
+template <class Visit>
+void SkyLine::VisitRow(int i, Visit visit) {
+  assert(i >= 1 && i <= n);
+  double* const column = columns[i - 1];
+  for (int k = heights[i - 1] - 1; k >= 0; --k) visit(i - k, column[k]);
+  for (int j = i + 1; j <= lastColumn_[i - 1]; ++j) {
+    if (IsStored(i, j)) visit(j, columns[j - 1][j - i]);
+  }
+}
+
+void SkyLine::FillRow(int i, std::vector<double>& row) {
+  row.assign(n, 0.0);
+  VisitRow(i, [&](int j, double entry) { row[j - 1] = entry; });
+}
+
+void SkyLine::Prescribe(int p, double value, ReaVecT& rhs) {
+  if (std::abs(value) > kZero) {
+    VisitRow(p, [&](int i, double entry) { rhs(i) -= entry * value; });
+  }
+  Prescribe(p);
+  rhs(p) = value;
+}
+
+void SkyLine::Prescribe(int p) {
+  VisitRow(p, [](int, double& entry) { entry = 0.0; });
+  columns[p - 1][0] = 1.0;
+}
+
+double SkyLine::RowTimesVector(int i, const ReaVecT& x) {
+  double sum = 0.0;
+  VisitRow(i, [&](int j, double entry) { sum += entry * x(j); });
+  return sum;
+}
+
+int SkyLine::Solve(ReaVecT& f, std::ostream* info) {
+  assert(f.n == n);
+  if (factorised) Fatal("error in SkyLine::Solve. Matrix already factorised\n");
+  const Profile profile{n, heights.data(), columns.data()};
+  if (const int failed = Txolesky(profile, info)) return failed;
+  factorised = true;
+  Progress(info, "Txolesky finished\n");
+  Progress(info, "Beginning 1st substitution in LU system\n");
+  SubstituteForward(profile, f.begin());
+  DivideByDiagonal(profile, f.begin());
+  Progress(info, "Beginning 2nd substitution in LU system\n");
+  SubstituteBackward(profile, f.begin());
+  return 0;
+}

@@ -1,0 +1,121 @@
+#include "model/Constraint.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "algebra/FixedMatrix.h"
+#include "algebra/Matriu.h"
+#include "algebra/Vector3.h"
+#include "algebra/Zero.h"
+#include "main/ErrorChannel.h"
+#include "model/EulerAngles.h"
+
+namespace {
+
+using Rotation = FixedMatrix<3, 3>;
+
+/// Rotations whose axial vector is not longer than this are by 0 or by pi.
+constexpr double kNoAxialVector = 1e-12;
+
+Rotation AxesOf(const Constraint& constraint) {
+  return EulerRotation(constraint.Euler1, constraint.Euler2, constraint.Euler3);
+}
+
+/// Whether the third row and column are those of the identity.
+bool KeepsZ(const Rotation& R) {
+  return std::abs(R(3, 1)) <= kZero && std::abs(R(3, 2)) <= kZero && std::abs(R(1, 3)) <= kZero &&
+         std::abs(R(2, 3)) <= kZero && std::abs(R(3, 3) - 1.0) <= kZero;
+}
+
+/// R as the 3x3 block of T whose first row and column is `first`.
+void Place(const Rotation& R, int first, Matriu& T) {
+  for (int i = 1; i <= 3; ++i)
+    for (int j = 1; j <= 3; ++j) T(first + i - 1, first + j - 1) = R(i, j);
+}
+
+Rotation Identity() {
+  return {
+      {1.0, 0.0, 0.0, 0.0, 1.0, 0.0, 0.0, 0.0, 1.0}
+  };
+}
+
+/// Turn by `angle` about the unit vector k: I + sin [k]x + (1 - cos) [k]x^2.
+Rotation TurnAbout(const Vector3& k, double angle) {
+  const Rotation K{
+      {0.0, -k[2], k[1], k[2], 0.0, -k[0], -k[1], k[0], 0.0}
+  };
+  Rotation first = K, second = K * K, turn = Identity();
+  first *= std::sin(angle);
+  second *= 1.0 - std::cos(angle);
+  turn += first;
+  turn += second;
+  return turn;
+}
+
+/// The axis of a turn by pi: then (Q + I)/2 = k k^T, and its column with the largest diagonal entry
+/// is k but for its length.
+Vector3 AxisOfHalfTurn(const Rotation& Q) {
+  const Vector3 diagonal{Q(1, 1), Q(2, 2), Q(3, 3)};
+  const int j =
+      static_cast<int>(std::max_element(diagonal.begin(), diagonal.end()) - diagonal.begin()) + 1;
+  Vector3 k{Q(1, j), Q(2, j), Q(3, j)};
+  k[j - 1] += 1.0;
+  return Unit(k);
+}
+
+/// H with H H = Q, the short way round.
+Rotation HalfOf(const Rotation& Q) {
+  const double trace = Q(1, 1) + Q(2, 2) + Q(3, 3);
+  const Vector3 w{Q(3, 2) - Q(2, 3), Q(1, 3) - Q(3, 1), Q(2, 1) - Q(1, 2)};  // 2 sin(phi) k
+  if (Norm(w) <= kNoAxialVector)
+    return trace > 1.0 ? Identity() : TurnAbout(AxisOfHalfTurn(Q), std::acos(0.0));
+  const double phi = std::atan2(Norm(w) / 2.0, (trace - 1.0) / 2.0);
+  return TurnAbout(Unit(w), phi / 2.0);
+}
+
+void MergeAxes(const Constraint& a, const Constraint& b, Constraint& merged) {
+  if (a.hasLocalAxes == 0 && b.hasLocalAxes == 0) return;
+  merged.hasLocalAxes = 1;
+  ReaVec3 angles(a.Euler1, a.Euler2, a.Euler3);
+  if (a.Euler1 != b.Euler1 || a.Euler2 != b.Euler2 || a.Euler3 != b.Euler3) {
+    const Rotation Ra = AxesOf(a);
+    angles = FrameToAngles(Ra * HalfOf(TransposeTimes(Ra, AxesOf(b))));
+  }
+  merged.Euler1 = angles(1);
+  merged.Euler2 = angles(2);
+  merged.Euler3 = angles(3);
+}
+
+}  // namespace
+
+int NodeAxesMatrix(const Constraint& constraint, int externalNumber, Matriu& T, int dofsPerNode,
+                   int check) {
+  if (constraint.hasLocalAxes == 0) return 1;
+  const Rotation R = AxesOf(constraint);
+  if (dofsPerNode == 3 && check != 0 && !KeepsZ(R))
+    Fatal("error: Local z axe must be (0,0,1) for 2D problems.Node: ", externalNumber, "\n");
+  T.Redimension(dofsPerNode, dofsPerNode);
+  if (dofsPerNode == 3) {
+    Place(R, 1, T);
+  } else {
+    std::fill_n(T.data.get(), T.size, 0.0);
+    Place(R, 1, T);
+    Place(R, 4, T);
+  }
+  return 0;
+}
+
+std::unique_ptr<Constraint> MergeTwoConstraints(const Constraint* a, const Constraint* b) {
+  if (a == nullptr || b == nullptr) return nullptr;
+  auto merged = std::make_unique<Constraint>(std::min(a->dofs, b->dofs));
+  bool supports = false;
+  for (int d = 0; d < merged->dofs; ++d) {
+    if (a->codes[d] != Prescribed || b->codes[d] != Prescribed) continue;
+    merged->codes[d] = Prescribed;
+    merged->values[d] = (a->values[d] + b->values[d]) / 2.0;
+    supports = true;
+  }
+  if (!supports) return nullptr;
+  MergeAxes(*a, *b, *merged);
+  return merged;
+}

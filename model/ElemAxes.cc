@@ -1,0 +1,182 @@
+#include <algorithm>
+#include <cmath>
+
+#include "algebra/FixedMatrix.h"
+#include "algebra/Matriu.h"
+#include "algebra/Vector3.h"
+#include "algebra/Zero.h"
+#include "main/ErrorChannel.h"
+#include "model/Elem.h"
+#include "model/EulerAngles.h"
+#include "model/Node.h"
+
+namespace {
+
+constexpr double kCosine = 1e-5;       ///< of a given local x against the beam: orthogonal, along
+constexpr double kOutOfPlane = 1e-10;  ///< components of given axes in a plane problem
+constexpr double kArbitraryAxis = 0.015625;  ///< 1/64: a normal this near to z takes x from y
+
+/// A local frame, its axes in global components.
+struct Frame {
+  Vector3 x, y, z;
+};
+
+Frame FrameOf(const Material& material) {
+  const FixedMatrix<3, 3> R = EulerRotation(material.Euler1, material.Euler2, material.Euler3);
+  return {
+      {R(1, 1), R(2, 1), R(3, 1)},
+      {R(1, 2), R(2, 2), R(3, 2)},
+      {R(1, 3), R(2, 3), R(3, 3)}
+  };
+}
+
+/// The frame as columns of the 3x3 block of T whose first row and column is `first`.
+void Place(const Frame& frame, int first, Matriu& T) {
+  for (int r = 0; r < 3; ++r) {
+    T(first + r, first) = frame.x[r];
+    T(first + r, first + 1) = frame.y[r];
+    T(first + r, first + 2) = frame.z[r];
+  }
+}
+
+void PlaceOnce(const Frame& frame, Matriu& T) {
+  T.Redimension(3, 3);
+  Place(frame, 1, T);
+}
+
+/// Block diagonal: translations and rotations.
+void PlaceTwice(const Frame& frame, Matriu& T) {
+  T.Redimension(6, 6);
+  std::fill_n(T.data.get(), T.size, 0.0);
+  Place(frame, 1, T);
+  Place(frame, 4, T);
+}
+
+Vector3 ChordOf(const Elem& elem, int from, int to) {
+  const Node &a = *elem.nodes[from], &b = *elem.nodes[to];
+  return {b.x - a.x, b.y - a.y, b.z - a.z};
+}
+
+/// Unit vector along the beam; in the plane of x and y for a plane problem.
+Vector3 DirectionOf(const Elem& beam, int problemType) {
+  Vector3 chord = ChordOf(beam, 0, 1);
+  if (problemType == Plane) {
+    if (std::abs(chord[2]) > kZero * std::max(1.0, Norm(chord)))
+      Fatal("error: element: ", beam.number, " is not in the plane of a 2d problem\n");
+    chord[2] = 0.0;
+  }
+  const double length = Norm(chord);
+  if (!(length >= kZero)) Fatal("error: element: ", beam.number, " has length 0\n");
+  return {chord[0] / length, chord[1] / length, chord[2] / length};
+}
+
+/// The given axes, turned over when x runs against the beam along d, and with x brought onto d when
+/// it is not along the beam already.
+Frame FitToBeam(Frame given, const Vector3& d, int elementNumber) {
+  double cosine = Dot(Unit(given.x), d);
+  if (cosine < -kCosine) {
+    given.x = Times(given.x, -1.0);
+    given.z = Times(given.z, -1.0);
+    cosine = -cosine;
+  }
+  if (!(cosine >= kCosine))
+    Fatal("error: Local x axe is orthogonal to the direction of the beam. Element: ", elementNumber,
+          "\n");
+  if (cosine >= 1.0 - kCosine) return given;
+  const Vector3 z = Unit(Cross(d, Unit(given.y)));
+  return {d, Unit(Cross(z, d)), z};
+}
+
+/// Plane problems turn about z only; z may point to either side.
+void CheckInPlane(const Frame& frame, int elementNumber) {
+  const bool inPlane = std::abs(frame.x[2]) <= kOutOfPlane && std::abs(frame.y[2]) <= kOutOfPlane &&
+                       std::abs(frame.z[0]) <= kOutOfPlane && std::abs(frame.z[1]) <= kOutOfPlane &&
+                       std::abs(std::abs(frame.z[2]) - 1.0) <= kOutOfPlane;
+  if (!inPlane)
+    Fatal("error: Local z axe must be (0,0,1) for 2D problems.Element: ", elementNumber, "\n");
+}
+
+/// Local y horizontal and local z upwards, for a beam along d that is not vertical.
+Frame UprightFrame(const Vector3& d) {
+  Vector3 y{1.0, 0.0, 0.0};
+  if (std::abs(d[0]) >= kZero) y = Unit({-d[1] / d[0], 1.0, 0.0});
+  Vector3 z = Cross(d, y);
+  if (z[2] < 0.0) {
+    y = Times(y, -1.0);
+    z = Cross(d, y);
+  }
+  return {d, y, z};
+}
+
+Frame SpaceFrame(const Vector3& d, double alpha) {
+  if (std::abs(d[0]) < kZero && std::abs(d[1]) < kZero) {
+    const Vector3 y{std::cos(alpha), std::sin(alpha), 0.0};
+    return {d, y, Cross(d, y)};
+  }
+  // Deliberate: the roll angle is for vertical beams only.
+  if (std::abs(alpha) >= kZero)
+    Fatal("sorry, alpha!=0 with no vertical beams isn't implemented yet");
+  return UprightFrame(d);
+}
+
+/// The given axes if their z is the normal n already; else their x projected into the shell.
+Frame FitToShell(const Frame& given, const Vector3& n, int elementNumber) {
+  if (Dot(given.z, n) >= 1.0 - kZero) return given;
+  const Vector3 y = Cross(n, given.x);
+  if (!(Norm(y) >= kZero))
+    Fatal("error in element ", elementNumber, ". Normal to element and X local are parallel\n");
+  const Vector3 unitY = Unit(y);
+  return {Cross(unitY, n), unitY, n};
+}
+
+Frame ArbitraryFrame(const Vector3& n) {
+  const bool leaning = std::abs(n[0]) >= kArbitraryAxis || std::abs(n[1]) >= kArbitraryAxis;
+  const Vector3 reference = leaning ? Vector3{0.0, 0.0, 1.0} : Vector3{0.0, 1.0, 0.0};
+  const Vector3 x = Unit(Cross(reference, n));
+  return {x, Cross(n, x), n};
+}
+
+/// Deliberate: the local rotations of a shell are about -y, x and the normal, in this order.
+void PlaceShellDegrees(const Frame& frame, Matriu& T6) {
+  T6.Redimension(6, 6);
+  std::fill_n(T6.data.get(), T6.size, 0.0);
+  Place(frame, 1, T6);
+  Place({Times(frame.y, -1.0), frame.x, frame.z}, 4, T6);
+}
+
+}  // namespace
+
+bool Elem::GivenAxes(const Material* given, Matriu& T) const {
+  if (given == nullptr || given->hasEuler == 0) return false;
+  EulerRotation(given->Euler1, given->Euler2, given->Euler3, T);
+  return true;
+}
+
+void Elem::CalcTransfMatrixBeam(Matriu& T, const Material* given, int problemType) const {
+  const Vector3 d = DirectionOf(*this, problemType);
+  if (given != nullptr && given->hasEuler != 0) {
+    const Frame frame = FitToBeam(FrameOf(*given), d, number);
+    if (problemType == Space) return PlaceTwice(frame, T);
+    if (problemType == Plane) CheckInPlane(frame, number);
+    return PlaceOnce(frame, T);
+  }
+  if (problemType == Plane)
+    return PlaceOnce(
+        {
+            d, {-d[1], d[0], 0.0},
+             {0.0,   0.0,  1.0}
+    },
+        T);
+  if (problemType == Space) return PlaceTwice(SpaceFrame(d, alpha), T);
+  Fatal("error in Elem::CalcTransfMatrixBeam. Type of problem unknown\n");
+}
+
+void Elem::ShellAxes(Matriu& T, Matriu& T6, const Material* given) const {
+  const Vector3 normal = Cross(ChordOf(*this, 0, 1), ChordOf(*this, 0, 2));
+  if (!(Norm(normal) >= kZero)) Fatal("error: element ", number, " is not correct\n");
+  const Vector3 n = Unit(normal);
+  const bool hasAxes = given != nullptr && given->hasEuler != 0;
+  const Frame frame = hasAxes ? FitToShell(FrameOf(*given), n, number) : ArbitraryFrame(n);
+  PlaceOnce(frame, T);
+  PlaceShellDegrees(frame, T6);
+}

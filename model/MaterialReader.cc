@@ -1,0 +1,204 @@
+#include <algorithm>
+#include <optional>
+
+#include "input/Units.h"
+#include "input/Words.h"
+#include "main/ErrorChannel.h"
+#include "model/Material.h"
+
+namespace {
+
+/// One definition being read: the record, the factors of its kinds of values, and the sides of a
+/// rectangle, which are no part of the record.
+struct Definition {
+  Material& material;
+  double L, area, inertia;  ///< L, L^2, L^4
+  double modulus, weight;   ///< F/L^2, F/L^3
+  double widthY = Material::kNotGiven, widthZ = Material::kNotGiven;
+};
+
+void Ignore(Definition&, std::string_view, double) {}
+
+void SetWidthY(Definition& d, std::string_view, double value) {
+  d.widthY = value * d.L;
+}
+
+void SetWidthZ(Definition& d, std::string_view, double value) {
+  d.widthZ = value * d.L;
+}
+
+void SetEuler(Definition& d, std::string_view key, double value) {
+  Material& m = d.material;
+  double* const angles[] = {&m.Euler1, &m.Euler2, &m.Euler3};
+  const char which = key.size() > 5 ? key[5] : '0';
+  if (which < '1' || which > '3') Fatal("error: Euler angles must be: Euler1,Euler2 or Euler3\n");
+  m.hasEuler = 1;
+  *angles[which - '1'] = value;
+}
+
+void SetWeight(Definition& d, std::string_view, double value) {
+  d.material.Weight = value * d.weight;
+}
+
+void SetNuXY(Definition& d, std::string_view, double value) {
+  d.material.nuXY = value;
+}
+
+void SetNuYX(Definition& d, std::string_view, double value) {
+  d.material.nuYX = value;
+}
+
+void SetNu(Definition& d, std::string_view, double value) {
+  d.material.nuXY = d.material.nuYX = value;
+}
+
+void SetThickness(Definition& d, std::string_view, double value) {
+  d.material.t = value * d.L;
+}
+
+void SetE(Definition& d, std::string_view key, double value) {
+  const std::string_view rest = key.substr(1);
+  const bool both = rest.empty();
+  if (!both && rest[0] != 'x' && rest[0] != 'y')
+    Fatal("error in materials. Young Modulus can only be E, Ex or Ey\n");
+  if (both || rest[0] == 'x') d.material.E1 = value * d.modulus;
+  if (both || rest[0] == 'y') d.material.E2 = value * d.modulus;
+}
+
+void SetI(Definition& d, std::string_view key, double value) {
+  const char axis = key.size() > 1 ? key[1] : 'Z';
+  if (axis == 'X' || axis == 'x')
+    Fatal("error in materials. Inertia modules cannot be for X axe\n");
+  (axis == 'Y' || axis == 'y' ? d.material.Iy : d.material.Iz) = value * d.inertia;
+}
+
+void SetG(Definition& d, std::string_view key, double value) {
+  const std::string_view plane = key.substr(1, 2);
+  Material& m = d.material;
+  const bool all = plane.empty();
+  if (!all && plane != "xy" && plane != "xz" && plane != "yz")
+    Fatal("error in materials. G can be: G Gxy Gxz or Gyz\n");
+  if (all || plane == "xy") m.Gxy = value * d.modulus;
+  if (all || plane == "xz") m.Gxz = value * d.modulus;
+  if (all || plane == "yz") m.Gyz = value * d.modulus;
+}
+
+void SetJ(Definition& d, std::string_view, double value) {
+  d.material.J = value * d.inertia;
+}
+
+void SetA(Definition& d, std::string_view, double value) {
+  d.material.A = value * d.area;
+}
+
+struct KeyRule {
+  std::string_view prefix;
+  void (*set)(Definition& definition, std::string_view key, double value);
+};
+
+// Matched from the top by the first characters of the key, to the letter. The order is part of the
+// format.
+// Deliberate: so "thickness" is t, "Euler2" is no modulus, "EX" is wrong and "T" unknown.
+constexpr KeyRule kKeyRules[] = {
+    {"units",  Ignore      },
+    {"Units",  Ignore      },
+    {"UNITS",  Ignore      },
+    {"widthY", SetWidthY   },
+    {"widthZ", SetWidthZ   },
+    {"Euler",  SetEuler    },
+    {"Weight", SetWeight   },
+    {"nuXY",   SetNuXY     },
+    {"nuYX",   SetNuYX     },
+    {"nu",     SetNu       },
+    {"t",      SetThickness},
+    {"E",      SetE        },
+    {"e",      SetE        },
+    {"I",      SetI        },
+    {"i",      SetI        },
+    {"G",      SetG        },
+    {"g",      SetG        },
+    {"J",      SetJ        },
+    {"j",      SetJ        },
+    {"A",      SetA        },
+    {"a",      SetA        },
+};
+
+const KeyRule& RuleOf(std::string_view key) {
+  for (const KeyRule& rule : kKeyRules)
+    if (StartsWith(key, rule.prefix)) return rule;
+  Fatal("Input of materials not correct. Unknown char: '", key, "'\n");
+}
+
+bool IsUnitsKey(std::string_view key) {
+  return StartsWith(key, "units") || StartsWith(key, "Units") || StartsWith(key, "UNITS");
+}
+
+/// The name behind a units key: '=' and ':' may stand apart from both. The system itself is found
+/// on the whole line, before any key.
+std::string_view TakeUnitsName(std::string_view& text) {
+  text.remove_prefix(std::min(text.find_first_not_of(" \t\r\n\v\f=:"), text.size()));
+  return TakeValue(text);
+}
+
+UnitFactors FactorsFor(std::string_view text, const Units* units) {
+  if (units == nullptr) return {};
+  const UnitSystem* named = FindUnitsInLine(*units, text);
+  return named == nullptr ? DefaultFactors(*units) : FactorsOf(*units, *named);
+}
+
+Definition Begin(Material& material, const UnitFactors& factors) {
+  const double F = factors.force, L = factors.length;
+  return {.material = material,
+          .L = L,
+          .area = L * L,
+          .inertia = L * L * L * L,
+          .modulus = F / (L * L),
+          .weight = F / (L * L * L)};
+}
+
+void SetNotGiven(Material& m) {
+  for (double* value : {&m.E1, &m.E2, &m.nuXY, &m.nuYX, &m.Iy, &m.Iz, &m.Gxy, &m.Gxz, &m.Gyz, &m.J,
+                        &m.A, &m.Weight, &m.t})
+    *value = Material::kNotGiven;
+  m.hasEuler = 0;
+  m.Euler1 = m.Euler2 = m.Euler3 = 0.0;
+}
+
+/// ReadMaterialText for callers that have no use for a half-read definition.
+int ReadWholeText(Material& material, std::string_view text, const Units* units) {
+  std::string_view key;
+  const int status = material.ReadMaterialText(text, units, &key);
+  if (status == 0) Fatal("error in materials. Key without value: '", key, "'\n");
+  return status;
+}
+
+}  // namespace
+
+int Material::ReadMaterialLine(TextInput& input, const Units* units) {
+  const std::optional<int> materialNumber = ReadInteger(input);
+  if (!materialNumber) return 0;
+  number = *materialNumber;
+  return ReadWholeText(*this, ReadRestOfLine(input).value_or(""), units);
+}
+
+bool Material::ReadInlineMaterial(std::string_view text, const Units* units) {
+  return ReadWholeText(*this, text, units) == 1;
+}
+
+int Material::ReadMaterialText(std::string_view text, const Units* units,
+                               std::string_view* keyWithoutValue) {
+  SetNotGiven(*this);
+  Definition definition = Begin(*this, FactorsFor(text, units));
+  std::string_view key = TakeKey(text);
+  if (key.empty()) return -1;
+  for (; !key.empty(); key = TakeKey(text)) {
+    const std::string_view value = IsUnitsKey(key) ? TakeUnitsName(text) : TakeValue(text);
+    if (value.empty()) {
+      if (keyWithoutValue != nullptr) *keyWithoutValue = key;
+      return 0;
+    }
+    RuleOf(key).set(definition, key, RealOf(value));
+  }
+  if (definition.widthY > 0.0) SetRectangleSection(definition.widthY, definition.widthZ);
+  return 1;
+}

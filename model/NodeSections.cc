@@ -1,0 +1,13 @@
+#include "model/NodeSections.h"
+
+#include "input/Project.h"
+#include "input/Words.h"
+
+Node* FindNode(const Project& project, int nodeNumber) {
+  return project.meshes.empty() ? nullptr : project.meshes[0]->nodes->Get(nodeNumber);
+}
+
+void ReadEndOfSection(TextInput& input) {
+  FindWord(input, "end");
+  SkipRestOfLine(input);
+}
