@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "model/EulerAngles.h"
 #include "tests/support/FatalExit.h"
 #include "tests/support/FrameDeck.h"
 #include "tests/support/RunDeck.h"
@@ -478,7 +479,7 @@ TEST(UnstableFrames, ThatTurnAboutTwoPinsAreRefused) {
   deck.Support(1, "111000 0 0 0 0 0 0").Support(2, "111000 0 0 0 0 0 0");
   ExpectRefused(deck,
                 "There are only two prescribed nodew in the model!!!\n"
-                "Model can rotate around axe: ");
+                "Model can rotate around axe:   -4.000000e+00  -3.000000e-01   0.000000e+00 !!!\n");
 }
 
 TEST(UnstableFrames, WithoutSupportInOneDirectionAreRefused) {
