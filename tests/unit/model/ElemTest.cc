@@ -292,8 +292,8 @@ TEST(Elem, CrossingIsDefinedForPlaneLinesAndTrianglesInSpaceOnly) {
   },
       nullptr, 2);
   unknown.elem.nodes[1] = nullptr;
-  for (const Elem* elem : {&bar.elem, &plane.elem, &four.elem, &unknown.elem})
-    EXPECT_FATAL(elem->IsCutted({0, 0, 0}, {1, 1, 1}), text);
+  for (const LoneElement* lone : {&bar, &plane, &four, static_cast<const LoneElement*>(&unknown)})
+    EXPECT_FATAL(lone->elem.IsCutted({0, 0, 0}, {1, 1, 1}), text);
 }
 
 }  // namespace

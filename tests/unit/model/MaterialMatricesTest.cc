@@ -62,8 +62,8 @@ TEST(ShellMatrices, MembraneInvertsTheCompliance) {
   Matriu Dm, Db, Ds;
   const Material m = Shell();
   m.ShellMatrices(1, Dm, Db, Ds);
-  // Stress along x alone: exx = s/E1, eyy = -nuXY s/E1.
-  const double exx = 1 / m.E1, eyy = -m.nuXY / m.E1;
+  // Stress s along x alone: exx = s/E1, and nuYX is how it narrows along y.
+  const double exx = 1 / m.E1, eyy = -m.nuYX / m.E1;
   EXPECT_NEAR((Dm(1, 1) * exx + Dm(1, 2) * eyy) / m.t, 1.0, 1e-15);
   EXPECT_NEAR((Dm(2, 1) * exx + Dm(2, 2) * eyy) / m.t, 0.0, 1e-15);
 }
