@@ -2,9 +2,23 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <limits>
 #include <utility>
 
+#include "algebra/ReaVec3.h"
+#include "algebra/ReaVecT.h"
 #include "main/ErrorChannel.h"
+
+namespace {
+
+// rows * columns, neither negative; a product beyond the field counts as an exhausted heap.
+unsigned EntryCount(int rows, int columns) {
+  const std::int64_t count = std::int64_t{rows} * columns;
+  if (count > std::numeric_limits<unsigned>::max()) HeapExhausted();
+  return static_cast<unsigned>(count);
+}
+
+}  // namespace
 
 Matriu::Matriu(int rows, int columns) {
   if (rows < 0 || columns < 0) Fatal("Can't create a Matriu of size ", rows, ",", columns);
@@ -12,42 +26,63 @@ Matriu::Matriu(int rows, int columns) {
 }
 
 Matriu::Matriu(const Matriu& other) {
-  *this = other;
+  Assign(other.data.get(), other.nrows, other.ncols);
 }
 
 Matriu& Matriu::operator=(const Matriu& other) {
-  if (this == &other) return *this;
-  Redimension(other.nrows, other.ncols);
-  std::copy_n(other.data.get(), size, data.get());
+  if (this != &other) Assign(other.data.get(), other.nrows, other.ncols);
   return *this;
 }
 
 Matriu::Matriu(Matriu&& other) noexcept
     : nrows(std::exchange(other.nrows, 0)),
       ncols(std::exchange(other.ncols, 0)),
-      size(std::exchange(other.size, 0u)),
+      size(std::exchange(other.size, 0)),
       data(std::move(other.data)) {}
 
 Matriu& Matriu::operator=(Matriu&& other) noexcept {
-  if (this == &other) return *this;
-  nrows = std::exchange(other.nrows, 0);
-  ncols = std::exchange(other.ncols, 0);
-  size = std::exchange(other.size, 0u);
-  data = std::move(other.data);
+  if (this != &other) {
+    nrows = std::exchange(other.nrows, 0);
+    ncols = std::exchange(other.ncols, 0);
+    size = std::exchange(other.size, 0);
+    data = std::move(other.data);
+  }
   return *this;
 }
 
-void Matriu::Redimension(int rows, int columns) {
-  if (rows < 0 || columns < 0) Fatal("Can't redimension to a negative values");
-  const std::int64_t entries = std::int64_t{rows} * columns;
-  if (entries > UINT32_MAX) HeapExhausted();
-  if (entries != size) data = entries > 0 ? std::make_unique<double[]>(entries) : nullptr;
-  size = static_cast<unsigned>(entries);
-  nrows = rows;
-  ncols = columns;
+Matriu::Matriu(const ReaVecT& column) {
+  *this = column;
+}
+
+Matriu::Matriu(const ReaVec3& column) {
+  *this = column;
+}
+
+Matriu& Matriu::operator=(const ReaVecT& column) {
+  Assign(column.begin(), column.n, 1);
+  return *this;
+}
+
+Matriu& Matriu::operator=(const ReaVec3& column) {
+  Assign(column.begin(), column.n, 1);
+  return *this;
 }
 
 void Matriu::Fill(double value) {
   if (size == 0) Fatal("Can't fill with ", value, " a zero size Matriu");
-  std::fill_n(data.get(), size, value);
+  std::fill(begin(), end(), value);
+}
+
+void Matriu::Redimension(int rows, int columns) {
+  if (rows < 0 || columns < 0) Fatal("Can't redimension to a negative values");
+  const unsigned newSize = EntryCount(rows, columns);
+  if (newSize != size) data = newSize == 0 ? nullptr : std::make_unique<double[]>(newSize);
+  nrows = rows;
+  ncols = columns;
+  size = newSize;
+}
+
+void Matriu::Assign(const double* entries, int rows, int columns) {
+  Redimension(rows, columns);
+  std::copy_n(entries, size, data.get());
 }
