@@ -1,4 +1,4 @@
-// Reading a mesh block from a file: time, and the memory of what was read.
+// Reading a deck from a file: time, and the memory of what was read.
 //
 // The argument is the number of nodes; there are two beams a node. "InOrder" is the usual deck:
 // numbers ascend and beams join near neighbours. "AtRandom" lists nodes and elements in any order
@@ -16,8 +16,9 @@
 #include <string>
 #include <vector>
 
+#include "input/Project.h"
+#include "input/ProjectReader.h"
 #include "input/TextInput.h"
-#include "model/Mesh.h"
 
 namespace {
 
@@ -38,14 +39,15 @@ int OtherNode(int a, int nodeCount, Numbering numbering, std::mt19937& random) {
   return b != a ? b : b % nodeCount + 1;
 }
 
-/// A mesh block in a file, which is removed with the object.
-class BlockFile {
+/// A deck in a file, which is removed with the object.
+class DeckFile {
 public:
-  BlockFile(int nodeCount, int beamCount, Numbering numbering) {
+  DeckFile(int nodeCount, int beamCount, Numbering numbering) {
     std::FILE* file = std::fopen(name_.c_str(), "w");
     if (file == nullptr) std::abort();
     std::mt19937 random(2);
-    std::fputs("dimension = 3   elemtype Linear   nnode = 2\n  coordinates\n", file);
+    std::fputs("PROBLEM reader\nTYPE 3d\n\nmesh\n", file);
+    std::fputs("  dimension = 3   elemtype Linear   nnode = 2\n  coordinates\n", file);
     for (const int n : NumbersUpTo(nodeCount, numbering))
       std::fprintf(file, "    %i  %.7g %.7g %.7g\n", n, 0.37 * (n % 100), 0.41 * (n / 100 % 100),
                    3.5 * (n / 10000));
@@ -55,18 +57,19 @@ public:
       std::fprintf(file, "    %i  %i %i  %i\n", e, a, OtherNode(a, nodeCount, numbering, random),
                    1 + e % 2);
     }
-    std::fputs("  end elements\n", file);
+    std::fputs("  end elements\n\n", file);
+    std::fputs("materials\n  1  E=2e11\n  2  E=3e10\nend materials\n", file);
     std::fclose(file);
   }
-  ~BlockFile() { std::filesystem::remove(name_); }
-  BlockFile(const BlockFile&) = delete;
-  BlockFile& operator=(const BlockFile&) = delete;
+  ~DeckFile() { std::filesystem::remove(name_); }
+  DeckFile(const DeckFile&) = delete;
+  DeckFile& operator=(const DeckFile&) = delete;
 
-  std::unique_ptr<Mesh> Read() const {
-    auto mesh = std::make_unique<Mesh>();
+  std::unique_ptr<Project> Read() const {
+    auto project = std::make_unique<Project>(100);
     TextInput input(std::fopen(name_.c_str(), "r"));
-    mesh->ReadMesh(input, nullptr);
-    return mesh;
+    ReadProject(*project, input);
+    return project;
   }
   std::size_t Size() const { return std::filesystem::file_size(name_); }
 
@@ -80,24 +83,24 @@ double HeapInUse() {
   return static_cast<double>(info.uordblks + info.hblkhd);
 }
 
-/// What a mesh as read takes.
-double HeapOf(const BlockFile& file) {
+/// What a model as read takes.
+double HeapOf(const DeckFile& file) {
   const double before = HeapInUse();
-  const auto mesh = file.Read();
+  const auto project = file.Read();
   return HeapInUse() - before;
 }
 
 template <Numbering numbering>
-void ReadMesh(benchmark::State& state) {
+void ReadDeck(benchmark::State& state) {
   const int nodeCount = static_cast<int>(state.range(0)), beamCount = 2 * nodeCount;
-  const double heapOfNodes = HeapOf(BlockFile(nodeCount, 0, numbering));
-  const BlockFile file(nodeCount, beamCount, numbering);
+  const double heapOfNodes = HeapOf(DeckFile(nodeCount, 0, numbering));
+  const DeckFile file(nodeCount, beamCount, numbering);
   const double heap = HeapOf(file);
-  std::unique_ptr<Mesh> mesh;
+  std::unique_ptr<Project> project;
   for (auto _ : state) {
-    mesh = file.Read();
+    project = file.Read();
     state.PauseTiming();
-    mesh.reset();
+    project.reset();
     state.ResumeTiming();
   }
   state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(file.Size()));
@@ -106,12 +109,12 @@ void ReadMesh(benchmark::State& state) {
   state.counters["bytes/beam"] = (heap - heapOfNodes) / beamCount;
 }
 
-BENCHMARK(ReadMesh<Numbering::InOrder>)
+BENCHMARK(ReadDeck<Numbering::InOrder>)
     ->RangeMultiplier(10)
     ->Range(1000, 1000000)
     ->Unit(benchmark::kMillisecond)
     ->Complexity(benchmark::oN);
-BENCHMARK(ReadMesh<Numbering::AtRandom>)
+BENCHMARK(ReadDeck<Numbering::AtRandom>)
     ->RangeMultiplier(10)
     ->Range(1000, 1000000)
     ->Unit(benchmark::kMillisecond)
