@@ -37,7 +37,7 @@ public:
   /// local z; J by the nearest row of a table of side ratios.
   void SetRectangleSection(double widthY, double widthZ);
 
-  /// The same values under the number 0.
+  /// The same values under the number 0. No stage of the run calls it.
   Material Copy() const;
 
   /// One line: number and the doubles from E1 to t.

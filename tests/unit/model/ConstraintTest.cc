@@ -209,6 +209,16 @@ TEST(MergeTwoConstraints, HalfTurnsAreHalvedAboutTheirAxis) {
   }
 }
 
+TEST(MergeTwoConstraints, TurnsBesideAHalfTurnKeepTheirDigits) {
+  for (const double beside : {1e-3, 1e-6, 1e-9, 1e-11, -1e-11, -1e-9, -1e-6})
+    for (const Constraint& b :
+         {Turned(6, kPi - beside, 0, 0.3), Turned(6, kPi, 0.6 + beside, beside)}) {
+      const auto merged = MergeAxes(Constraint(6), b);
+      const FixedMatrix<3, 3> B = AxesOf(b), H = AxesOf(*merged), HH = H * H;
+      for (int k = 0; k < 9; ++k) EXPECT_NEAR(HH.entries[k], B.entries[k], 4e-15);
+    }
+}
+
 TEST(MergeTwoConstraints, DifferentAnglesOfTheSameAxesGiveTheseAxes) {
   const auto merged = MergeAxes(Turned(6, 0, 0, 0.5), Turned(6, 0, 0, 0.5 + 2 * kPi));
   EXPECT_EQ(merged->hasLocalAxes, 1);

@@ -3,7 +3,7 @@
 #include "input/Words.h"
 #include "model/ConstraintsReader.h"
 #include "tests/support/FatalExit.h"
-#include "tests/support/SmallProject.h"
+#include "tests/support/SmallModel.h"
 
 namespace {
 
@@ -11,7 +11,10 @@ namespace {
 /// F = 2 and L = 10.
 class ConstraintsReader : public ::testing::Test {
 protected:
-  ConstraintsReader() { UseDofs(3); }
+  ConstraintsReader() {
+    small.AddMesh(Linear, 2);
+    for (int number = 1; number <= 8; ++number) small.AddNode(number, number, 0);
+  }
 
   void UseDofs(int dofsPerNode) {
     project.dofsPerNode = dofsPerNode;
@@ -36,11 +39,7 @@ protected:
 
   const Constraint& Of(int nodeNumber) { return *small.NodeOf(nodeNumber).constraint; }
 
-  SmallProject small{
-      Plane,
-      3,
-      {{0, 0, 0}, {1, 0, 0}, {2, 0, 0}, {3, 0, 0}, {4, 0, 0}, {5, 0, 0}, {6, 0, 0}, {7, 0, 0}}
-  };
+  SmallModel small{Plane, 3};
   Project& project = small.project;
 };
 

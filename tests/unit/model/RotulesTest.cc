@@ -4,21 +4,24 @@
 #include "input/Words.h"
 #include "model/Rotules.h"
 #include "tests/support/FatalExit.h"
-#include "tests/support/SmallProject.h"
+#include "tests/support/SmallModel.h"
 
 namespace {
 
 class Rotules : public ::testing::Test {
 protected:
+  Rotules() {
+    small.AddMesh(Linear, 2);
+    for (int number = 1; number <= 5; ++number) small.AddNode(number, number, 0);
+  }
+
   std::string Read(const std::string& lines) {
     TextInput input(lines + "\nend rotules\nbehind\n");
     ReadRotules(project, input);
     return ReadWord(input);
   }
 
-  SmallProject small{
-      Plane, 3, {{0, 0, 0}, {1, 0, 0}, {2, 0, 0}, {3, 0, 0}, {4, 0, 0}}
-  };
+  SmallModel small{Plane, 3};
   Project& project = small.project;
 };
 
@@ -126,7 +129,8 @@ TEST_F(Rotules, BeamsOfLaterMeshesFindTheClaimsOfEarlierOnes) {
 }
 
 TEST_F(Rotules, ShellsAreFixedAndClaimNothing) {
-  small.SetType(Triangle, 3);
+  project.meshes[0]->elemType = Triangle;
+  project.meshes[0]->nnode = 3;
   small.AddElem(1, {1, 2, 3});
   small.AddMesh(Linear, 2);
   small.AddElem(2, {1, 2});

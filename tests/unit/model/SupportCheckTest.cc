@@ -4,7 +4,7 @@
 
 #include "main/ErrorChannel.h"
 #include "model/SupportCheck.h"
-#include "tests/support/SmallProject.h"
+#include "tests/support/SmallModel.h"
 
 namespace {
 
@@ -20,6 +20,13 @@ using Codes = std::array<int, 6>;
 /// A space frame of one mesh, unless changed.
 class SupportCheck : public ::testing::Test {
 protected:
+  SupportCheck() {
+    small.AddMesh(Linear, 2);
+    small.AddNode(1, 0, 0, 0);
+    small.AddNode(2, 3, 0, 0);
+    small.AddNode(3, 3, 4, 0);
+    small.AddNode(4, 1, 2, 0.5);
+  }
   ~SupportCheck() override { error.Clear(); }
 
   Constraint& Support(int nodeNumber, const Codes& codes, int dofs = 6) {
@@ -35,9 +42,7 @@ protected:
     return error.Text();
   }
 
-  SmallProject small{
-      Space, 6, {{0, 0, 0}, {3, 0, 0}, {3, 4, 0}, {1, 2, 0.5}}
-  };
+  SmallModel small{Space, 6};
 };
 
 constexpr Codes kPinned{1, 1, 1};
@@ -72,7 +77,7 @@ TEST_F(SupportCheck, PlaneModelOfTwoMeshesIsChecked) {
 
 TEST_F(SupportCheck, PlaneModelOfOtherElementsIsChecked) {
   small.project.problemType = Plane;
-  small.SetType(Tetrahedra, 4);
+  small.project.meshes[0]->elemType = Tetrahedra;
   Support(1, kPinned, 3);
   EXPECT_EQ(Warnings(), kOneInPlane);
 }
@@ -94,7 +99,7 @@ TEST_F(SupportCheck, OneNodeInSpaceThatIsNotClampedIsTold) {
 }
 
 TEST_F(SupportCheck, OneSupportedNodeOfASolidIsAlwaysTold) {
-  small.SetType(Tetrahedra, 4);
+  small.project.meshes[0]->elemType = Tetrahedra;
   Support(1, kClamped, 3);
   EXPECT_EQ(Warnings(), kOneInSpace);
 }
@@ -157,7 +162,7 @@ TEST_F(SupportCheck, TwoNodesOfWhichOneHasLocalAxesAreNotToldAbout) {
 }
 
 TEST_F(SupportCheck, RotationsThatARecordOfThreeDoesNotHoldAreFree) {
-  small.SetType(Tetrahedra, 4);
+  small.project.meshes[0]->elemType = Tetrahedra;
   Support(1, kClamped, 3);
   Support(2, kClamped, 3);
   EXPECT_NE(Warnings(), "");
