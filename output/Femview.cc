@@ -1,6 +1,6 @@
 #include <algorithm>
-#include <cstdarg>
 #include <cstdio>
+#include <iomanip>
 #include <string_view>
 
 #include "model/Mesh.h"
@@ -9,6 +9,7 @@ namespace {
 
 constexpr std::size_t kTitleLength = 6;
 constexpr int kNodesOnCard = 15;
+constexpr int kNumberWidth = 5;
 
 /// The end of the file's name without its folders. Only '/' separates folders.
 std::string_view TitleOf(const char* fileName) {
@@ -18,29 +19,24 @@ std::string_view TitleOf(const char* fileName) {
   return name;
 }
 
-/// Writes one printf-style piece of a card. Fields grow, nothing is cut.
-[[gnu::format(printf, 2, 3)]] void Write(std::ostream& stream, const char* format, ...) {
-  char text[128];
-  std::va_list values;
-  va_start(values, format);
-  std::vsnprintf(text, sizeof text, format, values);
-  va_end(values);
-  stream << text;
-}
+// Fields grow with their values, nothing is cut.
 
 void WriteNodeCard(std::ostream& stream, const Node& node, int dimension) {
-  Write(stream, " -1%5i%12.5e%12.5e%12.5e \n", node.number, node.x, node.y,
-        dimension == 3 ? node.z : 0.0);
+  char card[128];
+  std::snprintf(card, sizeof card, " -1%5i%12.5e%12.5e%12.5e \n", node.number, node.x, node.y,
+                dimension == 3 ? node.z : 0.0);
+  stream << card;
 }
 
 void WriteNodeNumbers(std::ostream& stream, const Elem& elem, int from, int to) {
   for (int i = from; i < to; ++i)
-    Write(stream, "%5i", elem.nodes[i] == nullptr ? 0 : elem.nodes[i]->number);
+    stream << std::setw(kNumberWidth) << (elem.nodes[i] == nullptr ? 0 : elem.nodes[i]->number);
   stream << "\n";
 }
 
 void WriteElemCards(std::ostream& stream, const Elem& elem, int nnode, int femviewType) {
-  Write(stream, " -1%5i%5i    1    1\n", elem.number, femviewType);
+  stream << " -1" << std::setw(kNumberWidth) << elem.number << std::setw(kNumberWidth)
+         << femviewType << "    1    1\n";
   stream << " -2";
   WriteNodeNumbers(stream, elem, 0, std::min(nnode, kNodesOnCard));
   // Deliberate: the line that goes on with the nodes has no card key in front.

@@ -189,6 +189,7 @@ TEST(MeshReader, RefusesGapsInTheNodeNumbers) {
   EXPECT_FATAL(Read(Beams("1 0 0\n2 1 0\n4 2 0\n", "")), text);
   EXPECT_FATAL(Read(Beams("1 0 0\n3 1 0\n3 2 0\n", "")), text);
   EXPECT_FATAL(Read(Beams("1 0 0\n1 1 0\n", "")), text);
+  EXPECT_FATAL(Read(Beams("2147483647 0 0\n", "")), text);
 }
 
 TEST(MeshReader, RefusesAListWithoutNodes) {
