@@ -6,6 +6,7 @@
 # `expected/` with `stdout`, `status` and each file that the run writes. A file that is missing, or
 # that nobody expects, is a failure; so is any text on the error output.
 # With -DBLESS=ON the expectations are rewritten instead.
+cmake_minimum_required(VERSION 3.25)
 file(REMOVE_RECURSE ${WORK})
 file(COPY ${CASE}/ DESTINATION ${WORK} PATTERN expected EXCLUDE)
 file(GLOB_RECURSE before LIST_DIRECTORIES false RELATIVE ${WORK} ${WORK}/*)
