@@ -39,14 +39,14 @@ SparseMatrix Chain(int n) {
   return A;
 }
 
-struct Run {
+struct Trial {
   int flag = -1;
   int limit;
   double tolerance;
   std::vector<double> x;
   std::string info;
 
-  Run(const SparseMatrix& A, const std::vector<double>& b, int iterations, double target,
+  Trial(const SparseMatrix& A, const std::vector<double>& b, int iterations, double target,
       std::vector<double> start = {})
       : limit(iterations), tolerance(target), x(std::move(start)) {
     if (x.empty()) x.assign(b.size(), 0.0);
@@ -58,7 +58,7 @@ struct Run {
 };
 
 TEST(ConjugateGradient, NoLoadsEndAtIterationZero) {
-  const Run run(Diagonal({1.0, 2.0}), {0.0, 0.0}, 5, 1e-10);
+  const Trial run(Diagonal({1.0, 2.0}), {0.0, 0.0}, 5, 1e-10);
   EXPECT_EQ(run.flag, 0);
   EXPECT_EQ(run.limit, 0);
   EXPECT_EQ(run.tolerance, 0.0);
@@ -66,20 +66,20 @@ TEST(ConjugateGradient, NoLoadsEndAtIterationZero) {
 }
 
 TEST(ConjugateGradient, WithoutLoadsTheResidualIsAbsolute) {
-  const Run run(Diagonal({4.0}), {0.0}, 0, 1e-10, {0.5});
+  const Trial run(Diagonal({4.0}), {0.0}, 0, 1e-10, {0.5});
   EXPECT_EQ(run.flag, 1);
   EXPECT_EQ(run.tolerance, 2.0);
 }
 
 TEST(ConjugateGradient, TheSolutionAsStartEndsAtIterationZero) {
-  const Run run(Diagonal({2.0, 4.0}), {2.0, 8.0}, 5, 1e-3, {1.0, 2.0});
+  const Trial run(Diagonal({2.0, 4.0}), {2.0, 8.0}, 5, 1e-3, {1.0, 2.0});
   EXPECT_EQ(run.flag, 0);
   EXPECT_EQ(run.limit, 0);
   EXPECT_EQ(run.info, "iteration number 0 OK resid=0 tol=0.001\n");
 }
 
 TEST(ConjugateGradient, ConvergesInAsManyIterationsAsThereAreEigenvalues) {
-  const Run run(Diagonal({1.0, 2.0, 4.0, 2.0}), {1.0, 1.0, 1.0, 1.0}, 10, 1e-10);
+  const Trial run(Diagonal({1.0, 2.0, 4.0, 2.0}), {1.0, 1.0, 1.0, 1.0}, 10, 1e-10);
   EXPECT_EQ(run.flag, 0);
   EXPECT_EQ(run.limit, 3);
   EXPECT_NEAR(run.x[2], 0.25, 1e-12);
@@ -90,7 +90,7 @@ TEST(ConjugateGradient, ConvergesInAsManyIterationsAsThereAreEigenvalues) {
 
 // One step on diag(1, 3) from zero with b = (1, 1): alpha = 2/4, r = (1/2, -1/2), resid = 1/2.
 TEST(ConjugateGradient, StopsAtTheLimitWithTheResidualReached) {
-  const Run run(Diagonal({1.0, 3.0}), {1.0, 1.0}, 1, 1e-10);
+  const Trial run(Diagonal({1.0, 3.0}), {1.0, 1.0}, 1, 1e-10);
   EXPECT_EQ(run.flag, 1);
   EXPECT_EQ(run.limit, 1);
   EXPECT_DOUBLE_EQ(run.tolerance, 0.5);
@@ -99,14 +99,14 @@ TEST(ConjugateGradient, StopsAtTheLimitWithTheResidualReached) {
 }
 
 TEST(ConjugateGradient, AResidualEqualToTheToleranceIsConverged) {
-  const Run run(Diagonal({1.0, 3.0}), {1.0, 1.0}, 1, 0.5);
+  const Trial run(Diagonal({1.0, 3.0}), {1.0, 1.0}, 1, 0.5);
   EXPECT_EQ(run.flag, 0);
   EXPECT_EQ(run.info, "Converged it number. 1 resid=0.5 tol=0.5\n");
 }
 
 TEST(ConjugateGradient, ALimitBelowOneStopsBeforeTheFirstStep) {
   for (int limit : {0, -3}) {
-    const Run run(Diagonal({1.0, 3.0}), {1.0, 1.0}, limit, 1e-10);
+    const Trial run(Diagonal({1.0, 3.0}), {1.0, 1.0}, limit, 1e-10);
     EXPECT_EQ(run.flag, 1);
     EXPECT_EQ(run.limit, limit);
     EXPECT_EQ(run.tolerance, 1.0);
@@ -132,18 +132,18 @@ TEST(ConjugateGradient, TheReportShowsTheResidualBeforeTheIteration) {
   const SparseMatrix A = Chain(60);
   std::vector<double> b(60, 0.0);
   b.back() = 1.0;
-  const Run nine(A, b, 9, 1e-10);
-  const Run ten(A, b, 10, 1e-10);
+  const Trial nine(A, b, 9, 1e-10);
+  const Trial ten(A, b, 10, 1e-10);
   std::ostringstream line;
   line << "iteration number 10 resid=" << nine.tolerance << " tol=1e-10\n";
   EXPECT_EQ(ten.info, line.str());
 }
 
 TEST(ConjugateGradient, LeavesAtTheFirstResidualThatIsNotANumber) {
-  const Run zeroCurvature(Diagonal({1.0, -1.0}), {1.0, 1.0}, 1000, 1e-10);  // p.q = 0
+  const Trial zeroCurvature(Diagonal({1.0, -1.0}), {1.0, 1.0}, 1000, 1e-10);  // p.q = 0
   EXPECT_EQ(zeroCurvature.flag, 1);
   EXPECT_EQ(zeroCurvature.info, "");
-  const Run badLoad(Diagonal({1.0}), {std::nan("")}, 1000, 1e-10);
+  const Trial badLoad(Diagonal({1.0}), {std::nan("")}, 1000, 1e-10);
   EXPECT_EQ(badLoad.flag, 1);
   EXPECT_TRUE(std::isnan(badLoad.tolerance));
   EXPECT_EQ(badLoad.info, "");

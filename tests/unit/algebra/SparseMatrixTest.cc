@@ -283,7 +283,8 @@ TEST(SparseMatrix, BlocksThatOverlapTheirMirrorClaimEntryByEntry) {
   const std::vector<int> room(9, 9);
   SparseMatrix A(9, room, 3), B(9, room);
   for (SparseMatrix* matrix : {&A, &B}) matrix->AddBlock(0, 3, Counting(6, 6));
-  EXPECT_THAT(ClaimsOf(B, 3), ElementsAre(0, 3, 1, 4, 2, 5, 6, 7, 8));
+  // Row 3 is touched by the mirror three times before the block itself comes to it.
+  EXPECT_THAT(ClaimsOf(A, 3), ElementsAre(0, 1, 2, 3, 4, 5, 6, 7, 8));
   ExpectLikeScalars(A, B);
 }
 
