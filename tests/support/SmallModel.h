@@ -92,7 +92,7 @@ public:
     const int nodes = project.meshes[0]->nodes->Highest();
     project.nodesAsRead = project.numNodes = nodes;
     project.global = ReaVecT(nodes * project.dofsPerNode);
-    project.global.Fill(0.0);
+    if (nodes > 0) project.global.Fill(0.0);
   }
 
   void Displace(int node, std::initializer_list<double> values) {

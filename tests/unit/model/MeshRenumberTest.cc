@@ -1,4 +1,4 @@
-#include <algorithm>
+#include <array>
 #include <cmath>
 #include <memory>
 #include <numeric>
@@ -78,6 +78,17 @@ TEST(MeshRenumber, ManyEquallyDistantNodesKeepTheirOrderToo) {
   std::iota(expected.begin() + 1, expected.end(), 1);
   expected[0] = 201;
   EXPECT_EQ(*mesh->renumberMap, expected);
+}
+
+TEST(MeshRenumber, DistancesAreComparedAfterTheRoot) {
+  // From node 3 the squares are 1 + 2^-52 and 1; both roots are 1.
+  const auto mesh = At({
+      {1, std::ldexp(1.0, -26), 0},
+      {1, 0,               0                 },
+      {0, 0,               0}
+  });
+  mesh->Renumber();
+  EXPECT_EQ(*mesh->renumberMap, (std::vector<int>{3, 1, 2}));
 }
 
 TEST(MeshRenumber, UsesAllThreeCoordinates) {
