@@ -1,6 +1,7 @@
 #include "algebra/ReaVecT.h"
 
 #include <cstdint>
+#include <limits>
 #include <utility>
 
 #include "algebra/Matriu.h"
@@ -125,8 +126,14 @@ void ReaVecT::Assign(const double* entries, int length) {
   std::copy_n(entries, length, data.get());
 }
 
+int JointLength(const ReaVecT& a, const ReaVecT& b) {
+  const std::int64_t length = std::int64_t{a.n} + b.n;
+  if (length > std::numeric_limits<int>::max()) HeapExhausted();
+  return static_cast<int>(length);
+}
+
 ReaVecT Concatenate(const ReaVecT& a, const ReaVecT& b) {
-  ReaVecT both(a.n + b.n);
+  ReaVecT both(JointLength(a, b));
   std::copy(b.begin(), b.end(), std::copy(a.begin(), a.end(), both.begin()));
   return both;
 }

@@ -88,6 +88,9 @@ private:
   void Assign(const double* entries, int length);
 };
 
+/// The length of a and b together; beyond the field the heap counts as exhausted.
+int JointLength(const ReaVecT& a, const ReaVecT& b);
+
 /// a's entries, then b's.
 ReaVecT Concatenate(const ReaVecT& a, const ReaVecT& b);
 
@@ -103,7 +106,7 @@ ReaVecT Combine(Function function, const ReaVecT& a, const ReaVecT& b) {
 /// first.
 template <std::invocable<double, double> Compare>
 ReaVecT Merge(const ReaVecT& a, const ReaVecT& b, Compare compare) {
-  ReaVecT merged(a.n + b.n);
+  ReaVecT merged(JointLength(a, b));
   const double* fromA = a.begin();
   const double* fromB = b.begin();
   double* place = merged.begin();
