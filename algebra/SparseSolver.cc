@@ -40,6 +40,8 @@ SparseSolver::SparseSolver(int numDegrees)
 SparseSolver::SparseSolver(int numDegrees, double target, double accepted, int limit)
     : n(numDegrees), tolerance1(target), tolerance2(accepted), MaxIterations(limit) {}
 
+SparseSolver::~SparseSolver() = default;
+
 void SparseSolver::SetInitialValues(const ReaVecT& values) {
   assert(values.n >= n);
   x.assign(values.begin(), values.begin() + n);
