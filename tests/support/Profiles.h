@@ -123,16 +123,16 @@ inline std::vector<int> SpikedHeights(int n) {
 /// One of each kind, of sizes that cut the blocks in unequal pieces.
 inline std::vector<std::pair<std::string, std::vector<int>>> ProfileKinds() {
   return {
-      {"diagonal",         BandHeights(130,              1)},
-      {"narrow band",                  BandHeights(500,                                  20)},
-      {"band",               BandHeights(900,          260)},
-      {"wide band",BandHeights(1300,    700)},
+      {"diagonal",         BandHeights(130,             1)},
+      {"narrow band",                  BandHeights(300,                                 20)},
+      {"band",               BandHeights(450,          160)},
+      {"wide band",BandHeights(700,   430)},
       {"full",        FullHeights(421)                               },
-      {"random, low",                  RandomHeights(700,                                         30)},
-      {"random",                  RandomHeights(900,   250)},
-      {"random, high",               RandomHeights(1700,   700)},
-      {"wave front",WaveFrontHeights(30,      3)},
-      {"wave front of 6",     WaveFrontHeights(20, 6)},
-      {"spiked",                  SpikedHeights(777)                                  },
+      {"random, low",                  RandomHeights(500,                                        30)},
+      {"random",                  RandomHeights(500,  130)},
+      {"random, high",               RandomHeights(800,   400)},
+      {"wave front",WaveFrontHeights(20,      3)},
+      {"wave front of 6",     WaveFrontHeights(12, 6)},
+      {"spiked",                  SpikedHeights(530)                                 },
   };
 }
