@@ -1,23 +1,32 @@
 #pragma once
 
 #include <array>
+#include <cassert>
+#include <cstddef>
 
 /// Dense R x C matrix of doubles held in place, row by row, indices from 1. The element kernels
-/// work on these: no heap, sizes known to the compiler.
+/// work on these: no heap, sizes known to the compiler, which also checks the shapes of products.
+/// A new one is 0.0 throughout.
 template <int R, int C>
 struct FixedMatrix {
-  std::array<double, R * C> entries{};  ///< (i, j) at (i-1)*C + j-1
+  std::array<double, std::size_t{R} * C> entries{};  ///< (i, j) at (i-1)*C + j-1
 
-  double& operator()(int i, int j) { return entries[(i - 1) * C + (j - 1)]; }
-  double operator()(int i, int j) const { return entries[(i - 1) * C + (j - 1)]; }
+  double& operator()(int i, int j) { return entries[PlaceOf(i, j)]; }
+  double operator()(int i, int j) const { return entries[PlaceOf(i, j)]; }
 
   FixedMatrix& operator+=(const FixedMatrix& other) {
-    for (int k = 0; k < R * C; ++k) entries[k] += other.entries[k];
+    for (std::size_t k = 0; k < entries.size(); ++k) entries[k] += other.entries[k];
     return *this;
   }
   FixedMatrix& operator*=(double factor) {
     for (double& entry : entries) entry *= factor;
     return *this;
+  }
+
+private:
+  static std::size_t PlaceOf(int i, int j) {
+    assert(1 <= i && i <= R && 1 <= j && j <= C);
+    return static_cast<std::size_t>((i - 1) * C + (j - 1));
   }
 };
 

@@ -40,9 +40,7 @@ UnitSystem ParseRow(std::string_view line) {
 
 // Takes the word behind a units key and its signs; empty at the end of the text.
 std::string_view TakeSystemName(std::string_view& text) {
-  const auto isFirst = [](unsigned char c) { return !IsSpace(c) && c != '=' && c != ':'; };
-  const auto first = std::find_if(text.begin(), text.end(), isFirst);
-  text.remove_prefix(static_cast<std::size_t>(first - text.begin()));
+  text = BehindSigns(text);
   return TakeValue(text).substr(0, kMaxWordInLine);
 }
 

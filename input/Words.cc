@@ -226,9 +226,15 @@ int IntegerOf(std::string_view text) {
   return static_cast<int>(negative ? -value : value);
 }
 
+std::string_view BehindSigns(std::string_view text) {
+  const auto isFirst = [](unsigned char c) { return !IsSpace(c) && !IsPairSign(c); };
+  const auto first = std::find_if(text.begin(), text.end(), isFirst);
+  return text.substr(static_cast<std::size_t>(first - text.begin()));
+}
+
 std::string_view TakeKey(std::string_view& text) {
   const auto delimits = [](unsigned char c) { return IsSpace(c) || IsPairSign(c); };
-  TakeUntil(text, [&](unsigned char c) { return !delimits(c); });
+  text = BehindSigns(text);
   const std::string_view key = TakeUntil(text, delimits);
   if (!text.empty()) text.remove_prefix(1);  // so that "E=2" has the value "2", not "=2"
   return key;

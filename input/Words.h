@@ -68,6 +68,9 @@ std::optional<int> TakeDigit(std::string_view& text);
 /// text that is not a number. Out of 32 bits is fatal as in ReadInteger.
 int IntegerOf(std::string_view text);
 
+/// `text` behind the white space, ':' and '=' at its front.
+std::string_view BehindSigns(std::string_view text);
+
 /// A token of a key and value list: the next run of characters other than white space (and other
 /// than ':' and '=' for keys); empty at the end of the text.
 std::string_view TakeKey(std::string_view& text);

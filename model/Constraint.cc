@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <numbers>
 
 #include "algebra/FixedMatrix.h"
 #include "algebra/Matriu.h"
@@ -52,25 +53,30 @@ Rotation TurnAbout(const Vector3& k, double angle) {
   return turn;
 }
 
-/// The axis of a turn by pi: then (Q + I)/2 = k k^T, and its column with the largest diagonal entry
-/// is k but for its length.
-Vector3 AxisOfHalfTurn(const Rotation& Q) {
+/// The axis k, in one of its two senses, of a turn by more than a right angle with this cosine. The
+/// symmetric part of Q is cos I + (1 - cos) k k^T: less cos I, its column with the largest diagonal
+/// entry is k but for its length.
+Vector3 AxisOfLargeTurn(const Rotation& Q, double cosine) {
   const Vector3 diagonal{Q(1, 1), Q(2, 2), Q(3, 3)};
   const int j =
       static_cast<int>(std::max_element(diagonal.begin(), diagonal.end()) - diagonal.begin()) + 1;
-  Vector3 k{Q(1, j), Q(2, j), Q(3, j)};
-  k[j - 1] += 1.0;
+  Vector3 k{Q(1, j) + Q(j, 1), Q(2, j) + Q(j, 2), Q(3, j) + Q(j, 3)};
+  k[j - 1] -= 2.0 * cosine;
   return Unit(k);
 }
 
 /// H with H H = Q, the short way round.
 Rotation HalfOf(const Rotation& Q) {
-  const double trace = Q(1, 1) + Q(2, 2) + Q(3, 3);
+  const double cosine = (Q(1, 1) + Q(2, 2) + Q(3, 3) - 1.0) / 2.0;
   const Vector3 w{Q(3, 2) - Q(2, 3), Q(1, 3) - Q(3, 1), Q(2, 1) - Q(1, 2)};  // 2 sin(phi) k
   if (Norm(w) <= kNoAxialVector)
-    return trace > 1.0 ? Identity() : TurnAbout(AxisOfHalfTurn(Q), std::acos(0.0));
-  const double phi = std::atan2(Norm(w) / 2.0, (trace - 1.0) / 2.0);
-  return TurnAbout(Unit(w), phi / 2.0);
+    return cosine > 0.0 ? Identity() : TurnAbout(AxisOfLargeTurn(Q, -1.0), std::numbers::pi / 2.0);
+  Vector3 k = Unit(w);
+  if (cosine < 0.0) {  // w vanishes towards a half turn and loses its digits, but not its sense
+    k = AxisOfLargeTurn(Q, cosine);
+    if (Dot(k, w) < 0.0) k = Times(k, -1.0);
+  }
+  return TurnAbout(k, std::atan2(Norm(w) / 2.0, cosine) / 2.0);
 }
 
 void MergeAxes(const Constraint& a, const Constraint& b, Constraint& merged) {

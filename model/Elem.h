@@ -14,13 +14,23 @@ struct Node;
 enum ProblemType { Plane = 0, Space = 1 };
 
 /// One element: its nodes, its material, and the geometry that the formulations ask for.
+///
+/// Transformation matrices have the local axes, in global components, as columns: a global vector
+/// is T times the local one. The operations below need all nodes; nothing in them touches the heap
+/// when T has its size already.
 class Elem {
 public:
   /// An element of `nodeCount` nodes, all null.
   Elem(Mesh* owner, int nodeCount);
 
-  /// The face `face` (from 0) of a triangle or tetrahedron: its node i is node (i + face) mod nnode
-  /// of `el`, with one node less. It is registered in no mesh.
+  /// The face `face` (from 0) of a triangle or tetrahedron of corners only: its node i is node
+  /// (i + face) mod nnode of `el`, with one node less.
+  ///
+  ///     triangle     (1,2) (2,3) (3,1)
+  ///     tetrahedron  (1,2,3) (2,3,4) (3,4,1) (4,1,2)
+  ///
+  /// It is registered in no mesh. Ends the run for other elements and for a face out of range. No
+  /// stage of the run calls it.
   Elem(Elem* el, int face);
 
   virtual ~Elem() = default;
@@ -34,17 +44,29 @@ public:
   bool GivenAxes(const Material* material, Matriu& T) const;
 
   /// Local axes of a beam as columns of T: 3x3 on (u, v, theta) in the plane, 6x6 block diagonal
-  /// in space. x runs from node 1 to node 2. Ends the run for a beam of no length, out of the plane
-  /// of a plane problem, or with given axes that do not fit it.
+  /// in space. x runs from node 1 to node 2. Without axes of the material y lies on the left of x
+  /// in the plane, and in space y is horizontal and z points upwards; y of a vertical beam is
+  /// global x, turned by `alpha`. With axes of the material T is these, x and z turned over when x
+  /// runs against the beam, and brought onto the beam when x is not along it within a cosine of
+  /// 1 - 1e-5.
+  ///
+  /// Ends the run for a beam of no length, out of the plane of a plane problem, with given axes at
+  /// a right angle to it or out of that plane, and for `alpha` on a beam that is not vertical.
   void CalcTransfMatrixBeam(Matriu& T, const Material* material, int problemType) const;
 
-  /// Local axes of a shell triangle as columns of the 3x3 T, z along the element's normal; T6 (6x6)
-  /// turns the shell's local degrees (u, v, w, beta1, beta2, drilling), where the rotations are
-  /// about -y, x and the normal, into the global ones.
+  /// Local axes of a shell triangle as columns of the 3x3 T, z along the element's normal, from the
+  /// order of its corners. x is that of the material's axes, projected into the shell; without, x
+  /// is horizontal, or in the plane of global x and z when the normal is vertical within 1/64.
+  ///
+  /// T6 (6x6) turns the shell's local degrees (u, v, w, beta1, beta2, drilling), where the
+  /// rotations are about -y, x and the normal, into the global ones.
+  ///
+  /// Ends the run for a triangle without area and for a given x along the normal.
   void ShellAxes(Matriu& T, Matriu& T6, const Material* material) const;
 
   /// Whether the segment from p to s crosses this 2-noded element (plane) or triangle (space): 1 or
-  /// 0. No stage of the run calls it.
+  /// 0. Segments in the plane may touch; a triangle is crossed inside its border only. What is
+  /// parallel does not cross. Ends the run for any other element. No stage of the run calls it.
   int IsCutted(const ReaVec3& p, const ReaVec3& s) const;
 
   /// Length of the chord from node 1 to node 2.

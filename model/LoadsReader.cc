@@ -5,30 +5,25 @@
 #include <optional>
 #include <utility>
 
+#include "input/LinePairs.h"
 #include "input/Project.h"
 #include "input/Words.h"
 #include "main/ErrorChannel.h"
-#include "model/LoadPairs.h"
+#include "model/NodeSections.h"
 
 namespace {
-
-/// The closing word of a section and what stands behind it.
-void ReadEnd(TextInput& input) {
-  FindWord(input, "end");
-  SkipRestOfLine(input);
-}
 
 // --- nodal_point_loads ------------------------------------------------------------------------
 
 Node& LoadedNode(Project& project, int nodeNumber) {
-  Node* const node = project.meshes.empty() ? nullptr : project.meshes[0]->nodes->Get(nodeNumber);
+  Node* const node = FindNode(project, nodeNumber);
   if (node == nullptr) Fatal("error: Trying to assign Load to unknown node\n");
   return *node;
 }
 
 /// The factors that hold for the line: of all keys behind the components only units count.
 UnitFactors TakeFactors(std::string_view text, int nodeNumber, const Units& units) {
-  LoadPairs pairs(text, units);
+  LinePairs pairs(text, units);
   while (pairs.Next()) {
   }
   if (pairs.KeyWithoutValue())
@@ -108,7 +103,7 @@ void ReadNodalLoads(Project& project, TextInput& input) {
     if (!nodeNumber) break;
     ReadNodalLoad(project, input, *nodeNumber);
   }
-  ReadEnd(input);
+  ReadEndOfSection(input);
 }
 
 int ReadPressureLoads(std::string_view keyword, Project& project, TextInput& input) {
@@ -123,6 +118,6 @@ int ReadPressureLoads(std::string_view keyword, Project& project, TextInput& inp
     if (!elemNumber) break;
     ReadPressureLoad(section->kind, project, input, *elemNumber);
   }
-  ReadEnd(input);
+  ReadEndOfSection(input);
   return 0;
 }

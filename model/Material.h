@@ -37,7 +37,7 @@ public:
   /// local z; J by the nearest row of a table of side ratios.
   void SetRectangleSection(double widthY, double widthZ);
 
-  /// The same values under the number 0.
+  /// The same values under the number 0. No stage of the run calls it.
   Material Copy() const;
 
   /// One line: number and the doubles from E1 to t.
@@ -59,10 +59,10 @@ public:
   /// shears. Ends the run when E is not positive or nu not in (-1, 0.5).
   void SolidMatrix(int elementNumber, Matriu& D) const;
 
-  int number = 0;             ///< material number
-  double E1 = 0.0, E2 = 0.0;  ///< Young's moduli along x and y
-  double nuXY = 0.0, nuYX = 0.0;
-  double Iy = 0.0, Iz = 0.0;  ///< second moments of area
+  int number = 0;                 ///< material number
+  double E1 = 0.0, E2 = 0.0;      ///< Young's moduli along x and y
+  double nuXY = 0.0, nuYX = 0.0;  ///< nuYX: narrowing along y by a pull along x
+  double Iy = 0.0, Iz = 0.0;      ///< second moments of area
   double Gxy = 0.0, Gxz = 0.0, Gyz = 0.0;
   double J = 0.0;                                   ///< torsion constant
   double A = 0.0;                                   ///< cross-section area

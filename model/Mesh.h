@@ -15,60 +15,86 @@ class TextInput;
 class Units;
 
 /// Element families, with the codes of the files.
+///
+///     type             nodes (Femview code)
+///     1 Linear         2 (11)
+///     2 Triangle       3 (7)     6 (8)
+///     3 Quadrilateral  4 (9)     8 (10)
+///     4 Tetrahedra     4 (3)    10 (6)
+///     5 Hexahedra      8 (1)    20 (4)
 enum ElemType { Linear = 1, Triangle, Quadrilateral, Tetrahedra, Hexahedra };
 
 /// One homogeneous set of elements: one type, one node count. All meshes of a model share the node
 /// container of the first one.
 ///
-/// Five numberings meet here. A node's key is its number in the input and never changes; its
-/// `number` becomes the internal index when the first mesh is renumbered; external(index) gives the
-/// number in the input back.
+/// Three numbers belong to a node. Its key in the container is the number written in the input and
+/// never changes; its `number` is the same until Renumber makes it the internal index;
+/// ExternalNumber gives the number of the input back.
+///
+/// Nodes and elements are held by pointer: renumbering, merging and changing the node count never
+/// move a record that stays in its mesh.
 class Mesh {
 public:
   /// A mesh with a node container of its own.
   Mesh();
-  /// A mesh on the nodes of `first`.
+  /// A mesh without elements on the nodes of `first`.
   explicit Mesh(const Mesh& first);
   Mesh& operator=(const Mesh&) = delete;
   virtual ~Mesh();
 
-  /// Reads one mesh block. `units` null: no scaling.
+  /// Reads one mesh block, up to and with the line of its last "end". `units` null: coordinates and
+  /// inline materials are not scaled. Node numbers that do not exist become null nodes. Later
+  /// blocks on the same nodes may list all of them anew, moved or with more behind, or none.
   void ReadMesh(TextInput& input, const Units* units);
 
-  /// Type code of a word by its first one or two letters; ends the run for any other.
+  /// Type code of a word by its first one or two letters, in any case; ends the run for any other.
   static int ParseElemType(std::string_view word);
 
   /// Sets femviewType from elemType and nnode; ends the run with "Unknown Femview type\n" for a
-  /// pair that is not admissible.
+  /// pair that is not in the table above.
   void SetFemviewType();
 
-  // Merging. `other` must have the same dimension, nnode and elemType. No stage of the run calls
-  // these.
+  // Merging. `other` must have the same dimension, nnode and elemType, else the run ends; the
+  // Reverse forms turn 2-noded elements around. A node whose number is in use here stays out: its
+  // elements take the node of that number. Node number 0, element number 0 and element numbers in
+  // use become highest + 1. No stage of the run calls these.
+
+  /// Takes over the nodes and the elements of `other`.
   void AddMesh(Mesh& other);
+  /// Adds copies: of nodes without their supports and loads, of elements without material.
   void AddMeshAllNew(const Mesh& other);
+  /// The same with the two nodes of each element exchanged.
   void AddMeshAllNewReverse(const Mesh& other);
+  /// Takes over the nodes and adds copies of the elements, their two nodes exchanged.
   void AddMeshNewReverseElms(Mesh& other);
 
-  /// Numbers the nodes by their distance from a peripheral one, for a small profile; fills
-  /// renumberMap.
+  /// Numbers the nodes by increasing distance from the one that is farthest from the centroid, for
+  /// a small profile of the stiffness matrix; ties keep the order of their keys. Fills renumberMap.
+  /// One sort: n log n.
   void Renumber();
 
-  /// Changes the nodes per element; new places are null.
+  /// Changes the nodes per element: new places are null, excess ones are kept out of sight.
+  /// Releases `cached`. Ends the run for a count that the type does not have.
   void SetNnode(int n);
 
-  /// Text form of the mesh; see docs/output-formats.md.
+  /// The mesh as text: heading, "Coordinates", "Elements". Numbers are those of the input with
+  /// `externalNumbers`, else internal; 0 for null nodes. `compact` leaves the "Mat:" word and
+  /// inline materials out.
   void WriteMesh(std::ostream& stream, int externalNumbers, int compact) const;
 
-  /// Geometry as a Femview neutral file. No stage of the run calls it.
+  /// Nodes and elements as cards of a Femview neutral file, in internal numbers; the title is the
+  /// last six characters of the base name of `fileName` (null: empty). No stage of the run calls
+  /// it.
   void WriteFemview(std::ostream& stream, const char* fileName) const;
 
   /// The number in the input of a node; 0 for null.
   int ExternalNumber(const Node* node) const;
-  /// The number in the input of an internal index.
+  /// The number in the input of an internal index; the index itself where the map has no entry.
   int ExternalNumber(int index) const;
 
-  /// Edges of all elements as pairs of node numbers, smaller first, sorted. No stage of the run
-  /// calls it.
+  /// Edges between corners of all elements as pairs of internal node numbers, smaller first (0 for
+  /// null), sorted, so that an edge of several elements stands there as often, side by side. No
+  /// stage of the run calls it.
   std::vector<std::pair<int, int>> CalcEdges() const;
 
   int dimension = 0;                  ///< 2 or 3

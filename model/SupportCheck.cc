@@ -1,10 +1,9 @@
 #include "model/SupportCheck.h"
 
-#include <algorithm>
 #include <array>
 #include <cmath>
-#include <cstdio>
 
+#include "algebra/ReaVec3.h"
 #include "algebra/Vector3.h"
 #include "algebra/Zero.h"
 #include "input/Project.h"
@@ -64,11 +63,9 @@ void CheckTwoNodes(const Node& a, const Node& b) {
   if (!(Norm(axis) >= kZero)) return;
   if (a.constraint->hasLocalAxes != 0 || b.constraint->hasLocalAxes != 0) return;
   if (IsHeldAgainstRotation(a, b, axis)) return;
-  std::array<char, 64> vector;
-  std::snprintf(vector.data(), vector.size(), "  %13.6e  %13.6e  %13.6e", axis[0], axis[1],
-                axis[2]);
   error.message << "There are only two prescribed nodew in the model!!!\n"
-                << "Model can rotate around axe: " << vector.data() << " !!!\n";
+                << "Model can rotate around axe: " << ReaVec3(axis[0], axis[1], axis[2])
+                << " !!!\n";
 }
 
 }  // namespace

@@ -1,5 +1,4 @@
 #include "main/ErrorChannel.h"
-
 #include "tests/support/FatalExit.h"
 
 namespace {

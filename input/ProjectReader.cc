@@ -1,0 +1,327 @@
+#include "input/ProjectReader.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdlib>
+#include <limits>
+#include <memory>
+#include <string>
+
+#include "algebra/Zero.h"
+#include "input/Project.h"
+#include "input/ProjectCheck.h"
+#include "input/Words.h"
+#include "main/ErrorChannel.h"
+#include "model/ConstraintsReader.h"
+#include "model/LoadsReader.h"
+#include "model/Rotules.h"
+
+namespace {
+
+constexpr double kPi = 3.141592653589793;
+
+// Sparse: largest tolerance and smallest iteration limit that are accepted.
+constexpr double kLargestTolerance = 10.0;
+constexpr int kFewestIterations = 10;
+
+/// One keyword of the deck on its way to its reader.
+struct Statement {
+  Project& project;
+  TextInput& input;          ///< behind the keyword and its value
+  std::string_view keyword;  ///< as written in the table
+  std::string value;         ///< empty for keywords without one
+};
+
+// --- values -----------------------------------------------------------------------------------
+
+// The value of a keyword, given what is glued to it.
+// Deliberate: only one further word is read, so the value of "key = 1" is empty.
+std::string ReadValue(TextInput& input, std::string_view glued) {
+  const std::string_view value = BehindSigns(glued);
+  return std::string(value.empty() ? BehindSigns(ReadWord(input)) : value);
+}
+
+// The longest leading integer, 0 without one; saturates at the ends of its range.
+int SaturatedInteger(const std::string& text) {
+  const long value = std::strtol(text.c_str(), nullptr, 10);
+  return static_cast<int>(
+      std::clamp<long>(value, std::numeric_limits<int>::min(), std::numeric_limits<int>::max()));
+}
+
+// Deliberate: the messages say "<PI", but pi itself is an angle. A NaN is none.
+bool IsAngle(double angle) {
+  return angle >= kZero && angle <= kPi;
+}
+
+// --- the sections -----------------------------------------------------------------------------
+
+int CountOf(const Plex<Elem>& elems) {
+  int count = 0;
+  for ([[maybe_unused]] auto elem : elems) ++count;
+  return count;
+}
+
+void ReadMeshBlock(Statement& s) {
+  Project& project = s.project;
+  auto& meshes = project.meshes;
+  if (meshes.size() == kMaxMeshes) {
+    Fatal("error: maximum number of meshes is: ", kMaxMeshes, "\n");
+  }
+  meshes.push_back(meshes.empty() ? std::make_unique<Mesh>() : std::make_unique<Mesh>(*meshes[0]));
+  Mesh& mesh = *meshes.back();
+  mesh.ReadMesh(s.input, &project.units);
+
+  project.nodesAsRead = project.numNodes = mesh.nodes->Highest();
+  project.numElements[meshes.size() - 1] = CountOf(mesh.elems);
+  if (mesh.elemType == Tetrahedra) project.dofsPerNode = 3;
+}
+
+void ReadMaterials(Statement& s) {
+  for (;;) {
+    SkipToRecord(s.input);
+    auto material = std::make_unique<Material>();
+    if (material->ReadMaterialLine(s.input, &s.project.units) == 0) break;
+    const int number = material->number;
+    s.project.materials.Insert(number, std::move(material));
+  }
+  FindWord(s.input, "end");
+  SkipRestOfLine(s.input);
+}
+
+void ReadUnitSystems(Statement& s) {
+  ReadUnitsNames(s.project.units, s.input);
+}
+
+void ReadSupports(Statement& s) {
+  ReadConstraints(s.project, s.input);
+}
+
+void ReadHinges(Statement& s) {
+  ReadRotules(s.project, s.input);
+}
+
+void ReadNodeLoads(Statement& s) {
+  ReadNodalLoads(s.project, s.input);
+}
+
+void ReadElementLoads(Statement& s) {
+  ReadPressureLoads(s.keyword, s.project, s.input);
+}
+
+// --- the problem section ----------------------------------------------------------------------
+
+void SetUnitsMesh(Statement& s) {
+  Units& units = s.project.units;
+  const auto found = std::find_if(units.table.begin(), units.table.end(),
+                                  [&](const UnitSystem& row) { return row.nameM == s.value; });
+  if (found == units.table.end()) {
+    Fatal("error: Unit length name '", s.value, "' has not been previously defined\n");
+  }
+  if (!IsUnitFactor(found->facM)) Fatal("error: Units_mesh must be a positive number\n");
+  units.meshLength = found->facM;
+}
+
+void SetUnitsMatAndLoad(Statement& s) {
+  Units& units = s.project.units;
+  const UnitSystem& system = FindUnits(units, s.value);
+  if (!IsUnitFactor(system.facN) || !IsUnitFactor(system.facM)) {
+    Fatal("error: units_mat_and_load must be two positive numbers\n");
+  }
+  units.materialForce = system.facN;
+  units.materialLength = system.facM;
+}
+
+void SetUnitsRes(Statement& s) {
+  Units& units = s.project.units;
+  const UnitSystem& system = FindUnits(units, s.value);
+  if (!IsUnitFactor(system.facN) || !IsUnitFactor(system.facM)) {
+    Fatal("error: units_res must be two positive numbers and three names\n");
+  }
+  units.resultForce = system.facN;
+  units.resultLength = system.facM;
+  units.resultForceName = system.nameN;
+  units.resultLengthName = system.nameM;
+  units.resultPressureName = system.namePa;
+}
+
+void SetConvertTo6Nodes(Statement& s) {
+  s.project.ConvertTo6Nodes = 1;
+}
+
+void SetMainStresses(Statement& s) {
+  s.project.stressOption = MainStresses;
+}
+
+void SetMainAndLocalStresses(Statement& s) {
+  s.project.stressOption = MainAndLocalStresses;
+}
+
+void SetNumOfDivisions(Statement& s) {
+  s.project.NumOfDivisions = SaturatedInteger(s.value);
+  if (s.project.NumOfDivisions <= 0) Fatal("error: Number of divisions must be positive");
+}
+
+void SetDoSmoothing(Statement& s) {
+  s.project.DoSmoothing = 1;
+  s.project.smoothingAngle = RealOf(s.value);
+  if (!IsAngle(s.project.smoothingAngle)) {
+    Fatal("error: DoSmoothing must have angle >0 and <PI rad\n");
+  }
+}
+
+void SetCoplanarityAngle(Statement& s) {
+  s.project.CoplanarityAngle = RealOf(s.value);
+  if (!IsAngle(s.project.CoplanarityAngle)) {
+    Fatal("error: CoplanarityAngle must have angle >0 and <PI rad\n");
+  }
+}
+
+bool IsTolerance(double tolerance) {
+  return tolerance > 0.0 && tolerance <= kLargestTolerance;
+}
+
+// Deliberate: the message names a relation of the two tolerances that is not asked for.
+void ReadSparseArguments(Project& project, TextInput& input) {
+  project.tolerance1 = RealOf(ReadWord(input));
+  project.tolerance2 = RealOf(ReadWord(input));
+  project.MaxIterations = SaturatedInteger(ReadWord(input));
+  if (!IsTolerance(project.tolerance1) || !IsTolerance(project.tolerance2) ||
+      project.MaxIterations < kFewestIterations) {
+    Fatal(
+        "Solver Sparse needs three aditional arguments:\n"
+        "    Solver: Sparse tolerance1 tolerance2 MaxIterations\n"
+        "with 0.0<tolerance<10 and MaxIterations>10 and\n"
+        " tolerance1<=tolerance2<10\n");
+  }
+}
+
+void SetSolver(Statement& s) {
+  struct Name {
+    std::string_view name;
+    SolverChoice choice;
+  };
+  constexpr Name kNames[] = {
+      {"Automatic", Automatic   },
+      {"SkyLine",   SolveSkyLine},
+      {"Sparse",    SolveSparse },
+      {"Double",    SolveDouble },
+  };
+  const auto found = std::find_if(std::begin(kNames), std::end(kNames), [&](const Name& row) {
+    return StartsWithAnyCase(s.value, row.name);
+  });
+  if (found == std::end(kNames)) {
+    Fatal("error: type of solver must be: Automatic, SkyLine, Double or Sparse\n");
+  }
+  s.project.solverChoice = found->choice;
+  if (found->choice == SolveSparse) ReadSparseArguments(s.project, s.input);
+}
+
+void SetGravityDirection(Statement& s) {
+  const double x = RealOf(s.value);
+  const double y = RealOf(ReadWord(s.input));
+  const double z = RealOf(ReadWord(s.input));
+  const double length = std::hypot(x, y, z);
+  if (!(length >= kZero) || !std::isfinite(length)) {
+    Fatal("error: GravityDirection must be a vector no null");
+  }
+  s.project.gravity = ReaVec3(x / length, y / length, z / length);
+}
+
+// --- the keyword table ------------------------------------------------------------------------
+
+enum class Match { Whole, Prefix };
+enum class Value { None, One };
+
+struct Keyword {
+  std::string_view name;
+  Match match;
+  Value value;
+  void (*read)(Statement&);
+};
+
+// Matched from the top, in any case; the order is part of the format.
+constexpr Keyword kKeywords[] = {
+    {"mesh",                            Match::Whole,  Value::None, ReadMeshBlock          },
+    {"units_mesh",                      Match::Prefix, Value::One,  SetUnitsMesh           },
+    {"units_mat_and_load",              Match::Prefix, Value::One,  SetUnitsMatAndLoad     },
+    {"units_res",                       Match::Prefix, Value::One,  SetUnitsRes            },
+    {"ConvertTo6Nodes",                 Match::Prefix, Value::None, SetConvertTo6Nodes     },
+    {"MainStresses",                    Match::Prefix, Value::None, SetMainStresses        },
+    {"MainAndLocalStresses",            Match::Prefix, Value::None, SetMainAndLocalStresses},
+    {"NumOfDivisions",                  Match::Prefix, Value::One,  SetNumOfDivisions      },
+    {"DoSmoothing",                     Match::Prefix, Value::One,  SetDoSmoothing         },
+    {"CoplanarityAngle",                Match::Prefix, Value::One,  SetCoplanarityAngle    },
+    {"Solver",                          Match::Prefix, Value::One,  SetSolver              },
+    {"GravityDirection",                Match::Prefix, Value::One,  SetGravityDirection    },
+    {"units_names",                     Match::Whole,  Value::None, ReadUnitSystems        },
+    {"materials",                       Match::Whole,  Value::None, ReadMaterials          },
+    {"constraints",                     Match::Whole,  Value::None, ReadSupports           },
+    {"nodal_point_loads",               Match::Whole,  Value::None, ReadNodeLoads          },
+    {"rotules",                         Match::Whole,  Value::None, ReadHinges             },
+    {"global_pressure_loads",           Match::Whole,  Value::None, ReadElementLoads       },
+    {"global_projected_pressure_loads", Match::Whole,  Value::None, ReadElementLoads       },
+    {"local_pressure_loads",            Match::Whole,  Value::None, ReadElementLoads       },
+    {"face_loads",                      Match::Whole,  Value::None, ReadElementLoads       },
+};
+
+bool Matches(const Keyword& keyword, std::string_view word) {
+  return StartsWithAnyCase(word, keyword.name) &&
+         (keyword.match == Match::Prefix || word.size() == keyword.name.size());
+}
+
+void ReadKeyword(Project& project, TextInput& input, std::string_view word) {
+  for (const Keyword& keyword : kKeywords) {
+    if (!Matches(keyword, word)) continue;
+    Statement statement{project, input, keyword.name, {}};
+    if (keyword.value == Value::One) {
+      statement.value = ReadValue(input, word.substr(keyword.name.size()));
+    }
+    return keyword.read(statement);
+  }
+  Fatal("Unknown key name=", word, "\n");
+}
+
+// --- the order of a deck ----------------------------------------------------------------------
+
+// What may stand between "type" and its value; the first '#' is the last of it.
+void SkipToType(TextInput& input) {
+  for (int c = input.Peek(); IsSpace(c) || c == ':' || c == '=' || c == '#'; c = input.Peek()) {
+    input.Get();
+    if (c == '#') return;
+  }
+}
+
+void ReadProblemType(Project& project, TextInput& input) {
+  SkipToType(input);
+  std::string type = LowerCase(ReadWord(input));
+  if (type == "reticulat") type = LowerCase(ReadWord(input));
+  if (type == "2d") {
+    project.problemType = Plane;
+    project.dofsPerNode = 3;
+  } else if (type == "3d") {
+    project.problemType = Space;
+    project.dofsPerNode = 6;
+  } else {
+    Fatal("Type of problem unknown. Only 2d and 3d\n");
+  }
+}
+
+void ReadKeywords(Project& project, TextInput& input) {
+  for (std::string word = ReadWord(input); !word.empty(); word = ReadWord(input)) {
+    if (word[0] == '#') {
+      SkipRestOfLine(input);
+    } else {
+      ReadKeyword(project, input, word);
+    }
+  }
+}
+
+}  // namespace
+
+void ReadProject(Project& project, TextInput& input) {
+  FindWord(input, "problem");
+  FindWord(input, "type");
+  ReadProblemType(project, input);
+  ReadKeywords(project, input);
+  CheckProject(project);
+}

@@ -1,0 +1,44 @@
+#include "main/CommandLine.h"
+
+std::optional<RunOptions> ScanCommandLine(int argc, char* const* argv) {
+  RunOptions options;
+  int position = 1;
+  // Deliberate: the counter counts options, not arguments, also where an option takes two of them.
+  for (int option = 1; option < argc && position < argc; ++option) {
+    const std::string_view argument = argv[position];
+    if (argument == "-p") {
+      options.writeMesh = 1;
+      position += 1;
+    } else if (argument == "-i") {
+      options.infoFile = argv[position + 1];
+      position += 2;
+    } else if (argument == "-e") {
+      options.errorFile = argv[position + 1];
+      position += 2;
+    } else if (argument == "-r0") {
+      options.renumber = 0;
+      position += 1;
+    } else {
+      break;
+    }
+  }
+  const int files = argc - position;
+  if (files != 1 && files != 2) return std::nullopt;
+  options.inputFile = argv[position];
+  if (files == 2) options.outputFile = argv[position + 1];
+  return options;
+}
+
+std::string UsageText(std::string_view program) {
+  return "error. usage: " + std::string(program) +
+         " [-p] [-i infofile] [-r0] [-e errorfile] inputfile [outputfile]\n"
+         "    -p: write mesh Vemo file\n"
+         "    -i: write some information in file 'infofile'\n"
+         "    -e: write error messages in file 'errorfile'\n"
+         "    -r0: inhibit renumbering of the nodes\n";
+}
+
+// Deliberate: a '.' of a folder's name counts when the file's own name has none.
+std::string ResultFileName(std::string_view inputFile, std::string_view extension) {
+  return std::string(inputFile.substr(0, inputFile.rfind('.'))) + std::string(extension);
+}

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+/// What a run was asked for on the command line. Texts are those of the argument vector; null when
+/// not given.
+struct RunOptions {
+  int writeMesh = 0;                 ///< -p: also write the post-processor's mesh file
+  int renumber = 1;                  ///< 0 with -r0: nodes keep the order of the input
+  const char* infoFile = nullptr;    ///< -i: progress and total time go there
+  const char* errorFile = nullptr;   ///< -e: the fatal message goes there
+  const char* inputFile = nullptr;   ///< never null once scanned
+  const char* outputFile = nullptr;  ///< the text report
+};
+
+/// Options, then the input file, then perhaps the output file. An option that is repeated counts as
+/// last given; the first argument that is no option ends the options, so one behind the input file
+/// is the output file. None when there is not one or two files.
+std::optional<RunOptions> ScanCommandLine(int argc, char* const* argv);
+
+/// How to call the program; `program` is its name as called.
+std::string UsageText(std::string_view program);
+
+/// `inputFile` cut at its last '.' plus `extension`.
+std::string ResultFileName(std::string_view inputFile, std::string_view extension);

@@ -1,0 +1,109 @@
+#include <chrono>
+#include <cstdio>
+#include <fstream>
+#include <iostream>
+#include <new>
+#include <optional>
+#include <stdexcept>
+#include <string>
+
+#include "analysis/SolveDriver.h"
+#include "analysis/Strengths.h"
+#include "input/Project.h"
+#include "input/ProjectReader.h"
+#include "input/TextInput.h"
+#include "main/CommandLine.h"
+#include "main/ErrorChannel.h"
+#include "output/InfoFile.h"
+#include "output/OutputText.h"
+#include "output/VemoFiles.h"
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+// Numbers per block of the project's containers.
+constexpr int kCapacity = 100;
+
+// Whether a file name stands for standard output.
+bool IsStandardOutput(const char* name) {
+  return name[0] == '-';
+}
+
+std::FILE* OpenFile(const char* name, const char* mode) {
+  std::FILE* const file = std::fopen(name, mode);
+  if (file == nullptr) Fatal("can't open file ", name, "\n");
+  return file;
+}
+
+// The information stream: null, standard output, or `file` when it is opened.
+std::ostream* OpenInfo(const char* name, std::ofstream& file) {
+  if (name == nullptr) return nullptr;
+  if (IsStandardOutput(name)) return &std::cout;
+  file.open(name);
+  if (!file) Fatal("can't open file ", name, "\n");
+  return &file;
+}
+
+void OpenErrorFile(const char* name) {
+  if (name == nullptr) return;
+  error.file = IsStandardOutput(name) ? stdout : OpenFile(name, "w");
+}
+
+void WriteReport(const Project& project, const char* name) {
+  OutputText report{std::string(name)};
+  project.WriteResults(report);
+  report.Close();
+}
+
+void WritePostProcessorFiles(const Project& project, const RunOptions& options) {
+  OutputText results(ResultFileName(options.inputFile, ".kestol.res"));
+  const std::string meshFileName = ResultFileName(options.inputFile, ".kestol.bon");
+  WriteVemoFiles(project, results, options.writeMesh ? &meshFileName : nullptr);
+  results.Close();
+}
+
+void ReportTotalTime(Clock::time_point start, std::ostream* info) {
+  const auto elapsed =
+      std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - start).count();
+  const double seconds = static_cast<double>(elapsed) * 0.001;
+  Progress(info, "Total time = %.2g min. = %.2g seg.\n", seconds * (1.0 / 60.0), seconds);
+}
+
+void Run(const RunOptions& options) {
+  const Clock::time_point start = Clock::now();
+  TextInput input(OpenFile(options.inputFile, "r"));
+  Project project(kCapacity);
+  std::ofstream infoFile;
+  std::ostream* const info = OpenInfo(options.infoFile, infoFile);
+  OpenErrorFile(options.errorFile);
+
+  ReadProject(project, input);
+  SolveProject(project, options.renumber, info);
+  Progress(info, "Beginning calc strengths and reactions\n");
+  ComputeStrengths(project, info);
+  Progress(info, "End of calc strengths and reactions\n");
+  Progress(info, "Transfering results\n");
+  if (options.outputFile != nullptr) WriteReport(project, options.outputFile);
+  WritePostProcessorFiles(project, options);
+  ReportTotalTime(start, info);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  const std::optional<RunOptions> options = ScanCommandLine(argc, argv);
+  if (!options) {
+    std::fputs(UsageText(argc > 0 ? argv[0] : "").c_str(), stdout);
+    return 2;
+  }
+  std::set_new_handler(HeapExhausted);
+  try {
+    Run(*options);
+  } catch (const std::bad_alloc&) {
+    HeapExhausted();
+  } catch (const std::length_error&) {
+    HeapExhausted();
+  }
+  return 0;
+}

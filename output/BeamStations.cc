@@ -1,0 +1,110 @@
+#include "output/BeamStations.h"
+
+#include "input/Project.h"
+
+namespace {
+
+// Forces on the ends become internal forces by these signs at end 1, and their negatives at end 2.
+constexpr double kPlaneSigns[] = {-1.0, 1.0, -1.0};
+constexpr double kSpaceSigns[] = {-1.0, 1.0, 1.0, -1.0, 1.0, -1.0};
+
+BeamLoad SumOf(const std::vector<BeamLoad>& loads) {
+  BeamLoad sum;
+  for (const BeamLoad& load : loads) {
+    sum.qx += load.qx;
+    sum.qy += load.qy;
+    sum.qz += load.qz;
+    sum.m += load.m;
+  }
+  return sum;
+}
+
+}  // namespace
+
+BeamDisplacements::BeamDisplacements(const BeamElement& beam)
+    : endCode_(beam.endCode), plane_(beam.project.problemType == Plane) {
+  const BeamLoad q = SumOf(beam.loads);
+  const Material& material = *beam.material;
+  const double E = material.E1, L = beam.L, L2 = L * L;
+  double a[6], b[6];  // displacements of ends 1 and 2
+  beam.LocalDisplacements(beam.project.global, a, b);
+
+  u1_ = a[0];
+  u2_ = b[0];
+  axialLoad_ = q.qx * L2 / (2.0 * E * material.A);
+  const int turn = plane_ ? 2 : 5;  // rotation about local z
+  v_ = DeflectionOf(a[1], a[turn] * L, b[1], b[turn] * L, q.qy * L2 * L2 / (E * material.Iz),
+                    endCode_);
+  if (!plane_)
+    w_ = DeflectionOf(a[2], -a[4] * L, b[2], -b[4] * L, q.qz * L2 * L2 / (E * material.Iy),
+                      endCode_);
+  for (int i = 0; i < 3; ++i)
+    for (int j = 0; j < 3; ++j) R_[i][j] = beam.T(i + 1, j + 1);
+}
+
+BeamDisplacements::Deflection BeamDisplacements::DeflectionOf(double d1, double s1, double d2,
+                                                              double s2, double load, int endCode) {
+  const double chord = d2 - d1;
+  switch (endCode) {
+    case HingeAtEnd2:
+      s2 = 1.5 * chord - 0.5 * s1;
+      break;
+    case HingeAtEnd1:
+      s1 = 1.5 * chord - 0.5 * s2;
+      break;
+    case BothHinged:
+      s1 = s2 = chord;
+      break;
+    default:
+      break;
+  }
+  return {d1, d2, s1, s2, load};
+}
+
+double BeamDisplacements::BubbleAt(double xi) const {
+  const double eta = 1.0 - xi;
+  switch (endCode_) {
+    case BothFixed:
+      return xi * xi * eta * eta / 24.0;
+    case HingeAtEnd2:
+      return xi * xi * eta * (3.0 - 2.0 * xi) / 48.0;
+    case HingeAtEnd1:
+      return xi * eta * eta * (1.0 + 2.0 * xi) / 48.0;
+    case BothHinged:
+      return xi * eta * (1.0 + xi * eta) / 24.0;
+    default:
+      return 0.0;
+  }
+}
+
+std::array<double, 3> BeamDisplacements::At(double xi) const {
+  const double eta = 1.0 - xi, xi2 = xi * xi;
+  const double h1 = 1.0 - xi2 * (3.0 - 2.0 * xi), h2 = xi2 * (3.0 - 2.0 * xi);
+  const double g1 = xi * eta * eta, g2 = -xi2 * eta;
+  const double bubble = BubbleAt(xi);
+  const auto at = [&](const Deflection& d) {
+    return d.d1 * h1 + d.s1 * g1 + d.d2 * h2 + d.s2 * g2 + d.load * bubble;
+  };
+
+  const double u = eta * u1_ + xi * u2_ + axialLoad_ * xi * eta;
+  const double v = at(v_);
+  if (plane_) return {R_[0][0] * u + R_[0][1] * v, R_[1][0] * u + R_[1][1] * v, 0.0};
+  const double w = at(w_);
+  return {R_[0][0] * u + R_[0][1] * v + R_[0][2] * w, R_[1][0] * u + R_[1][1] * v + R_[1][2] * w,
+          R_[2][0] * u + R_[2][1] * v + R_[2][2] * w};
+}
+
+BeamStrength::BeamStrength(const BeamElement& beam, const double* ends, int c)
+    : beam_(beam), c_(c) {
+  const double sign = beam.project.problemType == Plane ? kPlaneSigns[c - 1] : kSpaceSigns[c - 1];
+  end1_ = sign * ends[c - 1];
+  end2_ = -sign * ends[beam.project.dofsPerNode + c - 1];
+}
+
+double BeamStrength::At(double xi) const {
+  // Exactly constant without load, so that the writer can tell.
+  double value = end1_ == end2_ ? end1_ : (1.0 - xi) * end1_ + xi * end2_;
+  for (const BeamLoad& load : beam_.loads)
+    value += StationStrength(load, c_, xi, beam_.L, beam_.project.problemType, beam_.endCode);
+  return value;
+}

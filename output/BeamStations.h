@@ -1,0 +1,57 @@
+#pragma once
+
+#include <array>
+
+#include "analysis/BeamElement.h"
+
+// What happens along one beam, at the station x = xi L. The beam must have its axes and loads.
+
+/// Displacements along a beam: those of its ends by cubic interpolation (linear along the axis),
+/// plus what the loads add between fixed ends.
+///
+/// A hinged end turns freely: its slope is the one that leaves no moment there. The bubble of a
+/// load q between the ends, over q L^4 / EI:
+///
+///     both fixed     xi^2 (1-xi)^2 / 24            hinge at end 2   xi^2 (1-xi)(3-2xi) / 48
+///     both hinged    xi (1-xi)(1+xi-xi^2) / 24     hinge at end 1   xi (1-xi)^2 (1+2xi) / 48
+class BeamDisplacements {
+public:
+  /// From the displacements in project.global and the sum of the beam's loads.
+  explicit BeamDisplacements(const BeamElement& beam);
+
+  /// Global x, y, z; z is 0 in the plane.
+  std::array<double, 3> At(double xi) const;
+
+private:
+  /// Deflection in one plane of bending.
+  struct Deflection {
+    double d1 = 0.0, d2 = 0.0;  ///< at the ends
+    double s1 = 0.0, s2 = 0.0;  ///< slopes of the ends times L
+    double load = 0.0;          ///< q L^4 / EI
+  };
+  static Deflection DeflectionOf(double d1, double s1, double d2, double s2, double load,
+                                 int endCode);
+  double BubbleAt(double xi) const;
+
+  double u1_, u2_;    ///< axial displacements of the ends
+  double axialLoad_;  ///< qx L^2 / 2EA
+  Deflection v_, w_;  ///< along local y and z
+  int endCode_;
+  bool plane_;
+  double R_[3][3];  ///< local axes as columns
+};
+
+/// The strength c (1..dofsPerNode: axial, shears, torque, moments; in the plane axial, shear,
+/// moment) along a beam: tension +, shear = dM/dx, moments E I times the curvature.
+class BeamStrength {
+public:
+  /// `ends`: the stored strengths of the beam's ends, 2 x dofsPerNode.
+  BeamStrength(const BeamElement& beam, const double* ends, int c);
+
+  double At(double xi) const;
+
+private:
+  const BeamElement& beam_;
+  int c_;
+  double end1_, end2_;  ///< without loads
+};

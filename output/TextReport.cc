@@ -1,0 +1,115 @@
+// Project::WriteResults: the text report.
+
+#include "analysis/BeamElement.h"
+#include "input/Project.h"
+#include "main/ErrorChannel.h"
+#include "output/ListedNodes.h"
+#include "output/OutputText.h"
+
+namespace {
+
+void WriteHeading(const Project& project, const char* plane, const char* space,
+                  OutputText& output) {
+  if (project.problemType == Plane) {
+    output << plane;
+  } else if (project.problemType == Space) {
+    output << space;
+  } else {
+    output.HandOverLines();
+    Fatal("error: Project::WriteResults. problemtype unknown\n");
+  }
+}
+
+// The number, then a blank before each value.
+void WriteNodeLine(int number, const double* values, int count, OutputText& output) {
+  output << number;
+  for (int d = 0; d < count; ++d) output << ' ' << values[d];
+  output << '\n';
+}
+
+void WriteDisplacements(const Project& project, OutputText& output) {
+  WriteHeading(project, "\n\nNODAL DISPLACEMENTS (x y theta)\n",
+               "\n\nNODAL DISPLACEMENTS (x y z thetax thetay thetaz)\n", output);
+  const int dofs = project.dofsPerNode;
+  const double* const displacements = project.global.begin();
+  ForEachListedNode(project, [&](int number, const Node& node) {
+    WriteNodeLine(number, displacements + FirstEquation(node.number, dofs) - 1, dofs, output);
+  });
+}
+
+void WriteReactions(const Project& project, OutputText& output) {
+  WriteHeading(project, "\n\nREACTIONS (Px Py M)\n", "\n\nREACTIONS (Px Py Pz Mx My Mz)\n", output);
+  ForEachListedNode(project, [&](int number, const Node& node) {
+    if (node.constraint != nullptr)
+      WriteNodeLine(number, node.constraint->reactions.data(), project.dofsPerNode, output);
+  });
+}
+
+// Forces on one end of a beam; a blank behind each value, the last one too.
+void WriteEnd(const double* stored, const double* fromLoads, int dofs, OutputText& output) {
+  for (int d = 0; d < dofs; ++d) output << stored[d] - fromLoads[d] << ' ';
+  output << '\n';
+}
+
+// Equivalent end forces of all loads on the beam, local axes. They would go to global axes and
+// back on their way into the report; that changes nothing but the last digits.
+BeamEndForces EndForcesOfLoads(const Project& project, const Elem& elem, BeamElement& beam) {
+  BeamEndForces sum;
+  if (!beam.HasLoads(elem)) return sum;
+  beam.TakeAxes(elem);
+  beam.TakeLoads();
+  for (const BeamLoad& load : beam.loads) {
+    const BeamEndForces forces =
+        EquivalentEndForces(load, beam.L, project.problemType, beam.endCode);
+    for (int d = 0; d < project.dofsPerNode; ++d) {
+      sum.f1[d] += forces.f1[d];
+      sum.f2[d] += forces.f2[d];
+    }
+  }
+  return sum;
+}
+
+void WriteStrengths(const Project& project, int m, OutputText& output) {
+  output << (project.problemType == Plane
+                 ? "\n\nELEMENT STRENGTH (Px,local  Py,local  Mlocal)\n"
+                 : "\n\nELEMENT STRENGTH (Px,local  Py,local  Pz,local  Mx,local  My,local  "
+                   "Mz,local)\n");
+  const Mesh& mesh = *project.meshes[m];
+  const int dofs = project.dofsPerNode;
+  const double* stored = project.gaussVariables[m].begin();
+  BeamElement beam(project);
+  for (const auto [number, elem] : mesh.elems) {
+    output << "Element " << number
+           << " local strength. nodes: " << mesh.ExternalNumber(elem->nodes[0]) << ' '
+           << mesh.ExternalNumber(elem->nodes[1]) << '\n';
+    const BeamEndForces loads = EndForcesOfLoads(project, *elem, beam);
+    WriteEnd(stored, loads.f1.data(), dofs, output);
+    WriteEnd(stored + dofs, loads.f2.data(), dofs, output);
+    stored += 2 * dofs;
+  }
+}
+
+// Shells and solids have no place in this report.
+void WriteStrengthsOfMeshes(const Project& project, OutputText& output) {
+  for (int m = 0; m < static_cast<int>(project.meshes.size()); ++m) {
+    switch (project.meshes[m]->elemType) {
+      case Linear:
+        WriteStrengths(project, m, output);
+        break;
+      case Triangle:
+      case Tetrahedra:
+        break;
+      default:
+        output.HandOverLines();
+        Fatal("error: elemtype unknown\n");
+    }
+  }
+}
+
+}  // namespace
+
+void Project::WriteResults(OutputText& output) const {
+  WriteDisplacements(*this, output);
+  WriteStrengthsOfMeshes(*this, output);
+  WriteReactions(*this, output);
+}

@@ -1,0 +1,129 @@
+#include <bit>
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+
+#include "input/Project.h"
+#include "model/EulerAngles.h"
+#include "output/BeamStations.h"
+#include "output/OutputText.h"
+#include "output/VemoBlocks.h"
+
+// D = NumOfDivisions; the stations s = 0..D of a beam are at xi = s/D. They are computed one by one
+// as they are written: their number has no limit but the disk.
+
+namespace {
+
+constexpr const char* kPlaneHeaders[] = {
+    "X'_Shear       4 1.0 Estatic 2 2 0 \"Beams\"\n",
+    "Y'_Shear       4 1.0 Estatic 2 2 0 \"Beams\"\n",
+    "Z'_Momentus    4 1.0 Estatic 2 2 0 \"Beams\"\n",
+};
+constexpr const char* kSpaceHeaders[] = {
+    "X'_Shear       4 1.0 Estatic 2 2 0 \"Beams\"\n",
+    "Y'_Shear       4 1.0 Estatic 2 2 0 \"Beams\"\n",
+    "Z'_Shear       4 1.0 Estatic 2 2 0 \"Beams\"\n",
+    "X'_Momentus    4 1.0 Estatic 2 2 0 \"Beams\"\n",
+    "Y'_Momentus    4 1.0 Estatic 2 2 0 \"Beams\"\n",
+    "Z'_Momentus    4 1.0 Estatic 2 2 0 \"Beams\"\n",
+};
+
+// A diagram is drawn along this global direction, times the strength: local z for what acts in or
+// turns the local x-z plane (c = 3 and 5 in space), else local y. Moments lie on the tension side.
+struct Direction {
+  double x, y, z;
+};
+Direction DiagramDirection(const Matriu& T, int problemType, int c) {
+  const int column = problemType == Space && (c == 3 || c == 5) ? 3 : 2;
+  const bool negated = c > 3 || (problemType == Plane && c == 3);
+  const double sign = negated ? -1.0 : 1.0;
+  return {sign * T(1, column), sign * T(2, column), sign * T(3, column)};
+}
+
+void WriteDisplacements(const Project& project, const Mesh& mesh, BeamElement& beam,
+                        OutputText& results) {
+  results << "BDisplacements 4 1.0 Estatic 2 2 1 \"Beams\"\nX\nY\nZ\n";
+  const std::int64_t D = project.NumOfDivisions;
+  for (const auto [number, elem] : mesh.elems) {
+    beam.TakeAxes(*elem);
+    beam.TakeLoads();
+    const BeamDisplacements displacements(beam);
+    results << number;
+    for (std::int64_t s = 0; s <= D; ++s) {
+      const auto [x, y, z] = displacements.At(static_cast<double>(s) / static_cast<double>(D));
+      results << ' ' << x << ' ' << y << ' ' << z << " \n";
+    }
+  }
+}
+
+// The line of one station. Forces that are constant along the beam are common: a value that comes
+// again keeps its text.
+class StationLine {
+public:
+  explicit StationLine(const Direction& direction) : direction_(direction) {}
+
+  std::string_view TextOf(double value) {
+    const auto bits = std::bit_cast<std::uint64_t>(value);
+    if (end_ == text_ || bits != bits_) Compose(value);
+    bits_ = bits;
+    return {text_, static_cast<std::size_t>(end_ - text_)};
+  }
+
+private:
+  void Compose(double value) {
+    char* to = text_;
+    *to++ = ' ';
+    to = WriteVectorForm(to, value * direction_.x);
+    to = WriteVectorForm(to, value * direction_.y);
+    to = WriteVectorForm(to, value * direction_.z);
+    *to++ = ' ';
+    to = WriteDefault(to, value);
+    *to++ = '\n';
+    end_ = to;
+  }
+
+  Direction direction_;
+  std::uint64_t bits_ = 0;
+  char text_[4 * kNumberLength + 3];
+  char* end_ = text_;
+};
+
+void WriteStrength(const Project& project, int m, int c, BeamElement& beam, OutputText& results) {
+  results << (project.problemType == Plane ? kPlaneHeaders : kSpaceHeaders)[c - 1];
+  const std::int64_t D = project.NumOfDivisions;
+  const double* ends = project.gaussVariables[m].begin();
+  for (const auto [number, elem] : project.meshes[m]->elems) {
+    beam.TakeAxes(*elem);
+    beam.TakeLoads();
+    const BeamStrength strength(beam, ends, c);
+    StationLine line(DiagramDirection(beam.T, project.problemType, c));
+    ends += 2 * project.dofsPerNode;
+    results << number;
+    for (std::int64_t s = 0; s <= D; ++s)
+      results << line.TextOf(strength.At(static_cast<double>(s) / static_cast<double>(D)));
+  }
+}
+
+// Deliberate: only the middle station carries the axes, behind two blanks.
+void WriteAxes(const Project& project, const Mesh& mesh, BeamElement& beam, OutputText& results) {
+  results << "Local Axes Beam   4 1.0 Estatic 6 2 0 \"Beams\"\n";
+  const int middle = project.NumOfDivisions / 2;
+  for (const auto [number, elem] : mesh.elems) {
+    beam.TakeAxes(*elem);
+    const ReaVec3 angles = FrameToAngles(beam.T);
+    results << number;
+    for (int s = 0; s < middle; ++s) results << " 1000 1000 1000\n";
+    results << "  " << angles(1) << ' ' << angles(2) << ' ' << angles(3) << '\n';
+    for (int s = middle; s < project.NumOfDivisions; ++s) results << " 1000 1000 1000\n";
+  }
+}
+
+}  // namespace
+
+void WriteBeamResults(const Project& project, int m, OutputText& results) {
+  const Mesh& mesh = *project.meshes[m];
+  BeamElement beam(project);
+  WriteDisplacements(project, mesh, beam, results);
+  for (int c = 1; c <= project.dofsPerNode; ++c) WriteStrength(project, m, c, beam, results);
+  WriteAxes(project, mesh, beam, results);
+}

@@ -1,0 +1,98 @@
+#pragma once
+
+#include <memory>
+#include <ostream>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "analysis/BeamElement.h"
+#include "analysis/SolveDriver.h"
+#include "analysis/Strengths.h"
+#include "input/Project.h"
+#include "input/ProjectReader.h"
+#include "input/TextInput.h"
+
+// From the text of a deck to a solved project, in process, and questions to that project in the
+// numbers of the deck.
+
+/// The model as read.
+inline std::unique_ptr<Project> ReadDeck(std::string deck) {
+  auto project = std::make_unique<Project>(100);
+  TextInput input(std::move(deck));
+  ReadProject(*project, input);
+  return project;
+}
+
+/// The model with displacements, strengths and reactions.
+inline std::unique_ptr<Project> RunDeck(std::string deck, int renumber = 1,
+                                        std::ostream* info = nullptr) {
+  auto project = ReadDeck(std::move(deck));
+  SolveProject(*project, renumber, info);
+  ComputeStrengths(*project, info);
+  return project;
+}
+
+inline const Node& NodeOf(const Project& project, int nodeNumber) {
+  return *project.meshes[0]->nodes->Get(nodeNumber);
+}
+
+/// Displacement d (from 1) of a node.
+inline double Displacement(const Project& project, int nodeNumber, int d) {
+  const int first = FirstEquation(NodeOf(project, nodeNumber).number, project.dofsPerNode);
+  return project.global(first + d - 1);
+}
+
+/// Reaction d (from 1) of a node, as the reports print it.
+inline double Reaction(const Project& project, int nodeNumber, int d) {
+  return NodeOf(project, nodeNumber).constraint->reactions[d - 1];
+}
+
+/// What a beam's ends feel, in local axes: stiffness times displacements less the equivalent forces
+/// of its loads. First end 1, then end 2.
+inline std::vector<double> EndForces(const Project& project, int elemNumber) {
+  const int dofs = project.dofsPerNode;
+  std::vector<double> forces;
+  for (std::size_t m = 0; m < project.meshes.size(); ++m) {
+    int position = 0;
+    for (const auto [number, elem] : project.meshes[m]->elems) {
+      if (number == elemNumber) {
+        const double* const stored = project.gaussVariables[m].begin() + 2 * dofs * position;
+        forces.assign(stored, stored + 2 * dofs);
+        BeamElement beam(project);
+        beam.Take(*elem);
+        for (const BeamLoad& load : beam.loads) {
+          const BeamEndForces f =
+              EquivalentEndForces(load, beam.L, project.problemType, beam.endCode);
+          for (int d = 0; d < dofs; ++d) {
+            forces[d] -= f.f1[d];
+            forces[dofs + d] -= f.f2[d];
+          }
+        }
+      }
+      ++position;
+    }
+  }
+  return forces;
+}
+
+/// What the supports of a node really give, in global axes: the end forces of its beams less the
+/// load on the node itself.
+inline std::vector<double> SupportForces(const Project& project, int nodeNumber) {
+  const int dofs = project.dofsPerNode;
+  const Node& node = NodeOf(project, nodeNumber);
+  std::vector<double> sum(dofs, 0.0);
+  for (const auto& mesh : project.meshes)
+    for (const auto [number, elem] : mesh->elems)
+      for (int end = 0; end < 2; ++end) {
+        if (elem->nodes[end] != &node) continue;
+        const std::vector<double> forces = EndForces(project, number);
+        BeamElement beam(project);
+        beam.Take(*elem);
+        for (int i = 1; i <= dofs; ++i)
+          for (int j = 1; j <= dofs; ++j) sum[i - 1] += beam.T(i, j) * forces[end * dofs + j - 1];
+      }
+  if (node.load)
+    for (int d = 0; d < dofs; ++d) sum[d] -= (*node.load)(d + 1);
+  return sum;
+}

@@ -1,0 +1,477 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+
+#include "input/Project.h"
+#include "input/ProjectReader.h"
+#include "input/TextInput.h"
+#include "tests/support/FatalExit.h"
+
+namespace {
+
+using testing::ElementsAre;
+
+constexpr char kHeader[] = "problem beams\ntype 2d\n";
+
+// A block of one mesh with `elements`; nodes 1 to 4 stand on a line.
+std::string MeshOf(const std::string& elemType, int nnode, const std::string& elements) {
+  return "mesh dimension 2 elemtype " + elemType + " nnode " + std::to_string(nnode) +
+         "\ncoordinates\n1 0 0\n2 1 0\n3 2 0\n4 3 0\nend coordinates\nelements\n" + elements +
+         "\nend elements\n";
+}
+
+const std::string kMesh = MeshOf("Linear", 2, "1 1 2 1");
+
+const std::string kSystems =
+    "units_names\nSI N m Pa 1 1\nkN-m kN m kPa 1000 1\nN-mm N mm MPa 1 0.001\n"
+    "zero N none Pa 1 0\nend\n";
+
+std::unique_ptr<Project> Read(const std::string& deck) {
+  auto project = std::make_unique<Project>(100);
+  TextInput input(deck);
+  ReadProject(*project, input);
+  return project;
+}
+
+// Reads a deck whose problem section is `text`.
+std::unique_ptr<Project> ReadKeywords(const std::string& text) {
+  return Read(kHeader + text + "\n" + kMesh);
+}
+
+// --- the header -------------------------------------------------------------------------------
+
+TEST(ProblemHeader, KeywordsComeInAnyCaseAndInsideLongerWords) {
+  for (const char* header :
+       {"problem x type 2d", "PROBLEM: beam\nTYPE: Reticulat 2D\n", "myproblem\nprototype 2d",
+        "problem TYPE = 2D", "problem type\n\n2d"}) {
+    EXPECT_EQ(Read(std::string(header) + "\n" + kMesh)->problemType, Plane) << header;
+  }
+}
+
+TEST(ProblemHeader, PlaneHasThreeDegreesPerNodeAndSpaceHasSix) {
+  EXPECT_EQ(Read("problem type: 2d\n" + kMesh)->dofsPerNode, 3);
+  const auto space = Read("problem type: 3D\n" + kMesh);
+  EXPECT_EQ(space->problemType, Space);
+  EXPECT_EQ(space->dofsPerNode, 6);
+}
+
+TEST(ProblemHeader, OneHashMayStandBeforeTheType) {
+  EXPECT_EQ(Read("problem type #2d\n" + kMesh)->problemType, Plane);
+  EXPECT_EQ(Read("problem type: # 3d\n" + kMesh)->problemType, Space);
+}
+
+TEST(ProblemHeader, GluedTypeIsNotSeen) {
+  EXPECT_EQ(Read("problem type:3d 2d\n" + kMesh)->problemType, Plane);
+}
+
+TEST(ProblemHeader, RefusesOtherTypes) {
+  for (const char* type : {"4d", "2d,", "reticulat", "reticulats 2d", "##2d", ""}) {
+    EXPECT_FATAL(Read("problem type " + std::string(type)),
+                 "Type of problem unknown. Only 2d and 3d\n");
+  }
+}
+
+TEST(ProblemHeader, RefusesATextWithoutProblemOrType) {
+  EXPECT_FATAL(Read(""), "can't find word ***problem*** in input file\n");
+  EXPECT_FATAL(Read("type 2d"), "can't find word ***problem*** in input file\n");
+  EXPECT_FATAL(Read("type 2d problem"), "can't find word ***type*** in input file\n");
+}
+
+// --- defaults ---------------------------------------------------------------------------------
+
+TEST(ProjectDefaults, AreThoseOfADeckWithoutProblemSection) {
+  const auto project = Read(kHeader + kMesh);
+  EXPECT_EQ(project->units.meshLength, 1.0);
+  EXPECT_EQ(project->units.materialForce, 1.0);
+  EXPECT_EQ(project->units.materialLength, 1.0);
+  EXPECT_EQ(project->units.resultForce, 1.0);
+  EXPECT_EQ(project->units.resultLength, 1.0);
+  EXPECT_EQ(project->units.resultForceName, "N");
+  EXPECT_EQ(project->units.resultLengthName, "m");
+  EXPECT_EQ(project->units.resultPressureName, "Pa");
+  EXPECT_EQ(project->ConvertTo6Nodes, 0);
+  EXPECT_EQ(project->stressOption, LocalStresses);
+  EXPECT_EQ(project->solverChoice, Automatic);
+  EXPECT_EQ(project->tolerance1, -1.0);
+  EXPECT_EQ(project->tolerance2, -1.0);
+  EXPECT_EQ(project->MaxIterations, 0);
+  EXPECT_THAT(project->gravity.data, ElementsAre(0.0, 0.0, 1.0));
+  EXPECT_EQ(project->NumOfDivisions, 20);
+  EXPECT_EQ(project->CoplanarityAngle, 1e-07);
+  EXPECT_EQ(project->DoSmoothing, 0);
+  EXPECT_EQ(project->smoothingAngle, -1.0);
+  EXPECT_EQ(project->materials.Highest(), 0);
+  EXPECT_EQ(project->loads.Highest(), 0);
+}
+
+// --- keywords and values ----------------------------------------------------------------------
+
+TEST(Keywords, ValueIsGluedOrFollows) {
+  for (const char* text : {"NumOfDivisions=10", "NumOfDivisions: 10", "NumOfDivisions 10",
+                           "NumOfDivisions =10", "numofdivisions:=:10", "NUMOFDIVISIONS10"}) {
+    EXPECT_EQ(ReadKeywords(text)->NumOfDivisions, 10) << text;
+  }
+}
+
+TEST(Keywords, OnlyOneFurtherWordIsReadForAValue) {
+  EXPECT_FATAL(ReadKeywords("NumOfDivisions = 10"), "error: Number of divisions must be positive");
+}
+
+TEST(Keywords, RepeatedKeywordOverwrites) {
+  EXPECT_EQ(ReadKeywords("NumOfDivisions 10\nNumOfDivisions 11")->NumOfDivisions, 11);
+}
+
+TEST(Keywords, CommentRunsToTheEndOfItsLine) {
+  EXPECT_EQ(
+      ReadKeywords("#NumOfDivisions 9\n# loads\n#\nNumOfDivisions 10 # loads\n")->NumOfDivisions,
+      10);
+  EXPECT_EQ(ReadKeywords("#" + std::string(5000, 'c') + " loads\n")->NumOfDivisions, 20);
+}
+
+TEST(Keywords, HashInsideAWordIsPartOfIt) {
+  EXPECT_FATAL(ReadKeywords("loads#1 x"), "Unknown key name=loads#1\n");
+}
+
+TEST(Keywords, RefusesAnUnknownOne) {
+  EXPECT_FATAL(ReadKeywords("loads"), "Unknown key name=loads\n");
+  EXPECT_FATAL(ReadKeywords("Loads=1"), "Unknown key name=Loads=1\n");
+}
+
+TEST(Keywords, SectionsAreWholeWords) {
+  for (const char* word :
+       {"mesh:", "meshes", "units_names:", "materials:", "constraints:", "nodal_point_loads:",
+        "rotules:", "global_pressure_loads:", "global_projected_pressure_loads:",
+        "local_pressure_loads:", "face_loads:", "face_load", "type", "problem", "end", "="}) {
+    EXPECT_FATAL(ReadKeywords(word), "Unknown key name=" + std::string(word) + "\n");
+  }
+}
+
+TEST(Keywords, CarriageReturnsAndTabsAreBlanks) {
+  EXPECT_EQ(Read("problem\r\ntype\t3d\r\nNumOfDivisions\t7\r\n\r\n" + kMesh)->NumOfDivisions, 7);
+}
+
+TEST(NumOfDivisions, MustBePositive) {
+  for (const char* value : {"0", "-1", "x", "-99999999999999999999"}) {
+    EXPECT_FATAL(ReadKeywords("NumOfDivisions " + std::string(value)),
+                 "error: Number of divisions must be positive");
+  }
+}
+
+TEST(NumOfDivisions, TakesTheLeadingIntegerAndSaturates) {
+  EXPECT_EQ(ReadKeywords("NumOfDivisions 7.9")->NumOfDivisions, 7);
+  EXPECT_EQ(ReadKeywords("NumOfDivisions 4294967297")->NumOfDivisions, 2147483647);
+}
+
+TEST(StressOption, LastKeywordCounts) {
+  EXPECT_EQ(ReadKeywords("MainStresses")->stressOption, MainStresses);
+  EXPECT_EQ(ReadKeywords("mainandlocalstresses")->stressOption, MainAndLocalStresses);
+  EXPECT_EQ(ReadKeywords("MainAndLocalStresses MainStresses")->stressOption, MainStresses);
+}
+
+TEST(ConvertTo6Nodes, RestOfTheWordIsIgnored) {
+  EXPECT_EQ(ReadKeywords("ConvertTo6Nodes")->ConvertTo6Nodes, 1);
+  EXPECT_EQ(ReadKeywords("ConvertTo6Nodes=0")->ConvertTo6Nodes, 1);
+  EXPECT_FATAL(ReadKeywords("ConvertTo6Nodes = 1"), "Unknown key name==\n");
+}
+
+TEST(DoSmoothing, TakesAnAngleUpToPi) {
+  const auto project = ReadKeywords("DoSmoothing 3.141592653589793");
+  EXPECT_EQ(project->DoSmoothing, 1);
+  EXPECT_EQ(project->smoothingAngle, 3.141592653589793);
+  EXPECT_EQ(ReadKeywords("DoSmoothing=1e-15")->smoothingAngle, 1e-15);
+}
+
+TEST(DoSmoothing, RefusesOtherAnglesWithTheFlagSet) {
+  for (const char* value : {"0", "4", "-1", "9e-16", "3.1415926535897936", "nan", "inf", "x"}) {
+    Project project(100);
+    TextInput input(kHeader + ("DoSmoothing " + std::string(value)));
+    EXPECT_FATAL(ReadProject(project, input),
+                 "error: DoSmoothing must have angle >0 and <PI rad\n");
+    EXPECT_EQ(project.DoSmoothing, 1);
+  }
+}
+
+TEST(CoplanarityAngle, TakesAnAngleUpToPi) {
+  EXPECT_EQ(ReadKeywords("CoplanarityAngle: 3.141592653589793")->CoplanarityAngle,
+            3.141592653589793);
+  for (const char* value : {"0", "4", "-1e-7", "nan", ""}) {
+    EXPECT_FATAL(Read(kHeader + ("CoplanarityAngle " + std::string(value))),
+                 "error: CoplanarityAngle must have angle >0 and <PI rad\n");
+  }
+}
+
+TEST(GravityDirection, IsMadeAUnitVector) {
+  EXPECT_THAT(ReadKeywords("GravityDirection 0 -2 0")->gravity.data, ElementsAre(0.0, -1.0, 0.0));
+  EXPECT_THAT(ReadKeywords("GravityDirection=3 0 4")->gravity.data, ElementsAre(0.6, 0.0, 0.8));
+}
+
+TEST(GravityDirection, RefusesAVectorWithoutDirection) {
+  for (const char* value : {"0 0 0", "1e-16 0 0", "= 0 0", "nan 0 0", "inf 0 0", "0 1e999 0"}) {
+    EXPECT_FATAL(ReadKeywords("GravityDirection " + std::string(value)),
+                 "error: GravityDirection must be a vector no null");
+  }
+  EXPECT_FATAL(Read(kHeader + std::string("GravityDirection 0")),
+               "error: GravityDirection must be a vector no null");
+}
+
+// --- the solver -------------------------------------------------------------------------------
+
+constexpr char kSolverText[] =
+    "error: type of solver must be: Automatic, SkyLine, Double or Sparse\n";
+constexpr char kSparseText[] =
+    "Solver Sparse needs three aditional arguments:\n"
+    "    Solver: Sparse tolerance1 tolerance2 MaxIterations\n"
+    "with 0.0<tolerance<10 and MaxIterations>10 and\n"
+    " tolerance1<=tolerance2<10\n";
+
+TEST(SolverKeyword, NamesAreComparedAsPrefixesOfTheValue) {
+  EXPECT_EQ(ReadKeywords("Solver Automatic")->solverChoice, Automatic);
+  EXPECT_EQ(ReadKeywords("Solver: SKYLINE")->solverChoice, SolveSkyLine);
+  EXPECT_EQ(ReadKeywords("Solver Skylinefast")->solverChoice, SolveSkyLine);
+  EXPECT_EQ(ReadKeywords("SolverDouble")->solverChoice, SolveDouble);
+  EXPECT_EQ(ReadKeywords("solver=double")->solverChoice, SolveDouble);
+}
+
+TEST(SolverKeyword, RefusesOtherNames) {
+  for (const char* text : {"Solver Sky", "Solver = SkyLine", "Solver x", "Solver"}) {
+    EXPECT_FATAL(Read(kHeader + std::string(text)), kSolverText);
+  }
+}
+
+TEST(SolverKeyword, SparseTakesThreeNumbers) {
+  const auto project = ReadKeywords("Solver:Sparse 1e-6 1e-9 10");
+  EXPECT_EQ(project->solverChoice, SolveSparse);
+  EXPECT_EQ(project->tolerance1, 1e-6);
+  EXPECT_EQ(project->tolerance2, 1e-9);
+  EXPECT_EQ(project->MaxIterations, 10);
+}
+
+TEST(SolverKeyword, SparseTakesATolerance10) {
+  EXPECT_EQ(ReadKeywords("Solver Sparse 10 10 10")->tolerance2, 10.0);
+}
+
+TEST(SolverKeyword, SparseIterationsSaturate) {
+  EXPECT_EQ(ReadKeywords("Solver Sparse 1 1 99999999999999999999")->MaxIterations, 2147483647);
+}
+
+TEST(SolverKeyword, RefusesSparseNumbersOutOfRange) {
+  for (const char* numbers :
+       {"1e-6 1e-6 9", "0 1 100", "1 0 100", "-1 1 100", "1 11 100", "10.000001 1 100", "nan 1 100",
+        "1 nan 100", "1 1 x", "1 1", "1", "", "1 1 -99999999999999999999"}) {
+    EXPECT_FATAL(Read(kHeader + ("Solver Sparse " + std::string(numbers))), kSparseText);
+  }
+}
+
+TEST(SolverKeyword, LaterChoiceKeepsTheTolerancesOfAnEarlierSparse) {
+  const auto project = ReadKeywords("Solver Sparse 1e-6 1e-5 20 Solver Double");
+  EXPECT_EQ(project->solverChoice, SolveDouble);
+  EXPECT_EQ(project->tolerance1, 1e-6);
+  EXPECT_EQ(project->MaxIterations, 20);
+}
+
+// --- units ------------------------------------------------------------------------------------
+
+TEST(UnitsKeywords, MeshUnitIsFoundByItsLengthName) {
+  EXPECT_EQ(ReadKeywords(kSystems + "units_mesh mm")->units.meshLength, 0.001);
+  EXPECT_FATAL(ReadKeywords(kSystems + "units_mesh MM"),
+               "error: Unit length name 'MM' has not been previously defined\n");
+  EXPECT_FATAL(ReadKeywords("units_mesh mm"),
+               "error: Unit length name 'mm' has not been previously defined\n");
+  EXPECT_FATAL(Read(kHeader + std::string("units_mesh")),
+               "error: Unit length name '' has not been previously defined\n");
+}
+
+TEST(UnitsKeywords, MeshUnitIsTheFirstOfTheTable) {
+  EXPECT_EQ(
+      ReadKeywords("units_names\nb N in P 1 2\na N in P 1 3\nend\nunits_mesh=in")->units.meshLength,
+      3.0);
+}
+
+TEST(UnitsKeywords, MeshUnitMustBePositive) {
+  EXPECT_FATAL(ReadKeywords(kSystems + "units_mesh none"),
+               "error: Units_mesh must be a positive number\n");
+}
+
+TEST(UnitsKeywords, MaterialAndLoadUnitsAreFoundByTheNameOfTheSystem) {
+  const auto project = ReadKeywords(kSystems + "Units_Mat_And_Load: N-mm");
+  EXPECT_EQ(project->units.materialForce, 1.0);
+  EXPECT_EQ(project->units.materialLength, 0.001);
+  EXPECT_FATAL(ReadKeywords(kSystems + "units_mat_and_load MKS"),
+               "error: Unit name 'MKS' has not been previously defined\n");
+  EXPECT_FATAL(ReadKeywords(kSystems + "units_mat_and_load zero"),
+               "error: units_mat_and_load must be two positive numbers\n");
+}
+
+TEST(UnitsKeywords, ResultUnitsBringTheirNames) {
+  const auto project = ReadKeywords(kSystems + "units_res kN-m");
+  EXPECT_EQ(project->units.resultForce, 1000.0);
+  EXPECT_EQ(project->units.resultLength, 1.0);
+  EXPECT_EQ(project->units.resultForceName, "kN");
+  EXPECT_EQ(project->units.resultLengthName, "m");
+  EXPECT_EQ(project->units.resultPressureName, "kPa");
+  EXPECT_FATAL(ReadKeywords(kSystems + "units_res zero"),
+               "error: units_res must be two positive numbers and three names\n");
+  EXPECT_FATAL(ReadKeywords(kSystems + "units_res = SI"),
+               "error: Unit name '' has not been previously defined\n");
+}
+
+TEST(UnitsKeywords, NameOf21CharactersIsTooLong) {
+  EXPECT_FATAL(ReadKeywords("units_res a23456789012345678901"),
+               "error: Unit name 'a23456789012345678901' is too long\n");
+  EXPECT_FATAL(ReadKeywords("units_res a2345678901234567890"),
+               "error: Unit name 'a2345678901234567890' has not been previously defined\n");
+}
+
+TEST(UnitsKeywords, MayFollowTheirTableOnly) {
+  EXPECT_FATAL(ReadKeywords("units_res SI\n" + kSystems),
+               "error: Unit name 'SI' has not been previously defined\n");
+}
+
+TEST(UnitsKeywords, LaterResultUnitsRescaleNothing) {
+  const auto project = Read(kHeader + kSystems + kMesh + "units_res N-mm\n");
+  EXPECT_EQ(project->meshes[0]->nodes->Get(2)->x, 1.0);
+}
+
+TEST(UnitsKeywords, CoordinatesTurnIntoResultUnits) {
+  const auto project = Read(kHeader + kSystems + "units_mesh m\nunits_res N-mm\n" + kMesh);
+  EXPECT_DOUBLE_EQ(project->meshes[0]->nodes->Get(2)->x, 1000.0);
+}
+
+// --- materials --------------------------------------------------------------------------------
+
+TEST(MaterialsSection, StoresByNumberUpToTheEnd) {
+  const auto project = ReadKeywords("materials\n # steel\n 7 E=2 A=3\n:= 2 E=5\nend materials x\n");
+  EXPECT_EQ(project->materials.Get(7)->A, 3.0);
+  EXPECT_EQ(project->materials.Get(2)->E1, 5.0);
+  EXPECT_EQ(project->materials.Highest(), 7);
+}
+
+TEST(MaterialsSection, RepeatedSectionGoesOnFilling) {
+  const auto project = ReadKeywords("materials\n1 E=2\nend\nmaterials\n2 E=3\nend");
+  EXPECT_EQ(project->materials.Get(1)->E1, 2.0);
+  EXPECT_EQ(project->materials.Get(2)->E1, 3.0);
+}
+
+TEST(MaterialsSection, ClosesWithAnyWordThatContainsEnd) {
+  EXPECT_EQ(ReadKeywords("materials\n1 E=2\nbending of beams\n")->materials.Highest(), 1);
+  EXPECT_EQ(ReadKeywords("materials\nend materials\n")->materials.Highest(), 0);
+}
+
+TEST(MaterialsSection, RefusesATextWithoutEnd) {
+  EXPECT_FATAL(Read(kHeader + std::string("materials\n1 E=2\n")),
+               "can't find word ***end*** in input file\n");
+}
+
+TEST(MaterialsSection, RefusesAKeyWithoutValue) {
+  EXPECT_FATAL(ReadKeywords("materials\n1 E=2 nu=\nend"),
+               "error in materials. Key without value: 'nu'\n");
+}
+
+TEST(MaterialsSection, LineWithoutKeysIsAMaterialWithoutValues) {
+  EXPECT_EQ(ReadKeywords("materials\n1\nend")->materials.Get(1)->E1, -1.0);
+}
+
+TEST(MaterialsSection, RefusesARepeatedOrUnusableNumber) {
+  EXPECT_FATAL(ReadKeywords("materials\n1 E=2\n1 E=3\nend"), "Repeated index 1 in VoidPlex");
+  EXPECT_FATAL(ReadKeywords("materials\n0 E=2\nend"), "Invalid void index 0");
+  EXPECT_FATAL(ReadKeywords("materials\n-3 E=2\nend"), "Invalid void index -3");
+  EXPECT_FATAL(ReadKeywords("materials\n2147483648 E=2\nend"),
+               "error: number out of range in input file\n");
+}
+
+TEST(MaterialsSection, UsesTheUnitsInForce) {
+  const auto project = ReadKeywords(kSystems + "units_mat_and_load kN-m\nmaterials\n1 E=2\nend\n");
+  EXPECT_EQ(project->materials.Get(1)->E1, 2000.0);
+}
+
+// --- meshes -----------------------------------------------------------------------------------
+
+TEST(Meshes, ShareTheNodesOfTheFirst) {
+  const auto project =
+      Read(kHeader + MeshOf("Linear", 2, "1 1 2 1\n2 2 3 1") + MeshOf("Linear", 2, "5 3 4 1"));
+  ASSERT_EQ(project->meshes.size(), 2U);
+  EXPECT_EQ(project->meshes[0]->nodes, project->meshes[1]->nodes);
+  EXPECT_EQ(project->meshes[0]->sharesNodes, 0);
+  EXPECT_EQ(project->meshes[1]->sharesNodes, 1);
+  EXPECT_EQ(project->meshes[0]->elems.Get(5), nullptr);
+  EXPECT_EQ(project->numElements[0], 2);
+  EXPECT_EQ(project->numElements[1], 1);
+  EXPECT_EQ(project->numNodes, 4);
+  EXPECT_EQ(project->nodesAsRead, 4);
+}
+
+TEST(Meshes, LaterMeshMayAddNodes) {
+  const auto project = Read(kHeader + kMesh +
+                            "mesh dimension 2 elemtype Linear nnode 2 coordinates\n"
+                            "1 0 0\n2 1 0\n3 2 0\n4 3 0\n5 4 0\nend\nelements\n2 4 5 1\nend\n");
+  EXPECT_EQ(project->numNodes, 5);
+  EXPECT_EQ(project->nodesAsRead, 5);
+}
+
+TEST(Meshes, MayBeTenAtMost) {
+  std::string deck = kHeader;
+  for (int i = 1; i <= 10; ++i) deck += MeshOf("Linear", 2, std::to_string(i) + " 1 2 1");
+  EXPECT_EQ(Read(deck)->meshes.size(), 10U);
+  EXPECT_FATAL(Read(deck + "mesh"), "error: maximum number of meshes is: 10\n");
+}
+
+TEST(Meshes, ThereMustBeOne) {
+  EXPECT_FATAL(Read(kHeader), "error: it is necessary at least one mesh\n");
+}
+
+TEST(Meshes, ElementNumbersAreUniqueOverAllMeshes) {
+  EXPECT_FATAL(Read(kHeader + MeshOf("Linear", 2, "9 1 2 1\n4 2 3 1\n3 1 3 1") +
+                    MeshOf("Linear", 2, "10 1 2 1") +
+                    MeshOf("Linear", 2, "10 1 2 1\n9 1 3 1\n4 2 4 1\n1 2 4 1")),
+               "error: All elements must have different number. Check elm num: 4\n");
+}
+
+TEST(Meshes, EarliestMeshThatRepeatsANumberIsNamed) {
+  EXPECT_FATAL(Read(kHeader + MeshOf("Linear", 2, "8 1 2 1\n2 2 3 1") +
+                    MeshOf("Linear", 2, "8 1 2 1") + MeshOf("Linear", 2, "2 1 2 1")),
+               "error: All elements must have different number. Check elm num: 8\n");
+}
+
+TEST(Meshes, TetrahedraStandAlone) {
+  EXPECT_FATAL(Read(kHeader + kMesh + MeshOf("Tetrahedra", 4, "2 1 2 3 4 1")),
+               "error: Element tetrahedra cannot be mixed with any other element type");
+  EXPECT_FATAL(Read(kHeader + MeshOf("Tetrahedra", 4, "2 1 2 3 4 1") + kMesh),
+               "error: Element tetrahedra cannot be mixed with any other element type");
+}
+
+TEST(Meshes, RepeatedNumbersAreFoundBeforeMixedTypes) {
+  EXPECT_FATAL(Read(kHeader + kMesh + MeshOf("Tetrahedra", 4, "1 1 2 3 4 1")),
+               "error: All elements must have different number. Check elm num: 1\n");
+}
+
+TEST(Meshes, TetrahedraAreSmoothedAndHaveThreeDegreesPerNode) {
+  const auto project = Read("problem type 3d\n" + MeshOf("Tetrahedra", 4, "2 1 2 3 4 1") +
+                            MeshOf("Tetrahedra", 4, "3 1 2 3 4 1"));
+  EXPECT_EQ(project->DoSmoothing, 1);
+  EXPECT_EQ(project->dofsPerNode, 3);
+  EXPECT_EQ(project->problemType, Space);
+}
+
+// --- sections before any mesh -----------------------------------------------------------------
+
+TEST(SectionsBeforeAnyMesh, AreAcceptedWhenEmpty) {
+  for (const char* section :
+       {"constraints\nend\n", "rotules\nend\n", "nodal_point_loads\nend\n",
+        "global_pressure_loads\nend\n", "global_projected_pressure_loads\nend\n",
+        "local_pressure_loads\nend\n", "face_loads\nend\n", "materials\nend\n",
+        "units_names\nend\n"}) {
+    EXPECT_EQ(Read(kHeader + std::string(section) + kMesh)->meshes.size(), 1U) << section;
+  }
+}
+
+TEST(SectionsBeforeAnyMesh, FindNothing) {
+  for (const char* section :
+       {"constraints\n1 111 0 0 0\nend\n", "rotules\n1\nend\n", "nodal_point_loads\n1 0 0 0\nend\n",
+        "global_pressure_loads\n1 0 0\nend\n"}) {
+    EXPECT_THROW(Read(kHeader + std::string(section) + kMesh), FatalExit) << section;
+  }
+}
+
+}  // namespace
