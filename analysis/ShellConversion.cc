@@ -42,7 +42,8 @@ Node* CreateMidSide(Project& project, Mesh& mesh, const Node& a, const Node& b) 
   node->number = mesh.nodes->Highest() + 1;
   node->constraint = MergeTwoConstraints(a.constraint.get(), b.constraint.get());
   ++project.numNodes;
-  return mesh.nodes->Insert(node->number, std::move(node));
+  const int number = node->number;
+  return mesh.nodes->Insert(number, std::move(node));
 }
 
 /// The mid-side place (from 0) of the edge between two corners of an element; -1 when it does not

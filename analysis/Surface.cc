@@ -1,5 +1,7 @@
 #include "analysis/Surface.h"
 
+#include <cmath>
+
 #include "algebra/Zero.h"
 #include "main/ErrorChannel.h"
 

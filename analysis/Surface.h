@@ -1,32 +1,13 @@
 #pragma once
 
-#include <array>
-#include <cmath>
-
+#include "algebra/Vector3.h"
 #include "input/Project.h"
 #include "model/Node.h"
 
-// Loads on surfaces, for shells and for faces of solids, and the small vectors they need.
-
-using Vector3 = std::array<double, 3>;
+// Loads on surfaces, for shells and for faces of solids.
 
 inline Vector3 PositionOf(const Node& node) {
   return {node.x, node.y, node.z};
-}
-inline Vector3 Minus(const Vector3& a, const Vector3& b) {
-  return {a[0] - b[0], a[1] - b[1], a[2] - b[2]};
-}
-inline Vector3 Times(const Vector3& a, double s) {
-  return {a[0] * s, a[1] * s, a[2] * s};
-}
-inline double Dot(const Vector3& a, const Vector3& b) {
-  return a[0] * b[0] + a[1] * b[1] + a[2] * b[2];
-}
-inline double Norm(const Vector3& a) {
-  return std::sqrt(Dot(a, a));
-}
-inline Vector3 Cross(const Vector3& a, const Vector3& b) {
-  return {a[1] * b[2] - a[2] * b[1], a[2] * b[0] - a[0] * b[2], a[0] * b[1] - a[1] * b[0]};
 }
 
 /// Local axes of a surface with the unit normal n, as x, y, n in global components: the arbitrary

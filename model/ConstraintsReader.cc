@@ -5,11 +5,11 @@
 #include <memory>
 #include <optional>
 
+#include "input/LinePairs.h"
 #include "input/Project.h"
 #include "input/Words.h"
 #include "main/ErrorChannel.h"
 #include "model/Constraint.h"
-#include "model/LoadPairs.h"
 #include "model/NodeSections.h"
 
 namespace {
@@ -42,7 +42,7 @@ void TakeEulerAngle(std::string_view key, std::string_view value, SupportLine& l
 }
 
 void TakePairs(std::string_view text, int nodeNumber, const Units& units, SupportLine& line) {
-  LoadPairs pairs(text, units);
+  LinePairs pairs(text, units);
   while (pairs.Next())
     if (StartsWithAnyCase(pairs.key, "Euler")) TakeEulerAngle(pairs.key, pairs.value, line);
   if (pairs.KeyWithoutValue())

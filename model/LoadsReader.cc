@@ -5,10 +5,10 @@
 #include <optional>
 #include <utility>
 
+#include "input/LinePairs.h"
 #include "input/Project.h"
 #include "input/Words.h"
 #include "main/ErrorChannel.h"
-#include "model/LoadPairs.h"
 #include "model/NodeSections.h"
 
 namespace {
@@ -23,7 +23,7 @@ Node& LoadedNode(Project& project, int nodeNumber) {
 
 /// The factors that hold for the line: of all keys behind the components only units count.
 UnitFactors TakeFactors(std::string_view text, int nodeNumber, const Units& units) {
-  LoadPairs pairs(text, units);
+  LinePairs pairs(text, units);
   while (pairs.Next()) {
   }
   if (pairs.KeyWithoutValue())

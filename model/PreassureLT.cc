@@ -7,10 +7,10 @@
 #include <string>
 
 #include "algebra/Matriu.h"
+#include "input/LinePairs.h"
 #include "main/ErrorChannel.h"
 #include "model/Elem.h"
 #include "model/EulerAngles.h"
-#include "model/LoadPairs.h"
 #include "model/Mesh.h"
 
 namespace {
@@ -93,7 +93,7 @@ void TakeEulerAngle(std::string_view key, std::string_view value, LoadLine& line
 }
 
 void TakePairs(std::string_view text, int elemNumber, const Units& units, LoadLine& line) {
-  LoadPairs pairs(text, units);
+  LinePairs pairs(text, units);
   while (pairs.Next())
     if (StartsWithAnyCase(pairs.key, "Euler")) TakeEulerAngle(pairs.key, pairs.value, line);
   if (pairs.KeyWithoutValue())

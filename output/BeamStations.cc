@@ -102,7 +102,8 @@ BeamStrength::BeamStrength(const BeamElement& beam, const double* ends, int c)
 }
 
 double BeamStrength::At(double xi) const {
-  double value = (1.0 - xi) * end1_ + xi * end2_;
+  // Exactly constant without load, so that the writer can tell.
+  double value = end1_ == end2_ ? end1_ : (1.0 - xi) * end1_ + xi * end2_;
   for (const BeamLoad& load : beam_.loads)
     value += StationStrength(load, c_, xi, beam_.L, beam_.project.problemType, beam_.endCode);
   return value;

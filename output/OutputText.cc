@@ -11,7 +11,7 @@
 namespace {
 
 // Large enough that system calls do not count, small enough to stay in the second-level cache.
-constexpr std::size_t kCapacity = 128 * 1024;
+constexpr std::size_t kCapacity = 256 * 1024;
 
 constexpr mode_t kMode = 0644;
 

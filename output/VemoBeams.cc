@@ -1,4 +1,7 @@
+#include <bit>
+#include <cstddef>
 #include <cstdint>
+#include <string_view>
 
 #include "input/Project.h"
 #include "model/EulerAngles.h"
@@ -53,6 +56,38 @@ void WriteDisplacements(const Project& project, const Mesh& mesh, BeamElement& b
   }
 }
 
+// The line of one station. Forces that are constant along the beam are common: a value that comes
+// again keeps its text.
+class StationLine {
+public:
+  explicit StationLine(const Direction& direction) : direction_(direction) {}
+
+  std::string_view TextOf(double value) {
+    const auto bits = std::bit_cast<std::uint64_t>(value);
+    if (end_ == text_ || bits != bits_) Compose(value);
+    bits_ = bits;
+    return {text_, static_cast<std::size_t>(end_ - text_)};
+  }
+
+private:
+  void Compose(double value) {
+    char* to = text_;
+    *to++ = ' ';
+    to = WriteVectorForm(to, value * direction_.x);
+    to = WriteVectorForm(to, value * direction_.y);
+    to = WriteVectorForm(to, value * direction_.z);
+    *to++ = ' ';
+    to = WriteDefault(to, value);
+    *to++ = '\n';
+    end_ = to;
+  }
+
+  Direction direction_;
+  std::uint64_t bits_ = 0;
+  char text_[4 * kNumberLength + 3];
+  char* end_ = text_;
+};
+
 void WriteStrength(const Project& project, int m, int c, BeamElement& beam, OutputText& results) {
   results << (project.problemType == Plane ? kPlaneHeaders : kSpaceHeaders)[c - 1];
   const std::int64_t D = project.NumOfDivisions;
@@ -61,15 +96,11 @@ void WriteStrength(const Project& project, int m, int c, BeamElement& beam, Outp
     beam.TakeAxes(*elem);
     beam.TakeLoads();
     const BeamStrength strength(beam, ends, c);
-    const Direction direction = DiagramDirection(beam.T, project.problemType, c);
+    StationLine line(DiagramDirection(beam.T, project.problemType, c));
     ends += 2 * project.dofsPerNode;
     results << number;
-    for (std::int64_t s = 0; s <= D; ++s) {
-      const double value = strength.At(static_cast<double>(s) / static_cast<double>(D));
-      results << ' ';
-      results.Vector(value * direction.x).Vector(value * direction.y).Vector(value * direction.z);
-      results << ' ' << value << '\n';
-    }
+    for (std::int64_t s = 0; s <= D; ++s)
+      results << line.TextOf(strength.At(static_cast<double>(s) / static_cast<double>(D)));
   }
 }
 

@@ -5,11 +5,11 @@
 #include "input/Units.h"
 #include "input/Words.h"
 
-/// The key and value pairs behind the numbers of a load line, one after the other. Units keys are
-/// dealt with here: they change `factors` and are not handed out.
-class LoadPairs {
+/// The key and value pairs behind the numbers of a line of constraints or loads, one after the
+/// other. Units keys are dealt with here: they change `factors` and are not handed out.
+class LinePairs {
 public:
-  LoadPairs(std::string_view text, const Units& units)
+  LinePairs(std::string_view text, const Units& units)
       : factors(DefaultFactors(units)), text_(text), units_(units) {}
 
   /// Takes the next pair; false at the end of the line, and at a key without a value.

@@ -1,0 +1,14 @@
+// The node block kernels for vectors of 256 bits.
+#define KESTOL_LANES 4
+#include "algebra/BlockKernels.inc"
+
+namespace block_kernels {
+
+extern const BlockKernels kOf3With256 = {
+    "256 bits", 3, kStride<3>, Multiply<3>, Forward<3>, Backward<3>,
+};
+extern const BlockKernels kOf6With256 = {
+    "256 bits", 6, kStride<6>, Multiply<6>, Forward<6>, Backward<6>,
+};
+
+}  // namespace block_kernels

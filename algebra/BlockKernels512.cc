@@ -1,0 +1,14 @@
+// The node block kernels for vectors of 512 bits.
+#define KESTOL_LANES 8
+#include "algebra/BlockKernels.inc"
+
+namespace block_kernels {
+
+extern const BlockKernels kOf3With512 = {
+    "512 bits", 3, kStride<3>, Multiply<3>, Forward<3>, Backward<3>,
+};
+extern const BlockKernels kOf6With512 = {
+    "512 bits", 6, kStride<6>, Multiply<6>, Forward<6>, Backward<6>,
+};
+
+}  // namespace block_kernels

@@ -1,0 +1,230 @@
+#include "algebra/SparseMatrix.h"
+
+#include <algorithm>
+#include <cassert>
+#include <cstdlib>
+#include <limits>
+
+#include "algebra/Matriu.h"
+#include "main/ErrorChannel.h"
+
+namespace {
+
+int SumOf(const std::vector<int>& lengths) {
+  long long sum = 0;
+  for (const int length : lengths) {
+    if (length < 0) Fatal("Sparse Matrix size must be greater than 0");
+    sum += length;
+  }
+  if (sum < 1) Fatal("Sparse Matrix size must be greater than 0");
+  if (sum > std::numeric_limits<int>::max() - SparseMatrix::kPadding) HeapExhausted();
+  return static_cast<int>(sum);
+}
+
+}  // namespace
+
+SparseMatrix::SparseMatrix(int n, const std::vector<int>& rowLengths, int blockSizeOfNodes)
+    : nnz(SumOf(rowLengths)), rows(n), cols(n), blockSize(blockSizeOfNodes) {
+  assert(static_cast<int>(rowLengths.size()) == n && n % blockSize == 0);
+  values.assign(static_cast<std::size_t>(nnz) + kPadding, 0.0);
+  colIndex.assign(nnz / (blockSize * blockSize), -1);
+  rowStart.resize(n + 1);
+  rowStart[0] = 0;
+  for (int i = 0; i < n; ++i) {
+    assert(rowLengths[i] % blockSize == 0 && rowLengths[i] == rowLengths[i - i % blockSize]);
+    rowStart[i + 1] = rowStart[i] + rowLengths[i];
+  }
+}
+
+void SparseMatrix::ClearStructure() {
+  ClearValues();
+  std::fill(rowStart.begin(), rowStart.end(), 0);
+  std::fill(colIndex.begin(), colIndex.end(), -1);
+}
+
+void SparseMatrix::ClearValues() {
+  std::fill(values.begin(), values.end(), 0.0);
+}
+
+void SparseMatrix::CheckBounds(int i, int j) const {
+  if (i < 0 || i >= rows || j < 0 || j >= cols) {
+    Fatal("Sparse Matrix accessing exception -- out of bounds.");
+  }
+}
+
+/// Which slot of row i has column j, or -1.
+int SparseMatrix::FindSlot(int i, int j) const {
+  const int inNode = j % blockSize;
+  const int* const column = Columns(i);
+  const int blocks = Length(i) / blockSize;
+  for (int b = 0; b < blocks && column[b] >= 0; ++b) {
+    if (column[b] == j - inNode) return b * blockSize + inNode;
+  }
+  return -1;
+}
+
+/// Which slot of row i has column j, the first unclaimed one when j is new; -1 when the row is
+/// full.
+int SparseMatrix::FindOrClaim(int i, int j) {
+  if (const int k = FindSlot(i, j); k >= 0) return k;
+  SplitBlocks();
+  int* const column = Columns(i);
+  for (int k = 0; k < Length(i); ++k) {
+    if (column[k] >= 0) continue;
+    column[k] = j;
+    return k;
+  }
+  return -1;
+}
+
+void SparseMatrix::Add(int i, int j, double a) {
+  CheckBounds(i, j);
+  const int k = FindOrClaim(i, j);
+  if (k < 0) Fatal("Wrong Row ", i, " definition: Row length ", Length(i));
+  values[Place(i, k)] += a;
+}
+
+void SparseMatrix::AddBlock(int i, int j, const Matriu& M) {
+  if (M.nrows < 1 || M.ncols < 1) return;
+  CheckBounds(i, j);
+  CheckBounds(i + M.nrows - 1, j + M.ncols - 1);
+  if (i != j) {
+    CheckBounds(j, i);
+    CheckBounds(j + M.ncols - 1, i + M.nrows - 1);
+  }
+  if (IsWholeBlocks(i, j, M)) {
+    AddNodeBlocks(i, j, M);
+    return;
+  }
+  for (int r = 0; r < M.nrows; ++r) {
+    for (int c = 0; c < M.ncols; ++c) {
+      Add(i + r, j + c, M(r + 1, c + 1));
+      if (i != j) Add(j + c, i + r, M(r + 1, c + 1));
+    }
+  }
+}
+
+/// Whether M at (i, j) consists of node blocks, and the block and its mirror share no rows, so that
+/// claiming one after the other is claiming entry by entry.
+bool SparseMatrix::IsWholeBlocks(int i, int j, const Matriu& M) const {
+  const bool areAligned = i % blockSize == 0 && j % blockSize == 0 && M.nrows % blockSize == 0 &&
+                          M.ncols % blockSize == 0;
+  return areAligned && blockSize > 1 && (i == j || i + M.nrows <= j || j + M.ncols <= i);
+}
+
+void SparseMatrix::AddNodeBlocks(int i, int j, const Matriu& M) {
+  const double* const block = M.data.get();
+  for (int r = 0; r < M.nrows; r += blockSize) {
+    for (int c = 0; c < M.ncols; c += blockSize) {
+      AddNodeBlock(i + r, j + c, block + r * M.ncols + c, M.ncols, 1);
+    }
+  }
+  if (i == j) return;
+  for (int c = 0; c < M.ncols; c += blockSize) {
+    for (int r = 0; r < M.nrows; r += blockSize) {
+      AddNodeBlock(j + c, i + r, block + r * M.ncols + c, 1, M.ncols);
+    }
+  }
+}
+
+void SparseMatrix::AddNodeBlock(int firstRow, int firstCol, const double* block, int rowStride,
+                                int colStride) {
+  const int b = FindOrClaimBlock(firstRow, firstCol);
+  if (b < 0) Fatal("Wrong Row ", firstRow, " definition: Row length ", Length(firstRow));
+  double* column = values.data() + Place(firstRow, b * blockSize);
+  for (int c = 0; c < blockSize; ++c, column += blockSize, block += colStride) {
+    for (int r = 0; r < blockSize; ++r) column[r] += block[r * rowStride];
+  }
+}
+
+/// Which block of its node row holds the node block at (firstRow, firstCol), the first unclaimed
+/// one when it is new; -1 when the row is full.
+int SparseMatrix::FindOrClaimBlock(int firstRow, int firstCol) {
+  int* const column = Columns(firstRow);
+  const int blocks = Length(firstRow) / blockSize;
+  for (int b = 0; b < blocks; ++b) {
+    if (column[b] == firstCol) return b;
+    if (column[b] >= 0) continue;
+    column[b] = firstCol;
+    return b;
+  }
+  return -1;
+}
+
+/// Every slot gets a column number of its own, and the rows of a node part.
+void SparseMatrix::SplitBlocks() {
+  if (blockSize == 1) return;
+  LargeVector<double> splitValues(values.size(), 0.0);
+  std::vector<int> splitColumns(nnz);
+  for (int i = 0; i < rows; ++i) {
+    for (int k = 0; k < Length(i); ++k) {
+      splitValues[rowStart[i] + k] = values[Place(i, k)];
+      splitColumns[rowStart[i] + k] = ColumnOf(i, k);
+    }
+  }
+  values = std::move(splitValues);
+  colIndex = std::move(splitColumns);
+  blockSize = 1;
+}
+
+void SparseMatrix::SetDiagonal(int i) {
+  CheckBounds(i, i);
+  const int k = FindOrClaim(i, i);
+  if (k < 0) Fatal("Wrong Row ", i, " boundary condition");
+  values[Place(i, k)] = 1.0;
+}
+
+void SparseMatrix::ReplaceByUnitRow(int i) {
+  CheckBounds(i, i);
+  for (int k = 0; k < Length(i); ++k) {
+    const int column = ColumnOf(i, k);
+    values[Place(i, k)] = column == i || column < 0 ? 1.0 : 0.0;
+  }
+}
+
+double SparseMatrix::RowTimesVector(int i, const double* x) const {
+  double sum = 0.0;
+  ForEachEntry(i, [&](int column, double value) { sum += value * x[column]; });
+  return sum;
+}
+
+double SparseMatrix::Read(int i, int j) const {
+  CheckBounds(i, j);
+  const int k = FindSlot(i, j);
+  return k < 0 ? 0.0 : values[Place(i, k)];
+}
+
+double& SparseMatrix::Reference(int i, int j) {
+  CheckBounds(i, j);
+  const int k = FindSlot(i, j);
+  if (k < 0) {
+    Fatal("Sparse Matrix element (", i, ",", j, ") not in sparse structure -- cannot assign.");
+  }
+  return values[Place(i, k)];
+}
+
+void SparseMatrix::Print(std::ostream& stream) const {
+  for (int i = 0; i < rows; ++i) {
+    const char* separator = "";
+    ForEachEntry(i, [&](int column, double value) {
+      stream << separator << "(" << i << "," << column << ")=" << value;
+      separator = "    ";
+    });
+    stream << "\n";
+  }
+}
+
+int SparseMatrix::UnitSlot(int i) const {
+  const int blocks = Length(i) / blockSize;
+  const int* const column = Columns(i);
+  if (blocks == 0 || column[blocks - 1] >= 0) return -1;  // no slot is left unclaimed
+  const auto claimed = static_cast<int>(std::find(column, column + blocks, -1) - column);
+  const int k = claimed * blockSize;
+  return values[Place(i, k)] != 0.0 && FindSlot(i, i) < 0 ? k : -1;
+}
+
+double SparseMatrix::Diagonal(int i) const {
+  const int own = FindSlot(i, i);
+  const int k = own >= 0 ? own : UnitSlot(i);
+  return k < 0 ? 0.0 : values[Place(i, k)];
+}

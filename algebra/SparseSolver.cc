@@ -1,0 +1,182 @@
+#include "algebra/SparseSolver.h"
+
+#include <algorithm>
+#include <cassert>
+#include <cstdio>
+#include <limits>
+
+#include "algebra/BlockKernels.h"
+#include "algebra/ConjugateGradient.h"
+#include "algebra/DiagPreconditioner.h"
+#include "algebra/ILUPreconditioner.h"
+#include "algebra/ReaVecT.h"
+#include "main/ErrorChannel.h"
+#include "output/InfoFile.h"
+
+namespace {
+
+constexpr double kDefaultTolerance1 = 1e-10;
+constexpr double kDefaultTolerance2 = 1e-6;
+constexpr long long kLeastDefaultLimit = 1000;
+
+/// Very thin plates need about n iterations.
+int DefaultLimit(int n) {
+  constexpr long long kMost = std::numeric_limits<int>::max();
+  return static_cast<int>(std::min(std::max(kLeastDefaultLimit, 10LL * n), kMost));
+}
+
+bool HasPositiveDiagonal(const SparseMatrix& A) {
+  for (int i = 0; i < A.rows; ++i) {
+    if (!(A.Diagonal(i) > 0.0)) return false;
+  }
+  return true;
+}
+
+}  // namespace
+
+SparseSolver::SparseSolver(int numDegrees)
+    : SparseSolver(numDegrees, kDefaultTolerance1, kDefaultTolerance2, DefaultLimit(numDegrees)) {}
+
+SparseSolver::SparseSolver(int numDegrees, double target, double accepted, int limit)
+    : n(numDegrees), tolerance1(target), tolerance2(accepted), MaxIterations(limit) {}
+
+SparseSolver::~SparseSolver() = default;
+
+void SparseSolver::SetInitialValues(const ReaVecT& values) {
+  assert(values.n >= n);
+  x.assign(values.begin(), values.begin() + n);
+}
+
+void SparseSolver::AddNodePair(int node1, int node2, int dofsPerNode) {
+  if (node1 == node2) return;
+  adjacency.resize(n / dofsPerNode);
+  AddNeighbour(node1, node2);
+  AddNeighbour(node2, node1);
+}
+
+void SparseSolver::AddNeighbour(int node, int neighbour) {
+  std::vector<int>& neighbours = adjacency[node - 1];
+  if (std::find(neighbours.begin(), neighbours.end(), neighbour) != neighbours.end()) return;
+  if (neighbours.size() == MAXNUMNODESAROUNDNODE) {
+    Fatal("error: increase parameter MAXNUMNODESAROUNDNODE node=", node, "\n");
+  }
+  neighbours.push_back(neighbour);
+}
+
+void SparseSolver::Allocate(int dofsPerNode) {
+  const int nodes = n / dofsPerNode;
+  adjacency.resize(nodes);
+  std::vector<int> rowLengths(n, 0);
+  for (int node = 0; node < nodes; ++node) {
+    const int length = (static_cast<int>(adjacency[node].size()) + 1) * dofsPerNode;
+    std::fill_n(rowLengths.begin() + node * dofsPerNode, dofsPerNode, length);
+  }
+  adjacency = {};
+  const bool hasKernels = BlockKernelsFor(dofsPerNode) != nullptr && n % dofsPerNode == 0;
+  matrix = std::make_unique<SparseMatrix>(n, rowLengths, hasKernels ? dofsPerNode : 1);
+  NeedStart();
+}
+
+/// A starting vector of zeros, unless there is one.
+void SparseSolver::NeedStart() {
+  if (x.empty()) x.assign(n, 0.0);
+}
+
+double& SparseSolver::Entry(int i, int j) {
+  return matrix->Reference(i - 1, j - 1);
+}
+
+void SparseSolver::SetZero() {
+  matrix->ClearValues();
+}
+
+void SparseSolver::AddBlock(int firstRow, int firstCol, const Matriu& block) {
+  matrix->AddBlock(firstRow - 1, firstCol - 1, block);
+}
+
+void SparseSolver::Prescribe(int dof, double value, ReaVecT& rhs) {
+  // Deliberate: column `dof` stays, and the right-hand side is not corrected for the value.
+  matrix->ReplaceByUnitRow(dof - 1);
+  NeedStart();
+  x[dof - 1] = value;
+  rhs(dof) = value;
+}
+
+double SparseSolver::RowTimesVector(int dof, const ReaVecT& vector) {
+  return matrix->RowTimesVector(dof - 1, vector.begin());
+}
+
+int SparseSolver::Solve(ReaVecT& rhs, std::ostream* info) {
+  NeedStart();
+  std::vector<double> solution = std::move(x);  // whatever comes, the next solution starts anew
+  x = {};
+  if (!HasDiagonals()) return -1;
+
+  BuildPreconditioner();
+  int limit = MaxIterations;
+  double residual = tolerance1;
+  const int flag = ConjugateGradient(*matrix, solution.data(), rhs.begin(), *preconditioner, limit,
+                                     residual, info);
+  preconditioner.reset();
+
+  const int result = Accept(residual, flag, info);
+  if (result == 0) std::copy(solution.begin(), solution.end(), rhs.begin());
+  return result;
+}
+
+/// What `Solve` returns for the residual reached.
+int SparseSolver::Accept(double residual, int flag, std::ostream* info) const {
+  if (!(residual >= 0.0)) return -1;
+  if (flag == 0) return 0;
+  char text[400];  // "%lf" of the largest double has 317 characters
+  const bool isAccepted = residual <= tolerance2;
+  if (isAccepted) {
+    std::snprintf(text, sizeof text, "After %i Iterations, accepted tolerance of %lf\n",
+                  MaxIterations, residual);
+  } else {
+    std::snprintf(text, sizeof text, "Not Solved after %i Iterations\n", MaxIterations);
+  }
+  if (info != nullptr) *info << text;
+  return isAccepted ? 0 : -std::max(MaxIterations, 1);
+}
+
+bool SparseSolver::HasDiagonals() const {
+  for (int i = 0; i < n; ++i) {
+    if (matrix->Diagonal(i) == 0.0) return false;
+  }
+  return true;
+}
+
+void SparseSolver::BuildPreconditioner() {
+  auto factors = std::make_unique<ILUPreconditioner>(*matrix);
+  const bool isTrusted = factors->IsPositive() || !HasPositiveDiagonal(*matrix);
+  preconditioner = std::move(factors);
+  if (isTrusted) return;
+  preconditioner.reset();
+  preconditioner = std::make_unique<DiagPreconditioner>(*matrix);
+}
+
+void SparseSolver::Print(std::ostream& stream) {
+  stream << "\nprinting Sparse Matrix size=" << n << "x" << n << std::endl;
+  matrix->Print(stream);
+  stream << std::endl;
+}
+
+void SparseSolver::CopyFromYouToMat(Matriu& /*dense*/) {
+  Fatal("error SparseSolver::CopyFromYouToMat not implemented\n");
+}
+
+void SparseSolver::WriteForVemo(std::ostream& /*stream*/) {
+  Fatal("error SparseSolver::WriteForVemo not implemented\n");
+}
+
+void SparseSolver::PrintInfo(std::ostream& stream) {
+  const double megabytes = (3.0 * matrix->nnz + n) * 4 / 1048576;
+  Progress(&stream,
+           "\nINFORMATION ABOUT STIFFNESS MATRIX\n"
+           "Sparse matrix storage with Conjugate gradients\n"
+           "Degrees of freedom= %i\n"
+           "Total number of positions= %i\n"
+           "Amount of memory= %.1lfMb\n\n",
+           n, matrix->nnz, megabytes);
+}

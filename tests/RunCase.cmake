@@ -1,0 +1,45 @@
+# Runs one case in a fresh copy of its folder and compares everything that the run leaves behind:
+#
+#   cmake -DPROGRAM=kestol -DCOMPARE=compare_text -DCASE=folder -DWORK=folder -P RunCase.cmake
+#
+# A case holds `arguments` (one per line, perhaps none), the files that the run reads, and
+# `expected/` with `stdout`, `status` and each file that the run writes. A file that is missing, or
+# that nobody expects, is a failure; so is any text on the error output.
+# With -DBLESS=ON the expectations are rewritten instead.
+cmake_minimum_required(VERSION 3.25)
+file(REMOVE_RECURSE ${WORK})
+file(COPY ${CASE}/ DESTINATION ${WORK} PATTERN expected EXCLUDE)
+file(GLOB_RECURSE before LIST_DIRECTORIES false RELATIVE ${WORK} ${WORK}/*)
+file(STRINGS ${CASE}/arguments arguments)
+
+execute_process(COMMAND ${PROGRAM} ${arguments} WORKING_DIRECTORY ${WORK}
+                OUTPUT_FILE stdout ERROR_VARIABLE complaint RESULT_VARIABLE status TIMEOUT 60)
+file(WRITE ${WORK}/status "${status}\n")
+if(complaint)
+  message(SEND_ERROR "text on the error output:\n${complaint}")
+endif()
+file(GLOB_RECURSE written LIST_DIRECTORIES false RELATIVE ${WORK} ${WORK}/*)
+list(REMOVE_ITEM written ${before})
+
+if(BLESS)
+  file(REMOVE_RECURSE ${CASE}/expected)
+  foreach(name IN LISTS written)
+    get_filename_component(folder ${CASE}/expected/${name} DIRECTORY)
+    file(COPY ${WORK}/${name} DESTINATION ${folder})
+  endforeach()
+  return()
+endif()
+
+file(GLOB_RECURSE expected LIST_DIRECTORIES false RELATIVE ${CASE}/expected ${CASE}/expected/*)
+foreach(name IN LISTS written)
+  if(NOT name IN_LIST expected)
+    message(SEND_ERROR "${name} is written, and not expected")
+  endif()
+endforeach()
+foreach(name IN LISTS expected)
+  execute_process(COMMAND ${COMPARE} ${CASE}/expected/${name} ${WORK}/${name}
+                  RESULT_VARIABLE different OUTPUT_VARIABLE where ERROR_VARIABLE where)
+  if(different)
+    message(SEND_ERROR "${name} differs from what ${CASE} expects\n${where}")
+  endif()
+endforeach()

@@ -1,0 +1,57 @@
+// One whole run on arbitrary text: read, solve, strengths, all reports into memory. Built as a
+// libFuzzer target by script/fuzz, and as a program that replays files for the tests.
+#include <cctype>
+#include <cstddef>
+#include <cstdint>
+#include <sstream>
+#include <string>
+
+#include "analysis/SolveDriver.h"
+#include "analysis/Strengths.h"
+#include "input/Project.h"
+#include "input/ProjectReader.h"
+#include "input/TextInput.h"
+#include "output/OutputText.h"
+#include "output/PrintProject.h"
+#include "output/VemoFiles.h"
+#include "tests/support/FatalExit.h"
+
+namespace {
+
+/// Long numbers ask for honest but large work (a table by element number, stations by the million);
+/// what is looked for here does not need them.
+bool AsksForMuch(const std::string& text) {
+  constexpr int kLongest = 4;
+  int digits = 0;
+  for (const char c : text) {
+    digits = std::isdigit(static_cast<unsigned char>(c)) ? digits + 1 : 0;
+    if (digits > kLongest) return true;
+  }
+  return false;
+}
+
+void RunAll(const std::string& text) {
+  Project project(100);
+  TextInput input(text);
+  ReadProject(project, input);
+  std::ostringstream info, dump;
+  PrintProject(project, dump);
+  SolveProject(project, text.size() % 2 == 0, &info);
+  ComputeStrengths(project, &info);
+  OutputText report, results;
+  project.WriteResults(report);
+  WriteVemoFiles(project, results, nullptr);
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  const std::string text(reinterpret_cast<const char*>(data), size);
+  if (AsksForMuch(text)) return 0;
+  try {
+    RunAll(text);
+  } catch (const FatalExit&) {
+    // A refusal is a good answer.
+  }
+  return 0;
+}

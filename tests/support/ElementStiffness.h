@@ -1,0 +1,51 @@
+#pragma once
+
+#include <algorithm>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "algebra/Matriu.h"
+#include "algebra/SkyLine.h"
+#include "analysis/ElementRoutines.h"
+#include "tests/support/RunDeck.h"
+
+/// The stiffness of a whole small deck as a dense matrix, equations in the order of the deck,
+/// without supports, in global axes and without coplanarity flags (no drilling term).
+inline Matriu StiffnessOfDeck(const std::string& deck) {
+  const auto project = ReadDeck(deck);
+  const int dofs = project->dofsPerNode;
+  auto K = std::make_unique<SkyLine>(project->numNodes * dofs);
+  for (int i = 1; i <= project->numNodes; ++i)
+    for (int j = i + 1; j <= project->numNodes; ++j) K->AddNodePair(i, j, dofs);
+  K->Allocate(dofs);
+  project->solver = std::move(K);
+  for (const auto& mesh : project->meshes)
+    RoutinesFor(*mesh).addStiffness(*project, *mesh, BlockAxes::Global);
+  Matriu dense;
+  project->solver->CopyFromYouToMat(dense);
+  return dense;
+}
+
+/// Number of zero eigenvalues of a symmetric positive semidefinite matrix, by elimination with full
+/// pivoting.
+inline int ZeroModes(Matriu K) {
+  const int n = K.nrows;
+  double largest = 0.0;
+  for (int i = 1; i <= n; ++i) largest = std::max(largest, K(i, i));
+  std::vector<bool> used(n + 1, false);
+  for (int step = 0; step < n; ++step) {
+    int pivot = 0;
+    for (int i = 1; i <= n; ++i)
+      if (!used[i] && (pivot == 0 || K(i, i) > K(pivot, pivot))) pivot = i;
+    if (K(pivot, pivot) < 1e-10 * largest) return n - step;
+    used[pivot] = true;
+    for (int i = 1; i <= n; ++i) {
+      if (used[i]) continue;
+      const double factor = K(i, pivot) / K(pivot, pivot);
+      for (int j = 1; j <= n; ++j)
+        if (!used[j]) K(i, j) -= factor * K(pivot, j);
+    }
+  }
+  return 0;
+}
