@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 
 #include "algebra/Zero.h"
 #include "input/Words.h"
@@ -13,6 +14,9 @@ constexpr std::size_t kMaxNameLength = 20;
 
 // Longest word that is taken from a line as the name of a system.
 constexpr std::size_t kMaxWordInLine = 99;
+
+// The spellings of the key, in the order in which a line is searched for them.
+constexpr std::string_view kUnitsKeys[] = {"units", "Units", "UNITS"};
 
 // The next word, or the next 20 characters of it: what is longer spills over into the next field.
 std::string TakeName(std::string_view& text) {
@@ -50,6 +54,11 @@ bool IsUnitFactor(double factor) {
   return factor >= kZero && std::isfinite(factor);
 }
 
+bool IsUnitsKey(std::string_view key) {
+  return std::any_of(std::begin(kUnitsKeys), std::end(kUnitsKeys),
+                     [key](std::string_view spelling) { return StartsWith(key, spelling); });
+}
+
 void ReadUnitsNames(Units& units, TextInput& input) {
   for (;;) {
     SkipToRecord(input);
@@ -74,7 +83,7 @@ const UnitSystem& FindUnits(const Units& units, std::string_view name) {
 }
 
 const UnitSystem* FindUnitsInLine(const Units& units, std::string_view line) {
-  for (const std::string_view key : {"units", "Units", "UNITS"}) {
+  for (const std::string_view key : kUnitsKeys) {
     const std::size_t place = line.find(key);
     if (place == std::string_view::npos) continue;
     line.remove_prefix(place + key.size());

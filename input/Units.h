@@ -42,6 +42,9 @@ public:
 /// Whether a number can stand as the size of a unit: finite and not below kZero.
 bool IsUnitFactor(double factor);
 
+/// Whether a key begins with "units", "Units" or "UNITS": its value is the name of a system.
+bool IsUnitsKey(std::string_view key);
+
 /// Reads the rows behind the keyword units_names, up to a line that begins with "end", into the
 /// sorted table.
 void ReadUnitsNames(Units& units, TextInput& input);

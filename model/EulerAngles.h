@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string_view>
+
 #include "algebra/FixedMatrix.h"
 #include "algebra/ReaVec3.h"
 
@@ -31,3 +33,8 @@ ReaVec3 FrameToAngles(const Matriu& R);
 /// 10 degrees have the mean 0, not 180. With three, the mean of the first two counts double.
 ReaVec3 MeanAngles(const ReaVec3& a, const ReaVec3& b);
 ReaVec3 MeanAngles(const ReaVec3& a, const ReaVec3& b, const ReaVec3& c);
+
+/// Which angle, 0 to 2, a key of the input that begins with "Euler" sets: its sixth character is 1,
+/// 2 or 3, what follows does not matter. Any other key ends the run with
+/// "error: Euler angles must be: Euler1,Euler2 or Euler3\n".
+int WhichEulerAngle(std::string_view key);

@@ -1,9 +1,9 @@
-#include <algorithm>
 #include <optional>
 
 #include "input/Units.h"
 #include "input/Words.h"
 #include "main/ErrorChannel.h"
+#include "model/EulerAngles.h"
 #include "model/Material.h"
 
 namespace {
@@ -17,8 +17,6 @@ struct Definition {
   double widthY = Material::kNotGiven, widthZ = Material::kNotGiven;
 };
 
-void Ignore(Definition&, std::string_view, double) {}
-
 void SetWidthY(Definition& d, std::string_view, double value) {
   d.widthY = value * d.L;
 }
@@ -30,10 +28,8 @@ void SetWidthZ(Definition& d, std::string_view, double value) {
 void SetEuler(Definition& d, std::string_view key, double value) {
   Material& m = d.material;
   double* const angles[] = {&m.Euler1, &m.Euler2, &m.Euler3};
-  const char which = key.size() > 5 ? key[5] : '0';
-  if (which < '1' || which > '3') Fatal("error: Euler angles must be: Euler1,Euler2 or Euler3\n");
+  *angles[WhichEulerAngle(key)] = value;
   m.hasEuler = 1;
-  *angles[which - '1'] = value;
 }
 
 void SetWeight(Definition& d, std::string_view, double value) {
@@ -96,13 +92,10 @@ struct KeyRule {
   void (*set)(Definition& definition, std::string_view key, double value);
 };
 
-// Matched from the top by the first characters of the key, to the letter. The order is part of the
-// format.
-// Deliberate: so "thickness" is t, "Euler2" is no modulus, "EX" is wrong and "T" unknown.
+// Matched from the top by the first characters of the key, to the letter; units keys come before
+// all of them. The order is part of the format. Deliberate: so "thickness" is t, "Euler2" is no
+// modulus, "EX" is wrong and "T" unknown.
 constexpr KeyRule kKeyRules[] = {
-    {"units",  Ignore      },
-    {"Units",  Ignore      },
-    {"UNITS",  Ignore      },
     {"widthY", SetWidthY   },
     {"widthZ", SetWidthZ   },
     {"Euler",  SetEuler    },
@@ -129,14 +122,10 @@ const KeyRule& RuleOf(std::string_view key) {
   Fatal("Input of materials not correct. Unknown char: '", key, "'\n");
 }
 
-bool IsUnitsKey(std::string_view key) {
-  return StartsWith(key, "units") || StartsWith(key, "Units") || StartsWith(key, "UNITS");
-}
-
 /// The name behind a units key: '=' and ':' may stand apart from both. The system itself is found
 /// on the whole line, before any key.
 std::string_view TakeUnitsName(std::string_view& text) {
-  text.remove_prefix(std::min(text.find_first_not_of(" \t\r\n\v\f=:"), text.size()));
+  text = BehindSigns(text);
   return TakeValue(text);
 }
 
@@ -192,12 +181,13 @@ int Material::ReadMaterialText(std::string_view text, const Units* units,
   std::string_view key = TakeKey(text);
   if (key.empty()) return -1;
   for (; !key.empty(); key = TakeKey(text)) {
-    const std::string_view value = IsUnitsKey(key) ? TakeUnitsName(text) : TakeValue(text);
+    const bool isUnits = IsUnitsKey(key);
+    const std::string_view value = isUnits ? TakeUnitsName(text) : TakeValue(text);
     if (value.empty()) {
       if (keyWithoutValue != nullptr) *keyWithoutValue = key;
       return 0;
     }
-    RuleOf(key).set(definition, key, RealOf(value));
+    if (!isUnits) RuleOf(key).set(definition, key, RealOf(value));
   }
   if (definition.widthY > 0.0) SetRectangleSection(definition.widthY, definition.widthZ);
   return 1;
