@@ -89,10 +89,6 @@ void SparseMatrix::AddBlock(int i, int j, const Matriu& M) {
   if (M.nrows < 1 || M.ncols < 1) return;
   CheckBounds(i, j);
   CheckBounds(i + M.nrows - 1, j + M.ncols - 1);
-  if (i != j) {
-    CheckBounds(j, i);
-    CheckBounds(j + M.ncols - 1, i + M.nrows - 1);
-  }
   if (IsWholeBlocks(i, j, M)) {
     AddNodeBlocks(i, j, M);
     return;
