@@ -20,8 +20,9 @@ def main():
             kind, name = line[17:18], line[19:]
             if kind in SHOWN:
                 shown.append(f"{path}: {kind} {name}")
-    print("\n".join(shown))
-    sys.exit(1 if shown else 0)
+    if shown:
+        print("\n".join(shown))
+        sys.exit(1)
 
 
 main()
