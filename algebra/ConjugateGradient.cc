@@ -57,7 +57,8 @@ int ConjugateGradient(const SparseMatrix& A, double* x, const double* b, const P
                       int& limit, double& tolerance, std::ostream* info) {
   const int n = A.rows;
   const double target = tolerance;
-  LargeVector<double> r(n), z(n), p(n), q(n);
+  LargeVector<double> r(n), z(n), p(n);
+  double* const q = z.data();  // z is used up when q comes
 
   double normb = Norm(n, b);
   if (normb == 0.0) normb = 1.0;
@@ -80,9 +81,9 @@ int ConjugateGradient(const SparseMatrix& A, double* x, const double* b, const P
     const double rho = Dot(n, r.data(), z.data());
     const double beta = i == 1 ? 0.0 : rho / previousRho;
     for (int k = 0; k < n; ++k) p[k] = i == 1 ? z[k] : z[k] + beta * p[k];
-    Multiply(A, p.data(), q.data());
-    const double alpha = rho / Dot(n, p.data(), q.data());
-    resid = Step(n, alpha, p.data(), q.data(), x, r.data()) / normb;
+    Multiply(A, p.data(), q);
+    const double alpha = rho / Dot(n, p.data(), q);
+    resid = Step(n, alpha, p.data(), q, x, r.data()) / normb;
     if (resid <= target) {
       WriteResidual(info, "Converged it number. %i resid=%lg tol=%lg\n", i, resid, target);
       limit = i;

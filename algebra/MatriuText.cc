@@ -35,6 +35,7 @@ void Matriu::WriteBinary(std::ostream& stream) const {
                static_cast<std::streamsize>(size * sizeof(double)));
 }
 
+// Deliberate: the bytes carry no shape, so that nothing can be read back.
 void Matriu::ReadBinary(std::istream&) {
   Fatal("error: Function 'ReadBinary' should not be used\n");
 }

@@ -58,9 +58,9 @@ private:
   bool MatchLower(const SparseMatrix& A);
   bool MatchBlock(int node, const double* lower, int k, int slot);
   template <int B>
-  void Factorise(const SparseMatrix& A);
+  void Eliminate(const SparseMatrix& A);
   template <int B>
-  void FreeInverse(int node, double* gain) const;
+  const double* FreeInverse(int node, double* buffer) const;
   template <int B>
   void Invert(int node);
   template <int B>

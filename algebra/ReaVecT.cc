@@ -13,7 +13,8 @@ namespace {
 // Null for an empty vector.
 std::unique_ptr<double[]> NewEntries(int length) {
   if (length < 0) RefuseVectorSize(length);
-  return length == 0 ? nullptr : std::make_unique<double[]>(length);
+  if (length == 0) return nullptr;
+  return std::make_unique<double[]>(length);
 }
 
 int LengthOfColumn(const Matriu& M) {

@@ -25,6 +25,7 @@ int SumOf(const std::vector<int>& lengths) {
 
 SparseMatrix::SparseMatrix(int n, const std::vector<int>& rowLengths, int blockSizeOfNodes)
     : nnz(SumOf(rowLengths)), rows(n), cols(n), blockSize(blockSizeOfNodes) {
+  assert(blockSize == 1 || blockSize == 3 || blockSize == 6);
   assert(static_cast<int>(rowLengths.size()) == n && n % blockSize == 0);
   values.assign(static_cast<std::size_t>(nnz) + kPadding, 0.0);
   colIndex.assign(nnz / (blockSize * blockSize), -1);

@@ -127,3 +127,14 @@ private:
   void AddNodeBlock(int firstRow, int firstCol, const double* block, int rowStride, int colStride);
   void SplitBlocks();
 };
+
+/// Calls f(block, first column) for the claimed node blocks of a node row. A block is B*B values,
+/// column by column.
+template <class Function>
+void ForEachNodeBlock(const SparseMatrix& A, int node, Function f) {
+  const int B = A.blockSize;
+  const int* const column = A.Columns(node * B);
+  const double* const values = A.values.data() + A.rowStart[node * B];
+  const int blocks = A.Length(node * B) / B;
+  for (int b = 0; b < blocks && column[b] >= 0; ++b) f(values + b * B * B, column[b]);
+}

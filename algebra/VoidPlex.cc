@@ -1,6 +1,7 @@
 #include "algebra/VoidPlex.h"
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 #include "main/ErrorChannel.h"
@@ -28,8 +29,9 @@ VoidPlex::Block::Block(int blockSize, int index)
       last(std::int64_t{first} + blockSize - 1) {}
 
 VoidPlex::VoidPlex(int size) : blockSize(CheckedBlockSize(size)) {
-  directory_.push_back(std::make_unique<Block>(blockSize, 1));
-  head = current = directory_.front().get();
+  auto block = std::make_unique<Block>(blockSize, 1);
+  head = current = directory_[1] = block.get();
+  ordered_.emplace(1, std::move(block));
 }
 
 VoidPlex::~VoidPlex() = default;
@@ -44,8 +46,7 @@ void VoidPlex::Set(int index, void* object) {
   RefuseInvalid(index);
   if (!object) return StoreNull(index);
   if (lowest == 0) {
-    head->first = FirstOfRange(index, blockSize);
-    head->last = std::int64_t{head->first} + blockSize - 1;
+    Rebase(index);
     lowest = highest = index;
   } else {
     lowest = std::min(lowest, index);
@@ -87,12 +88,14 @@ void* VoidPlex::Next(int& cursor) const {
 
 int VoidPlex::Trim() {
   if (lowest == 0) return 0;
-  const std::size_t place = std::min(PlaceOf(highest), directory_.size() - 1);
   // The object at `lowest` ends both walks.
-  for (Block* block = directory_[place].get();; block = block->prev)
+  const Block* block = std::prev(ordered_.upper_bound(highest))->second.get();
+  while (true) {
     for (std::int64_t index = std::min<std::int64_t>(block->last, highest); index >= block->first;
          --index)
       if (block->Slot(index)) return highest = static_cast<int>(index);
+    block = block->prev;
+  }
 }
 
 void VoidPlex::Compact() {
@@ -107,7 +110,10 @@ void VoidPlex::Compact() {
 }
 
 void VoidPlex::Clear() {
-  directory_.erase(directory_.begin() + 1, directory_.end());
+  ordered_.erase(std::next(ordered_.begin()), ordered_.end());
+  directory_ = {
+      {head->first, head}
+  };
   std::fill_n(head->slots.get(), blockSize, nullptr);
   head->prev = head->next = current = head;
   lowest = highest = 0;
@@ -122,49 +128,45 @@ void* VoidPlex::GetElsewhere(int index) const {
   return block->Slot(index);
 }
 
-// The place in the directory of the first block that ends at or above `index` >= 1. Ranges are
-// distinct and ordered, so no block is further from an end of the directory than its range is from
-// the range there; without gaps the two bounds meet and nothing is left to search.
-std::size_t VoidPlex::PlaceOf(int index) const {
-  const std::int64_t first = FirstOfRange(index, blockSize);
-  const std::int64_t below = (first - head->first) / blockSize;
-  const std::int64_t above = (head->prev->first - first) / blockSize;
-  const auto count = static_cast<std::int64_t>(directory_.size());
-  if (first <= head->first) return 0;
-  if (above < 0) return directory_.size();
-  const auto low = directory_.begin() + std::max<std::int64_t>(count - 1 - above, 0);
-  const auto high = directory_.begin() + std::min(below, count - 1);
-  const auto found = std::lower_bound(
-      low, high, first, [](const auto& block, std::int64_t start) { return block->first < start; });
-  return static_cast<std::size_t>(found - directory_.begin());
-}
-
 // The block that covers `index` >= 1, or null.
 VoidPlex::Block* VoidPlex::BlockOf(int index) const {
-  if (current->next->Covers(index)) return current->next;
-  const std::size_t place = PlaceOf(index);
-  if (place == directory_.size()) return nullptr;
-  Block* const block = directory_[place].get();
-  return block->Covers(index) ? block : nullptr;
+  const auto found = directory_.find(FirstOfRange(index, blockSize));
+  return found == directory_.end() ? nullptr : found->second;
 }
 
 // Links a block for `index` before the first block of a greater range, or behind the tail.
 VoidPlex::Block* VoidPlex::AddBlock(int index) {
-  const auto place = directory_.begin() + static_cast<std::ptrdiff_t>(PlaceOf(index));
-  Block* const after = place == directory_.end() ? head : place->get();
-  Block* const block = directory_.insert(place, std::make_unique<Block>(blockSize, index))->get();
+  const auto place = ordered_.upper_bound(index);
+  Block* const after = place == ordered_.end() ? head : place->second.get();
+  auto owned = std::make_unique<Block>(blockSize, index);
+  Block* const block = directory_[owned->first] = owned.get();
+  ordered_.emplace_hint(place, block->first, std::move(owned));
   block->next = after;
   block->prev = after->prev;
   block->prev->next = after->prev = block;
-  head = directory_.front().get();
+  head = ordered_.begin()->second.get();
   return block;
+}
+
+// Lets the one block of an empty container cover `index`.
+void VoidPlex::Rebase(int index) {
+  auto node = ordered_.extract(ordered_.begin());
+  node.key() = head->first = FirstOfRange(index, blockSize);
+  head->last = std::int64_t{head->first} + blockSize - 1;
+  ordered_.insert(std::move(node));
+  directory_ = {
+      {head->first, head}
+  };
 }
 
 // The lowest occupied index above `index` >= 1, or 0. Leaves `current` there for the next step.
 int VoidPlex::OccupiedAbove(int index) const {
-  const std::size_t place = current->Covers(index) ? 0 : PlaceOf(index);
-  if (place == directory_.size()) return 0;
-  Block* block = current->Covers(index) ? current : directory_[place].get();
+  Block* block = current->Covers(index) ? current : BlockOf(index);
+  if (!block) {
+    const auto above = ordered_.upper_bound(index);
+    if (above == ordered_.end()) return 0;
+    block = above->second.get();
+  }
   std::int64_t candidate = std::max<std::int64_t>(std::int64_t{index} + 1, block->first);
   while (true) {
     for (; candidate <= block->last; ++candidate)

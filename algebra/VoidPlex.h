@@ -1,9 +1,9 @@
 #pragma once
 
-#include <cstddef>
 #include <cstdint>
-#include <deque>
+#include <map>
 #include <memory>
+#include <unordered_map>
 
 /// Object pointers under positive numbers that may have gaps: nodes, elements, materials, supports
 /// and loads by the numbers of the input. The objects belong to somebody else (see Plex.h for the
@@ -15,8 +15,8 @@
 ///     head -> 1..100 <-> 301..400 <-> 901..1000 <-> back to the head
 ///                           ^ current, the block of the last look-up
 ///
-/// A look-up in the block used last costs one comparison. Any other one goes through a directory
-/// of the blocks: constant time while the blocks have no gaps between them, else logarithmic.
+/// A look-up in the block used last costs two comparisons, any other one constant time through a
+/// directory of the blocks; a new block costs logarithmic time, whatever the order of insertion.
 /// `current` is a cache that reading moves, so two threads must not share a container.
 ///
 /// Slots outside lowest..highest are null; a container is empty when lowest is 0.
@@ -27,7 +27,7 @@ public:
     Block(int blockSize, int index);
 
     bool Covers(int index) const { return first <= index && index <= last; }
-    void*& Slot(std::int64_t index) { return slots[index - first]; }
+    void*& Slot(std::int64_t index) const { return slots[index - first]; }
 
     std::unique_ptr<void*[]> slots;  ///< last - first + 1 pointers
     int first;                       ///< ((i - 1) / blockSize) * blockSize + 1 for every i inside
@@ -90,12 +90,15 @@ public:
 
 private:
   void* GetElsewhere(int index) const;
-  std::size_t PlaceOf(int index) const;
   Block* BlockOf(int index) const;
   Block* AddBlock(int index);
+  void Rebase(int index);
   void StoreNull(int index);
   int OccupiedAbove(int index) const;
 
-  std::deque<std::unique_ptr<Block>> directory_;  ///< owns the blocks; same order as the list
-  int fullBelow_ = 1;                             ///< no index below this one is free
+  // Two directories by `first`: one in order, for neighbours, and one that finds far blocks several
+  // times as fast.
+  std::map<int, std::unique_ptr<Block>> ordered_;  ///< owns the blocks; same order as the list
+  std::unordered_map<int, Block*> directory_;      ///< the same blocks
+  int fullBelow_ = 1;                              ///< no index below this one is free
 };

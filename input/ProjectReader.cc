@@ -161,6 +161,7 @@ void SetNumOfDivisions(Statement& s) {
   if (s.project.NumOfDivisions <= 0) Fatal("error: Number of divisions must be positive");
 }
 
+// Deliberate: the flag is set before the angle is looked at.
 void SetDoSmoothing(Statement& s) {
   s.project.DoSmoothing = 1;
   s.project.smoothingAngle = RealOf(s.value);
@@ -283,7 +284,8 @@ void ReadKeyword(Project& project, TextInput& input, std::string_view word) {
 
 // --- the order of a deck ----------------------------------------------------------------------
 
-// What may stand between "type" and its value; the first '#' is the last of it.
+// What may stand between "type" and its value. Deliberate: one '#' is dropped and ends it, so that
+// "type #2d" is a type and no comment.
 void SkipToType(TextInput& input) {
   for (int c = input.Peek(); IsSpace(c) || c == ':' || c == '=' || c == '#'; c = input.Peek()) {
     input.Get();

@@ -35,33 +35,35 @@ ReaVecT Filled(int n, double value) {
 }
 
 /// Springs of stiffness 1 from node to node, one degree each, the first node tied to the ground.
-SparseSolver Chain(int n, double tolerance1 = 1e-12, double tolerance2 = 1e-6, int limit = 100) {
-  SparseSolver K(n, tolerance1, tolerance2, limit);
-  for (int i = 1; i < n; ++i) K.AddNodePair(i, i + 1, 1);
-  K.Allocate(1);
-  K.AddBlock(1, 1, Single(1.0));
-  for (int i = 1; i < n; ++i) {
-    K.AddBlock(i, i, Single(1.0));
-    K.AddBlock(i + 1, i + 1, Single(1.0));
-    K.AddBlock(i, i + 1, Single(-1.0));
+struct Chain : SparseSolver {
+  explicit Chain(int nodes, double target = 1e-12, double accepted = 1e-6, int limit = 100)
+      : SparseSolver(nodes, target, accepted, limit) {
+    for (int i = 1; i < n; ++i) AddNodePair(i, i + 1, 1);
+    Allocate(1);
+    AddBlock(1, 1, Single(1.0));
+    for (int i = 1; i < n; ++i) {
+      AddBlock(i, i, Single(1.0));
+      AddBlock(i + 1, i + 1, Single(1.0));
+      AddBlock(i, i + 1, Single(-1.0));
+    }
   }
-  return K;
-}
+};
 
 /// A model whose incomplete factors are not exact.
 GridModel SmallGrid(int dofs) {
   return {4, 3, 3, dofs};
 }
 
-SparseSolver Held(const GridModel& grid, ReaVecT& rhs, double tolerance1, double tolerance2,
-                  int limit) {
-  SparseSolver K(grid.NumDegrees(), tolerance1, tolerance2, limit);
-  grid.Structure(K);
-  grid.Assemble(K);
-  rhs = Filled(grid.NumDegrees(), 1.0);
-  grid.Hold(K, 0.0, rhs);
-  return K;
-}
+/// The grid, held at its lower plane, and unit loads on all free degrees.
+struct Held : SparseSolver {
+  Held(const GridModel& grid, ReaVecT& rhs, double target, double accepted, int limit)
+      : SparseSolver(grid.NumDegrees(), target, accepted, limit) {
+    grid.Structure(*this);
+    grid.Assemble(*this);
+    rhs = Filled(n, 1.0);
+    grid.Hold(*this, 0.0, rhs);
+  }
+};
 
 TEST(SparseSolver, DefaultsAimAtTenDigitsWithinTenIterationsPerDegree) {
   const SparseSolver small(30);
@@ -101,14 +103,14 @@ TEST(SparseSolver, RefusesThe201stNeighbourOfANode) {
 }
 
 TEST(SparseSolver, BlocksOffTheDiagonalAreMirrored) {
-  SparseSolver K = Chain(3);
+  Chain K(3);
   EXPECT_EQ(K.Entry(1, 2), -1.0);
   EXPECT_EQ(K.Entry(2, 1), -1.0);
   EXPECT_EQ(K.Entry(2, 2), 2.0);
 }
 
 TEST(SparseSolver, EntryIsAStoredPlaceOrRefused) {
-  SparseSolver K = Chain(3);
+  Chain K(3);
   K.Entry(1, 1) += 4.0;
   EXPECT_EQ(K.Entry(1, 1), 6.0);
   EXPECT_FATAL(K.Entry(1, 3),
@@ -124,7 +126,7 @@ TEST(SparseSolver, AFreeDegreeWithoutElementsHasNoEntry) {
 }
 
 TEST(SparseSolver, ChainWithUnitEndLoadIsLinear) {
-  SparseSolver K = Chain(10);
+  Chain K(10);
   ReaVecT f = Filled(10, 0.0);
   f(10) = 1.0;
   EXPECT_EQ(K.Solve(f, nullptr), 0);
@@ -147,7 +149,7 @@ TEST(SparseSolver, PrescribedValuesComeBackExactly) {
 }
 
 TEST(SparseSolver, PrescribeReplacesTheRowAndLeavesTheColumn) {
-  SparseSolver K = Chain(3);
+  Chain K(3);
   ReaVecT f = Filled(3, 7.0);
   K.Prescribe(2, 0.25, f);
   EXPECT_EQ(K.Entry(2, 2), 1.0);
@@ -162,7 +164,7 @@ TEST(SparseSolver, PrescribeReplacesTheRowAndLeavesTheColumn) {
 }
 
 TEST(SparseSolver, PrescribedValuesOutrankTheStartingVector) {
-  SparseSolver K = Chain(3);
+  Chain K(3);
   ReaVecT f = Filled(3, 0.0);
   K.SetInitialValues(Filled(3, 1.0));
   K.Prescribe(3, 6.0, f);
@@ -173,7 +175,7 @@ TEST(SparseSolver, PrescribedValuesOutrankTheStartingVector) {
 }
 
 TEST(SparseSolver, TheSolutionAsStartingVectorNeedsNoIteration) {
-  SparseSolver K = Chain(4);
+  Chain K(4);
   ReaVecT f = Filled(4, 0.0);
   f(4) = 1.0;
   ReaVecT start(4);
@@ -187,7 +189,7 @@ TEST(SparseSolver, TheSolutionAsStartingVectorNeedsNoIteration) {
 }
 
 TEST(SparseSolver, StartsFromZerosAfterASolution) {
-  SparseSolver K = Chain(4);
+  Chain K(4);
   ReaVecT f = Filled(4, 1.0);
   ASSERT_EQ(K.Solve(f, nullptr), 0);
   EXPECT_TRUE(K.x.empty());
@@ -202,7 +204,7 @@ TEST(SparseSolver, StartsFromZerosAfterASolution) {
 /// The residual after `iterations` on the small grid.
 double ResidualAfter(const GridModel& grid, int iterations) {
   ReaVecT f;
-  SparseSolver K = Held(grid, f, 1e-14, 1.0, iterations);
+  Held K(grid, f, 1e-14, 1.0, iterations);
   const ILUPreconditioner M(*K.matrix);
   double residual = 1e-14;
   ConjugateGradient(*K.matrix, K.x.data(), f.begin(), M, iterations, residual, nullptr);
@@ -214,7 +216,7 @@ TEST(SparseSolver, AcceptsTheWeakerToleranceWithANotice) {
   const double residual = ResidualAfter(grid, 3);
   ASSERT_GT(residual, 1e-6);
   ReaVecT f;
-  SparseSolver K = Held(grid, f, 1e-14, residual, 3);
+  Held K(grid, f, 1e-14, residual, 3);
   std::ostringstream info;
   EXPECT_EQ(K.Solve(f, &info), 0);
   char line[80];
@@ -228,7 +230,7 @@ TEST(SparseSolver, TheAcceptedLineShowsSixDecimals) {
   int iterations = 1;
   while (ResidualAfter(grid, iterations) > 1.5e-5) ++iterations;
   ReaVecT f;
-  SparseSolver K = Held(grid, f, 1e-14, 1e-3, iterations);
+  Held K(grid, f, 1e-14, 1e-3, iterations);
   std::ostringstream info;
   EXPECT_EQ(K.Solve(f, &info), 0);
   EXPECT_THAT(
@@ -239,7 +241,7 @@ TEST(SparseSolver, TheAcceptedLineShowsSixDecimals) {
 TEST(SparseSolver, BeyondTheWeakerToleranceReturnsMinusTheLimit) {
   const GridModel grid = SmallGrid(6);
   ReaVecT f;
-  SparseSolver K = Held(grid, f, 1e-14, 1e-12, 3);
+  Held K(grid, f, 1e-14, 1e-12, 3);
   std::ostringstream info;
   EXPECT_EQ(K.Solve(f, &info), -3);
   EXPECT_EQ(info.str(), "Not Solved after 3 Iterations\n");
@@ -250,7 +252,7 @@ TEST(SparseSolver, BeyondTheWeakerToleranceReturnsMinusTheLimit) {
 TEST(SparseSolver, ALimitOfZeroIsNoSuccess) {
   const GridModel grid = SmallGrid(3);
   ReaVecT f;
-  SparseSolver K = Held(grid, f, 1e-14, 1e-12, 0);
+  Held K(grid, f, 1e-14, 1e-12, 0);
   EXPECT_LT(K.Solve(f, nullptr), 0);
 }
 
@@ -281,7 +283,7 @@ TEST(SparseSolver, AnIsolatedNodeThatIsFixedAltogetherSolvesExactly) {
 }
 
 TEST(SparseSolver, AnEntryThatIsNotANumberIsABreakdown) {
-  SparseSolver K = Chain(3);
+  Chain K(3);
   K.Entry(2, 2) = std::nan("");
   ReaVecT f = Filled(3, 1.0);
   EXPECT_EQ(K.Solve(f, nullptr), -1);
@@ -290,7 +292,7 @@ TEST(SparseSolver, AnEntryThatIsNotANumberIsABreakdown) {
 
 // Two springs that hang free: the pivot of the last degree vanishes, the system has no solution.
 TEST(SparseSolver, AZeroPivotUnderALoadIsNotASuccess) {
-  SparseSolver K = Chain(2, 1e-12, 1e-6, 100);
+  Chain K(2, 1e-12, 1e-6, 100);
   K.Entry(1, 1) = 1.0;
   ReaVecT f = Filled(2, 1.0);
   std::ostringstream info;
@@ -332,7 +334,7 @@ TEST(SparseSolver, IterationsAreThoseOfTheScalarAlgorithm) {
   for (int dofs : {1, 2, 3, 6}) {
     const GridModel grid{6, 5, 7, dofs};
     ReaVecT f;
-    SparseSolver K = Held(grid, f, 1e-10, 1e-6, 1000);
+    Held K(grid, f, 1e-10, 1e-6, 1000);
     std::vector<double> x(f.n, 0.0);
     const std::vector<double> b(f.begin(), f.end());
     const int iterations = ScalarSparse(*K.matrix).ConjugateGradient(x, b, 1e-10, 1000);
@@ -347,7 +349,7 @@ TEST(SparseSolver, IterationsAreThoseOfTheScalarAlgorithm) {
 TEST(SparseSolver, ASecondAssemblyOnTheSameStructureGivesTheReactions) {
   const GridModel grid = SmallGrid(3);
   ReaVecT f;
-  SparseSolver K = Held(grid, f, 1e-12, 1e-6, 1000);
+  Held K(grid, f, 1e-12, 1e-6, 1000);
   ASSERT_EQ(K.Solve(f, nullptr), 0);
   K.SetZero();
   grid.Assemble(K);
@@ -361,7 +363,7 @@ TEST(SparseSolver, ASecondAssemblyOnTheSameStructureGivesTheReactions) {
 }
 
 TEST(SparseSolver, PrintsItsSizeAndTheEntries) {
-  SparseSolver K = Chain(2);
+  Chain K(2);
   std::ostringstream text;
   K.Print(text);
   EXPECT_EQ(text.str(),
@@ -369,7 +371,7 @@ TEST(SparseSolver, PrintsItsSizeAndTheEntries) {
 }
 
 TEST(SparseSolver, RefusesADenseCopyAndAPicture) {
-  SparseSolver K = Chain(2);
+  Chain K(2);
   Matriu dense;
   std::ostringstream picture;
   EXPECT_FATAL(K.CopyFromYouToMat(dense), "error SparseSolver::CopyFromYouToMat not implemented\n");
