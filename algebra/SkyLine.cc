@@ -5,12 +5,26 @@
 #include <cmath>
 #include <numeric>
 
+#include "algebra/LargePages.h"
 #include "algebra/Matriu.h"
 #include "algebra/ReaVecT.h"
 #include "algebra/Txolesky.h"
 #include "algebra/Zero.h"
 #include "main/ErrorChannel.h"
 #include "output/InfoFile.h"
+
+namespace {
+
+/// Asks for large pages under a large block of memory that begins anywhere.
+void PreferLargePagesWithin(void* memory, std::size_t bytes) {
+  constexpr std::size_t kLarge = std::size_t{1} << 22;
+  constexpr std::size_t kPage = 4096;
+  if (bytes >= kLarge && std::align(kPage, kLarge / 2, memory, bytes)) {
+    PreferLargePages(memory, bytes);
+  }
+}
+
+}  // namespace
 
 SkyLine::SkyLine(int degrees) : n(degrees), heights(n, 0), columns(n, nullptr) {}
 
@@ -31,11 +45,13 @@ void SkyLine::Allocate(int dofsPerNode) {
     const int dof = (j - 1) % dofsPerNode + 1;
     heights[j - 1] = std::max(heights[j - 1], dof);
   }
+  storage_.reset();
   // Fresh pages come as zeros from the system; nothing is touched before it is assembled.
   const auto total = static_cast<std::size_t>(NumStored());
   storage_.reset(
       static_cast<double*>(std::calloc(std::max<std::size_t>(total, 1), sizeof(double))));
   if (!storage_) HeapExhausted();
+  PreferLargePagesWithin(storage_.get(), total * sizeof(double));
 
   double* column = storage_.get();
   for (int j = 1; j <= n; ++j) {

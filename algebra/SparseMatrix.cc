@@ -124,10 +124,6 @@ void SparseMatrix::AddBlock(int i, int j, const Matriu& M) {
   if (M.nrows < 1 || M.ncols < 1) return;
   CheckBounds(i, j);
   CheckBounds(i + M.nrows - 1, j + M.ncols - 1);
-  if (i != j) {
-    CheckBounds(j, i);
-    CheckBounds(j + M.ncols - 1, i + M.nrows - 1);
-  }
   if (blockSize == 3 && IsWholeBlocks<3>(i, j, M)) return AddNodeBlocks<3>(i, j, M);
   if (blockSize == 6 && IsWholeBlocks<6>(i, j, M)) return AddNodeBlocks<6>(i, j, M);
   for (int r = 0; r < M.nrows; ++r) {

@@ -30,7 +30,7 @@ VoidPlex::Block::Block(int blockSize, int index)
 
 VoidPlex::VoidPlex(int size) : blockSize(CheckedBlockSize(size)) {
   auto block = std::make_unique<Block>(blockSize, 1);
-  head = current = directory_[1] = block.get();
+  head = current = block.get();
   ordered_.emplace(1, std::move(block));
 }
 
@@ -111,9 +111,7 @@ void VoidPlex::Compact() {
 
 void VoidPlex::Clear() {
   ordered_.erase(std::next(ordered_.begin()), ordered_.end());
-  directory_ = {
-      {head->first, head}
-  };
+  directory_.clear();
   std::fill_n(head->slots.get(), blockSize, nullptr);
   head->prev = head->next = current = head;
   lowest = highest = 0;
@@ -154,9 +152,7 @@ void VoidPlex::Rebase(int index) {
   node.key() = head->first = FirstOfRange(index, blockSize);
   head->last = std::int64_t{head->first} + blockSize - 1;
   ordered_.insert(std::move(node));
-  directory_ = {
-      {head->first, head}
-  };
+  directory_[head->first] = head;
 }
 
 // The lowest occupied index above `index` >= 1, or 0. Leaves `current` there for the next step.

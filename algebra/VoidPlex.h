@@ -99,6 +99,6 @@ private:
   // Two directories by `first`: one in order, for neighbours, and one that finds far blocks several
   // times as fast.
   std::map<int, std::unique_ptr<Block>> ordered_;  ///< owns the blocks; same order as the list
-  std::unordered_map<int, Block*> directory_;      ///< the same blocks
+  std::unordered_map<int, Block*> directory_;      ///< the same blocks; none when empty
   int fullBelow_ = 1;                              ///< no index below this one is free
 };

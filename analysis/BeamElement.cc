@@ -134,7 +134,7 @@ void BeamStrengths(const Project& project, const Mesh& mesh, ReaVecT& values) {
   values.Fill(0.0);
   double* place = values.begin();
   BeamElement beam(project);
-  double u1[6], u2[6];
+  double u1[6] = {}, u2[6] = {};
   for (const auto [number, elem] : mesh.elems) {
     beam.TakeAxes(*elem);
     beam.TakeStiffness();

@@ -1,5 +1,6 @@
-// Times the sparse solver's parts on grids of 27-point coupling: degrees per node and nodes along
-// an edge are the arguments. Bandwidths count 12 bytes per stored entry: a double and an index.
+// Times the sparse solver's parts on grids whose nodes are coupled with all nodes around them. The
+// arguments are the degrees per node, the nodes along the edges and the layers: a solid, a thick
+// solid of six degrees, a shell. Bandwidths count 12 bytes per stored entry: a double and an index.
 #include <benchmark/benchmark.h>
 #include <sys/resource.h>
 
@@ -17,7 +18,7 @@ constexpr double kBytesPerEntry = 12.0;
 
 GridModel Model(const benchmark::State& state) {
   const int edge = static_cast<int>(state.range(1));
-  return {edge, edge, edge, static_cast<int>(state.range(0))};
+  return {edge, edge, static_cast<int>(state.range(2)), static_cast<int>(state.range(0))};
 }
 
 /// The assembled matrix of a model, its lower plane held.
@@ -108,7 +109,7 @@ void BM_Solve(benchmark::State& state) {
 }
 
 void Grids(benchmark::internal::Benchmark* b) {
-  b->Args({3, 47})->Args({6, 37})->Unit(benchmark::kMillisecond);
+  b->Args({3, 47, 47})->Args({6, 37, 37})->Args({6, 224, 1})->Unit(benchmark::kMillisecond);
 }
 
 BENCHMARK(BM_Product)->Apply(Grids);

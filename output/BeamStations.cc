@@ -97,8 +97,9 @@ std::array<double, 3> BeamDisplacements::At(double xi) const {
 BeamStrength::BeamStrength(const BeamElement& beam, const double* ends, int c)
     : beam_(beam), c_(c) {
   const double sign = beam.project.problemType == Plane ? kPlaneSigns[c - 1] : kSpaceSigns[c - 1];
-  end1_ = sign * ends[c - 1];
-  end2_ = -sign * ends[beam.project.dofsPerNode + c - 1];
+  // A force of 0 gets no sign: -0.0 + 0.0 is 0.0.
+  end1_ = sign * ends[c - 1] + 0.0;
+  end2_ = -sign * ends[beam.project.dofsPerNode + c - 1] + 0.0;
 }
 
 double BeamStrength::At(double xi) const {

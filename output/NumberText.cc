@@ -191,7 +191,8 @@ struct SixDigits {
 
 inline char* WriteFixed(char* to, const SixDigits& six, int exponent) {
   if (exponent < 0) {
-    std::memcpy(to, "0.000", 5);
+    constexpr char kZeros[] = {'0', '.', '0', '0', '0'};
+    std::memcpy(to, kZeros, sizeof kZeros);
     to += 1 - exponent;  // "0." and -exponent - 1 zeros
     std::memcpy(to, six.digits, 6);
     return to + six.length;

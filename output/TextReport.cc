@@ -45,7 +45,8 @@ void WriteReactions(const Project& project, OutputText& output) {
   });
 }
 
-// Forces on one end of a beam; a blank behind each value, the last one too.
+// Forces on one end of a beam. Deliberate: a blank stands behind each value, the last one too,
+// while the lines of nodes have it before each value.
 void WriteEnd(const double* stored, const double* fromLoads, int dofs, OutputText& output) {
   for (int d = 0; d < dofs; ++d) output << stored[d] - fromLoads[d] << ' ';
   output << '\n';

@@ -113,7 +113,7 @@ void WriteVemoDisplacements(const Project& project, OutputText& results) {
   results << "Displacements   4 1.0 Estatic 2 1 1\nX\nY\nZ\n";
   ForEachListedNode(project, [&](int number, const Node& node) {
     const int equation = FirstEquation(node.number, project.dofsPerNode);
-    results << number << ' ';
+    results << number << ' ';  // Deliberate: two blanks before the first value.
     for (int d = 0; d < 3; ++d) results << ' ' << project.global(equation + d);
     results << '\n';
   });

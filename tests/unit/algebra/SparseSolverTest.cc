@@ -290,6 +290,33 @@ TEST(SparseSolver, AnEntryThatIsNotANumberIsABreakdown) {
   EXPECT_TRUE(K.x.empty());
 }
 
+// [1 1 .; 1 1 1; . 1 -1] is regular, but its second pivot is 0; with a negative diagonal there is
+// no second preconditioner.
+TEST(SparseSolver, AZeroPivotIsDividedByAndEndsAsABreakdown) {
+  SparseSolver K(3, 1e-10, 1e-6, 50);
+  K.AddNodePair(1, 2, 1);
+  K.AddNodePair(2, 3, 1);
+  K.Allocate(1);
+  K.AddBlock(1, 1, Single(1.0));
+  K.AddBlock(2, 2, Single(1.0));
+  K.AddBlock(3, 3, Single(-1.0));
+  K.AddBlock(1, 2, Single(1.0));
+  K.AddBlock(2, 3, Single(1.0));
+  ReaVecT f = Filled(3, 1.0);
+  EXPECT_EQ(K.Solve(f, nullptr), -1);
+}
+
+TEST(SparseSolver, AnInfiniteResidualIsNotSolved) {
+  const GridModel grid = SmallGrid(3);
+  ReaVecT f;
+  Held K(grid, f, 1e-10, 1e-6, 3);
+  for (double& value : K.matrix->values) value *= 1e200;  // the squares of residuals overflow
+  for (int i = 36; i < K.n; ++i) K.x[i] = 1.0;
+  std::ostringstream info;
+  EXPECT_EQ(K.Solve(f, &info), -3);
+  EXPECT_EQ(info.str(), "Not Solved after 3 Iterations\n");
+}
+
 // Two springs that hang free: the pivot of the last degree vanishes, the system has no solution.
 TEST(SparseSolver, AZeroPivotUnderALoadIsNotASuccess) {
   Chain K(2, 1e-12, 1e-6, 100);

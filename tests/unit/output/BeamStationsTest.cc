@@ -141,6 +141,26 @@ TEST(BeamStations, TensionIsPositive) {
   for (const double xi : {0.0, 0.3, 1.0}) ExpectClose(frame.Strength(1, xi), kEA * 0.001, kEA);
 }
 
+TEST(BeamStations, ForcesOfZeroHaveNoSign) {
+  for (const int problemType : {Plane, Space}) {
+    OneBeam frame(problemType);
+    for (int c = 1; c <= frame.model.project.dofsPerNode; ++c)
+      for (const double xi : {0.0, 0.5, 1.0}) {
+        EXPECT_EQ(frame.Strength(c, xi), 0.0);
+        EXPECT_FALSE(std::signbit(frame.Strength(c, xi)));
+      }
+  }
+}
+
+TEST(BeamStations, ForcesWithoutLoadAreExactlyConstant) {
+  OneBeam frame(Plane);
+  frame.To(2.0, 1.3, 0.0).model.Displace(1, {1e-3, -2e-3, 3e-3});
+  frame.model.Displace(2, {-2e-3, 4e-3, 1e-3});
+  for (int c = 1; c <= 2; ++c)
+    for (const double xi : {0.1, 0.35, 1.0})
+      EXPECT_EQ(frame.Strength(c, xi), frame.Strength(c, 0.0));
+}
+
 TEST(BeamStations, CoupleAlongTheBeamGivesTorque) {
   OneBeam frame(Space);
   frame.model.Load(1, LocalPressure, {0.0, 0.0, 0.0, 8.0, 0.0, 0.0});

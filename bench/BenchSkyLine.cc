@@ -1,0 +1,97 @@
+// The Txolesky factorisation and the substitutions: all kernels of this machine and the row by row
+// statement, on bands, on wave fronts and on profiles of independent heights.
+#include <benchmark/benchmark.h>
+
+#include <functional>
+#include <memory>
+
+#include "algebra/Txolesky.h"
+#include "tests/support/Profiles.h"
+#include "tests/support/Reference.h"
+
+namespace {
+
+/// Additions and multiplications of the profile alone: for every stored entry, the rows that its
+/// two columns share.
+double Operations(const std::vector<int>& heights) {
+  double sum = 0.0;
+  for (int j = 0; j < static_cast<int>(heights.size()); ++j) {
+    const int top = j - heights[j] + 1;
+    for (int i = top; i <= j; ++i) sum += 2.0 * (i - std::max(top, i - heights[i] + 1));
+  }
+  return sum;
+}
+
+using Factorise = std::function<int(const Profile&)>;
+
+void Time(benchmark::State& state, const std::vector<int>& heights, const Factorise& factorise) {
+  TestMatrix K = DominantMatrix(heights);
+  const std::vector<double> original = K.entries;
+  for (auto _ : state) {
+    state.PauseTiming();
+    std::copy(original.begin(), original.end(), K.entries.begin());
+    state.ResumeTiming();
+    if (factorise(K.View()) != 0) state.SkipWithError("failed");
+  }
+  state.counters["FLOPS"] =
+      benchmark::Counter(Operations(heights), benchmark::Counter::kIsIterationInvariantRate);
+}
+
+void TimeSubstitution(benchmark::State& state, const std::vector<int>& heights) {
+  TestMatrix K = DominantMatrix(heights);
+  std::vector<double> f(heights.size(), 1.0);
+  for (double* column : K.columns) column[0] = 1.0;
+  for (auto _ : state) {
+    SubstituteForward(K.View(), f.data());
+    SubstituteBackward(K.View(), f.data());
+    std::fill(f.begin(), f.end(), 1.0);
+  }
+  state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations() * K.entries.size() * 16));
+}
+
+struct Case {
+  const char* name;
+  std::function<std::vector<int>()> heights;
+};
+
+const Case kCases[] = {
+    {"band/n=1000/height=20",      [] { return BandHeights(1000, 20); }     },
+    {"band/n=1000/height=60",      [] { return BandHeights(1000, 60); }     },
+    {"band/n=20000/height=200",    [] { return BandHeights(20000, 200); }   },
+    {"band/n=10000/height=1000",   [] { return BandHeights(10000, 1000); }  },
+    {"band/n=10000/height=3000",   [] { return BandHeights(10000, 3000); }  },
+    {"front/side=20/dofs=3",       [] { return WaveFrontHeights(20, 3); }   },
+    {"front/side=40/dofs=6",       [] { return WaveFrontHeights(40, 6); }   },
+    {"front/side=90/dofs=6",       [] { return WaveFrontHeights(90, 6); }   },
+    {"random/n=1000/height=40",    [] { return RandomHeights(1000, 40); }   },
+    {"random/n=20000/height=200",  [] { return RandomHeights(20000, 200); } },
+    {"random/n=10000/height=1000", [] { return RandomHeights(10000, 1000); }},
+    {"spiked/n=5000",              [] { return SpikedHeights(5000); }       },
+};
+
+void Register() {
+  for (const Case& aCase : kCases) {
+    const auto add = [&](const std::string& how, const Factorise& factorise) {
+      benchmark::RegisterBenchmark(
+          (aCase.name + ("/" + how)).c_str(),
+          [&aCase, factorise](benchmark::State& state) { Time(state, aCase.heights(), factorise); })
+          ->Unit(benchmark::kMillisecond);
+    };
+    for (const TileKernel& kernel : SupportedTileKernels()) {
+      add(kernel.name, [&](const Profile& K) { return Txolesky(K, nullptr, kernel); });
+    }
+    add("row by row", [](const Profile& K) { return reference::Txolesky(K, nullptr); });
+    benchmark::RegisterBenchmark(
+        (aCase.name + std::string("/substitution")).c_str(),
+        [&aCase](benchmark::State& state) { TimeSubstitution(state, aCase.heights()); })
+        ->Unit(benchmark::kMillisecond);
+  }
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  Register();
+  benchmark::Initialize(&argc, argv);
+  benchmark::RunSpecifiedBenchmarks();
+}
