@@ -48,7 +48,7 @@ void WriteResidual(std::ostream* info, const char* format, int i, double resid, 
   if (info == nullptr) return;
   char text[120];
   std::snprintf(text, sizeof text, format, i, resid, tolerance);
-  *info << text;
+  *info << text << std::flush;
 }
 
 }  // namespace
@@ -73,10 +73,8 @@ int ConjugateGradient(const SparseMatrix& A, double* x, const double* b, const P
 
   double previousRho = 0.0;
   for (int i = 1; i <= limit && !std::isnan(resid); ++i) {
-    if (i % 10 == 0) {
+    if (i % 10 == 0)
       WriteResidual(info, "iteration number %i resid=%lg tol=%lg\n", i, resid, target);
-      if (info != nullptr) info->flush();
-    }
     M.Solve(r.data(), z.data());
     const double rho = Dot(n, r.data(), z.data());
     const double beta = i == 1 ? 0.0 : rho / previousRho;

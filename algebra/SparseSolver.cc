@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cassert>
-#include <cstdio>
 #include <limits>
 
 #include "algebra/BlockKernels.h"
@@ -128,16 +127,12 @@ int SparseSolver::Solve(ReaVecT& rhs, std::ostream* info) {
 int SparseSolver::Accept(double residual, int flag, std::ostream* info) const {
   if (!(residual >= 0.0)) return -1;
   if (flag == 0) return 0;
-  char text[400];  // "%lf" of the largest double has 317 characters
-  const bool isAccepted = residual <= tolerance2;
-  if (isAccepted) {
-    std::snprintf(text, sizeof text, "After %i Iterations, accepted tolerance of %lf\n",
-                  MaxIterations, residual);
-  } else {
-    std::snprintf(text, sizeof text, "Not Solved after %i Iterations\n", MaxIterations);
+  if (residual <= tolerance2) {
+    Progress(info, "After %i Iterations, accepted tolerance of %lf\n", MaxIterations, residual);
+    return 0;
   }
-  if (info != nullptr) *info << text;
-  return isAccepted ? 0 : -std::max(MaxIterations, 1);
+  Progress(info, "Not Solved after %i Iterations\n", MaxIterations);
+  return -std::max(MaxIterations, 1);
 }
 
 bool SparseSolver::HasDiagonals() const {
