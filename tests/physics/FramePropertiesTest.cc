@@ -276,6 +276,101 @@ TEST(FrameInvariance, BothSolversAndBothNumberingsAgree) {
   }
 }
 
+/// Frames that use everything that goes into the equations.
+std::vector<FrameDeck> EveryKindOfFrame() {
+  std::vector<FrameDeck> decks;
+  decks.push_back(SpaceFrame()
+                      .Load(7, {1, 2, 3, 0.4, 0.5, 0.6})
+                      .LineLoad("global_pressure_loads", 5, "0 3 -4")
+                      .LineLoad("local_pressure_loads", 6, "2 -3 4 5")
+                      .LineLoad("global_projected_pressure_loads", 9, "0 0 -8"));
+  decks.push_back(SpaceFrame()
+                      .Support(5, "012020 0 1e-3 400 0 50 0 Euler1=0.3 Euler2=0.8 Euler3=2")
+                      .Support(8, "001000 0 0 -2e-3 0 0 0")
+                      .Load(6, {3, -1, -9, 0, 0, 0}));
+  decks.push_back(SpaceFrame()
+                      .Rotule(5)
+                      .Rotule(7)
+                      .Load(7, {1, 2, 3, 0, 0, 0})
+                      .LineLoad("global_pressure_loads", 5, "1 0 0"));
+  decks.push_back(FrameDeck(2)
+                      .Node(1, 0, 0)
+                      .Node(2, 0.2, 3)
+                      .Node(3, 4, 3.5)
+                      .Node(4, 4, 0)
+                      .Beam(1, 1, 2)
+                      .Beam(2, 3, 2)
+                      .Beam(3, 3, 4)
+                      .Material(1, "E=1e5 A=0.1 Iz=0.01 Weight=7")
+                      .Clamp(1)
+                      .Rotule(3)
+                      .Support(4, "122 1e-3 2e3 40 Euler3=0.4")
+                      .Load(2, {12, 0, 5})
+                      .Key("GravityDirection 0 -1 0"));
+  return decks;
+}
+
+/// Displacements, printed reactions and strengths, in the order of the deck.
+std::vector<double> AnswersOf(const Project& project) {
+  std::vector<double> answers;
+  for (const auto [number, node] : *project.meshes[0]->nodes) {
+    for (int d = 1; d <= project.dofsPerNode; ++d)
+      answers.push_back(Displacement(project, number, d));
+    if (!node->constraint) continue;
+    for (const double reaction : node->constraint->reactions) answers.push_back(reaction);
+  }
+  for (const ReaVecT& strengths : project.gaussVariables)
+    answers.insert(answers.end(), strengths.begin(), strengths.end());
+  return answers;
+}
+
+TEST(FrameInvariance, EverySolverGivesTheSameInEveryNumbering) {
+  for (const FrameDeck& deck : EveryKindOfFrame()) {
+    FrameDeck direct = deck;
+    const std::vector<double> wanted = AnswersOf(*RunDeck(direct.Key("Solver SkyLine").Text(), 1));
+    for (const char* const solver : {"SkyLine", "Sparse 1e-13 1e-10 5000", "Automatic", "Double"})
+      for (const int renumber : {0, 1}) {
+        FrameDeck copy = deck;
+        const std::vector<double> answers =
+            AnswersOf(*RunDeck(copy.Key(std::string("Solver ") + solver).Text(), renumber));
+        ASSERT_EQ(answers.size(), wanted.size());
+        for (std::size_t i = 0; i < wanted.size(); ++i)
+          EXPECT_NEAR(answers[i], wanted[i], 1e-7 * std::max(std::abs(wanted[i]), 1.0))
+              << solver << ' ' << renumber << ' ' << i;
+      }
+  }
+}
+
+TEST(FrameInvariance, NumbersDirectionsAndMeshesOfTheDeckDoNotMatter) {
+  const int newNumber[kNodes + 1] = {0, 6, 3, 8, 1, 7, 2, 4, 5};
+  FrameDeck other(3);
+  for (int n = kNodes; n >= 1; --n)
+    other.Node(newNumber[n], kFrame[n - 1].x, kFrame[n - 1].y, kFrame[n - 1].z);
+  for (int i = 9; i >= 1; --i) {  // the other way round, in three meshes
+    other.Beam(20 - i, newNumber[kBeams[i - 1][1]], newNumber[kBeams[i - 1][0]]);
+    if (i == 7 || i == 3) other.NextMesh();
+  }
+  other.Material(1, "E=2e6 A=0.02 Iz=1e-3 Iy=1e-3 G=8e5 J=1.5e-3");
+  for (int n = 1; n <= kFeet; ++n) other.Clamp(newNumber[n]);
+  other.Load(newNumber[7], {1, 2, 3, 0.4, 0.5, 0.6});
+  other.LineLoad("global_pressure_loads", 20 - 5, "0 3 -4");
+  const auto plain = RunDeck(SpaceFrame()
+                                 .Load(7, {1, 2, 3, 0.4, 0.5, 0.6})
+                                 .LineLoad("global_pressure_loads", 5, "0 3 -4")
+                                 .Text());
+  for (const int renumber : {0, 1}) {
+    const auto mixed = RunDeck(other.Text(), renumber);
+    ASSERT_EQ(mixed->meshes.size(), 3U);
+    for (int d = 1; d <= 6; ++d) {
+      for (int n = 1; n <= kNodes; ++n)
+        EXPECT_NEAR(Displacement(*mixed, newNumber[n], d), Displacement(*plain, n, d),
+                    1e-10 * LargestDisplacement(*plain));
+      for (int n = 1; n <= kFeet; ++n)
+        EXPECT_NEAR(Reaction(*mixed, newNumber[n], d), Reaction(*plain, n, d), 1e-8);
+    }
+  }
+}
+
 TEST(FrameInvariance, UnitsOfTheDeckDoNotChangeTheStructure) {
   const auto plain = RunDeck(FrameDeck(2)
                                  .Node(1, 0, 0)
@@ -324,6 +419,31 @@ TEST(FrameInvariance, UnitsOfTheDeckDoNotChangeTheStructure) {
                                  .Load(2, {1000, 0, 500})
                                  .LineLoad("local_pressure_loads", 1, "0 -2e-3 units=kN-mm")
                                  .Text());
+  // And with results in kN and cm.
+  const std::string results =
+      "units_names\nkN-cm kN cm kN/cm2 1000 0.01\nend\n"
+      "units_mesh cm\nunits_mat_and_load kN-cm\nunits_res kN-cm\nGravityDirection 0 -1 0";
+  const auto inCm = RunDeck(FrameDeck(2)
+                                .Key(results)
+                                .Node(1, 0, 0)
+                                .Node(2, 400, 0)
+                                .Node(3, 400, -300)
+                                .Beam(1, 1, 2)
+                                .Beam(2, 2, 3)
+                                .Material(1, "E=2e4 A=100 Iz=1000 Weight=7.85e-5")
+                                .Clamp(1)
+                                .Support(3, "120 0.1 10 0")
+                                .Load(2, {1, 0, 50})
+                                .LineLoad("local_pressure_loads", 1, "0 -0.02")
+                                .Text());
+  for (int d = 1; d <= 3; ++d) {
+    const double length = d == 3 ? 1.0 : 0.01, moment = d == 3 ? 10.0 : 1000.0;
+    for (int n = 1; n <= 3; ++n)
+      EXPECT_NEAR(length * Displacement(*inCm, n, d), Displacement(*plain, n, d),
+                  1e-9 * LargestDisplacement(*plain));
+    EXPECT_NEAR(moment * Reaction(*inCm, 1, d), Reaction(*plain, 1, d),
+                1e-9 * std::abs(Reaction(*plain, 1, d)));
+  }
   const double size = LargestDisplacement(*plain);
   for (const auto* other : {&converted, &mixed})
     for (int n = 1; n <= 3; ++n)
@@ -354,6 +474,36 @@ TEST(FrameLinearity, DisplacementsAreReciprocal) {
   EXPECT_NEAR(Displacement(*at7, 5, 5), Displacement(*at5, 7, 1),
               1e-12 * LargestDisplacement(*at7));
   EXPECT_GT(std::abs(Displacement(*at7, 5, 5)), 1e-6);
+}
+
+/// u^T K u, beam by beam in local axes.
+double WorkOfStrengths(const Project& project) {
+  const int dofs = project.dofsPerNode;
+  const double* f = project.gaussVariables[0].begin();
+  BeamElement beam(project);
+  double u1[6] = {}, u2[6] = {};
+  double work = 0.0;
+  for (const auto [number, elem] : project.meshes[0]->elems) {
+    beam.Take(*elem);
+    beam.LocalDisplacements(project.global, u1, u2);
+    for (int d = 0; d < dofs; ++d) work += f[d] * u1[d] + f[dofs + d] * u2[d];
+    f += 2 * dofs;
+  }
+  return work;
+}
+
+TEST(FrameLinearity, TheWorkOfLoadsAndSupportsIsThatOfTheStrengths) {
+  FrameDeck deck = SpaceFrame().Rotule(6).Load(7, {1, 2, 3, 4, 5, 6}).Load(5, {-7, 0, 1, 0, 0, 0});
+  const auto project =
+      RunDeck(deck.Support(8, "020001 0 300 0 0 0 1e-3").Support(2, "111111 .01 0 0 0 0 0").Text());
+  double work = -7 * Displacement(*project, 5, 1) + Displacement(*project, 5, 3);
+  for (int d = 1; d <= 6; ++d) {
+    work += d * Displacement(*project, 7, d);
+    for (const int n : {1, 2, 3, 4, 8})
+      work += Reaction(*project, n, d) * Displacement(*project, n, d);
+  }
+  EXPECT_GT(work, 1e-3);
+  EXPECT_NEAR(WorkOfStrengths(*project), work, 1e-9 * work);
 }
 
 TEST(FrameLinearity, RigidMotionsOfTheSupportsGiveNoForces) {

@@ -19,6 +19,12 @@ public:
                  std::to_string(node2) + ' ' + std::to_string(material) + '\n';
     return *this;
   }
+  /// Later beams belong to another mesh, on the nodes of the first.
+  FrameDeck& NextMesh() {
+    elements_ += "end elements\nmesh\ndimension = " + std::to_string(dimension_) +
+                 " elemtype Linear nnode = 2\ncoordinates\nend coordinates\nelements\n";
+    return *this;
+  }
   FrameDeck& Material(int number, const std::string& keys) { return Add(materials_, number, keys); }
   /// Codes and values as on the line of a constraint.
   FrameDeck& Support(int node, const std::string& line) { return Add(constraints_, node, line); }

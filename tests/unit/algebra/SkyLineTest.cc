@@ -7,6 +7,7 @@
 #include "algebra/ReaVecT.h"
 #include "algebra/SkyLine.h"
 #include "tests/support/FatalExit.h"
+#include "tests/support/FlushCounter.h"
 
 namespace {
 
@@ -363,9 +364,10 @@ TEST(SkyLine, SolvesAgainAfterSetZeroAndAnotherAssembly) {
 TEST(SkyLine, ReportsProgressEvery500DegreesOnly) {
   SkyLine K = Chain(1200);
   ReaVecT f(1200);
-  std::ostringstream info;
+  FlushCounter info;
   ASSERT_EQ(K.Solve(f, &info), 0);
-  EXPECT_EQ(info.str(),
+  EXPECT_EQ(info.Flushes(), 5);
+  EXPECT_EQ(info.Text(),
             "Solving degree 500 of 1200\n"
             "Solving degree 1000 of 1200\n"
             "Txolesky finished\n"

@@ -111,6 +111,23 @@ TEST_P(Txolesky, FailsAtTheFirstBadPivotOfEveryPlace) {
   }
 }
 
+/// A bad number above the diagonal spoils its own column first, in whatever tile it lies.
+TEST_P(Txolesky, ANumberThatIsNoneFailsAtItsColumn) {
+  for (const auto& [row, column] : {
+           std::pair{1,   2  },
+           {3,   8  },
+           {1,   25 },
+           {24,  25 },
+           {90,  97 },
+           {5,   200},
+           {191, 290}
+  }) {
+    TestMatrix K = DominantMatrix(FullHeights(300));
+    K.Entry(row, column) = std::nan("");
+    EXPECT_EQ(Factorise(K), column) << row;
+  }
+}
+
 /// Row and column `failing` are those of degree 1 times a number: exact in floating point.
 TEST_P(Txolesky, FailsWhereTheRowByRowStatementFindsADependentRow) {
   for (const double value : {1.0, 3.0, 49.0, 1e8 / 3.0}) {
@@ -144,6 +161,15 @@ TEST_P(Txolesky, ReportsEvery500thPivotWhenItIsFormed) {
             "Solving degree 500 of 1600\n"
             "Solving degree 1000 of 1600\n"
             "Solving degree 1500 of 1600\n");
+}
+
+TEST_P(Txolesky, ReportsTheLastPivotToo) {
+  for (const int height : {8, 120, 400}) {  // narrow, middle and wide blocks
+    TestMatrix K = DominantMatrix(BandHeights(500, height));
+    std::ostringstream info;
+    EXPECT_EQ(Factorise(K, &info), 0);
+    EXPECT_EQ(info.str(), "Solving degree 500 of 500\n");
+  }
 }
 
 TEST_P(Txolesky, NothingBesideTheProfileIsTouched) {

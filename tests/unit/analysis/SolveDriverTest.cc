@@ -1,8 +1,10 @@
+#include <algorithm>
 #include <sstream>
 #include <string>
 
 #include "analysis/SolveDriver.h"
 #include "tests/support/FatalExit.h"
+#include "tests/support/FlushCounter.h"
 #include "tests/support/FrameDeck.h"
 #include "tests/support/RunDeck.h"
 
@@ -222,6 +224,15 @@ TEST(SolveDriver, WritesTheLinesOfABeamModelInOrder) {
             "Beginning 1st substitution in LU system\n"
             "Beginning 2nd substitution in LU system\n"
             "Solver finished\n");
+}
+
+TEST(SolveDriver, FlushesEachTextAsItIsWritten) {
+  const auto project = ReadDeck(Chain(2, 3).Key("Solver SkyLine").Text());
+  FlushCounter info;
+  SolveProject(*project, 0, &info);
+  const std::string text = info.Text();
+  const std::string behindReport = text.substr(text.find("Just before filling"));
+  EXPECT_EQ(info.Flushes(), 1 + std::count(behindReport.begin(), behindReport.end(), '\n'));
 }
 
 /// The lines of `info` that are among `wanted`, in their order.
