@@ -15,8 +15,7 @@ public:
   /// Takes the next pair; false at the end of the line, and at a key without a value.
   bool Next() {
     while (TakePair()) {
-      if (!StartsWith(key, "units") && !StartsWith(key, "Units") && !StartsWith(key, "UNITS"))
-        return true;
+      if (!IsUnitsKey(key)) return true;
       text_ = behindKey_;  // a unit name has its own rule for what may stand before it
       factors = TakeUnits(units_, text_);
     }

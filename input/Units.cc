@@ -11,6 +11,9 @@ namespace {
 
 constexpr std::size_t kMaxNameLength = 20;
 
+// The spellings of a units key, by rank.
+constexpr std::string_view kUnitsKeys[] = {"units", "Units", "UNITS"};
+
 // Longest word that is taken from a line as the name of a system.
 constexpr std::size_t kMaxWordInLine = 99;
 
@@ -73,8 +76,13 @@ const UnitSystem& FindUnits(const Units& units, std::string_view name) {
   return *found;
 }
 
+bool IsUnitsKey(std::string_view key) {
+  return std::any_of(std::begin(kUnitsKeys), std::end(kUnitsKeys),
+                     [key](std::string_view spelling) { return StartsWith(key, spelling); });
+}
+
 const UnitSystem* FindUnitsInLine(const Units& units, std::string_view line) {
-  for (const std::string_view key : {"units", "Units", "UNITS"}) {
+  for (const std::string_view key : kUnitsKeys) {
     const std::size_t place = line.find(key);
     if (place == std::string_view::npos) continue;
     line.remove_prefix(place + key.size());

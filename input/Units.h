@@ -49,6 +49,10 @@ void ReadUnitsNames(Units& units, TextInput& input);
 /// The system of that name; ends the run when the name is too long or unknown.
 const UnitSystem& FindUnits(const Units& units, std::string_view name);
 
+/// Whether a key of a key and value list names a unit system: it begins with "units", "Units" or
+/// "UNITS".
+bool IsUnitsKey(std::string_view key);
+
 /// The system named behind the first "units" (else "Units", else "UNITS") of the line; null when
 /// the line names none.
 const UnitSystem* FindUnitsInLine(const Units& units, std::string_view line);

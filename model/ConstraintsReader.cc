@@ -10,6 +10,7 @@
 #include "input/Words.h"
 #include "main/ErrorChannel.h"
 #include "model/Constraint.h"
+#include "model/EulerAngles.h"
 #include "model/NodeSections.h"
 
 namespace {
@@ -35,9 +36,7 @@ bool TakeCodesAndValues(std::string_view& text, int n, SupportLine& line) {
 }
 
 void TakeEulerAngle(std::string_view key, std::string_view value, SupportLine& line) {
-  const char which = key.size() > 5 ? key[5] : '0';
-  if (which < '1' || which > '3') Fatal("error: Euler angles must be: Euler1,Euler2 or Euler3\n");
-  line.euler[which - '1'] = RealOf(value);
+  line.euler[EulerPlaceOf(key)] = RealOf(value);
   line.hasEuler = true;
 }
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string_view>
+
 #include "algebra/FixedMatrix.h"
 #include "algebra/ReaVec3.h"
 
@@ -31,3 +33,8 @@ ReaVec3 FrameToAngles(const Matriu& R);
 /// 10 degrees have the mean 0, not 180. With three, the mean of the first two counts double.
 ReaVec3 MeanAngles(const ReaVec3& a, const ReaVec3& b);
 ReaVec3 MeanAngles(const ReaVec3& a, const ReaVec3& b, const ReaVec3& c);
+
+/// The place (0, 1, 2) of the angle that a key names by its sixth character: "Euler1" to "Euler3",
+/// whatever follows. Any other ends the run with "error: Euler angles must be: Euler1,Euler2 or
+/// Euler3\n".
+int EulerPlaceOf(std::string_view key);

@@ -1,9 +1,9 @@
-#include <algorithm>
 #include <optional>
 
 #include "input/Units.h"
 #include "input/Words.h"
 #include "main/ErrorChannel.h"
+#include "model/EulerAngles.h"
 #include "model/Material.h"
 
 namespace {
@@ -30,10 +30,9 @@ void SetWidthZ(Definition& d, std::string_view, double value) {
 void SetEuler(Definition& d, std::string_view key, double value) {
   Material& m = d.material;
   double* const angles[] = {&m.Euler1, &m.Euler2, &m.Euler3};
-  const char which = key.size() > 5 ? key[5] : '0';
-  if (which < '1' || which > '3') Fatal("error: Euler angles must be: Euler1,Euler2 or Euler3\n");
+  double& angle = *angles[EulerPlaceOf(key)];
   m.hasEuler = 1;
-  *angles[which - '1'] = value;
+  angle = value;
 }
 
 void SetWeight(Definition& d, std::string_view, double value) {
@@ -129,14 +128,10 @@ const KeyRule& RuleOf(std::string_view key) {
   Fatal("Input of materials not correct. Unknown char: '", key, "'\n");
 }
 
-bool IsUnitsKey(std::string_view key) {
-  return StartsWith(key, "units") || StartsWith(key, "Units") || StartsWith(key, "UNITS");
-}
-
 /// The name behind a units key: '=' and ':' may stand apart from both. The system itself is found
 /// on the whole line, before any key.
 std::string_view TakeUnitsName(std::string_view& text) {
-  text.remove_prefix(std::min(text.find_first_not_of(" \t\r\n\v\f=:"), text.size()));
+  text = BehindSigns(text);
   return TakeValue(text);
 }
 

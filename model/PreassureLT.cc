@@ -86,9 +86,7 @@ void CheckFace(int face, int elemType, int elemNumber) {
 }
 
 void TakeEulerAngle(std::string_view key, std::string_view value, LoadLine& line) {
-  const char which = key.size() > 5 ? key[5] : '\0';
-  if (which < '1' || which > '3') Fatal("error: Euler angles must be: Euler1,Euler2 or Euler3\n");
-  line.euler[which - '1'] = RealOf(value);
+  line.euler[EulerPlaceOf(key)] = RealOf(value);
   line.hasEuler = true;
 }
 
