@@ -21,6 +21,41 @@ int SumOf(const std::vector<int>& lengths) {
   return static_cast<int>(sum);
 }
 
+/// The place of the only `wanted` among `count` numbers, or -1. Looks at all of them: without a
+/// jump that nobody can foresee, the search is a vector loop, and the next one begins before this
+/// one has its answer.
+int PlaceOf(int wanted, const int* numbers, int count) {
+  int place = -1;
+  for (int k = 0; k < count; ++k) place = numbers[k] == wanted ? k : place;
+  return place;
+}
+
+/// Which of the node blocks of a row has its first column at `firstCol`, the first unclaimed one
+/// when it is new; -1 when the row is full.
+int FindOrClaimBlock(int* columns, int blocks, int firstCol) {
+  if (const int b = PlaceOf(firstCol, columns, blocks); b >= 0) return b;
+  int* const unclaimed = std::find(columns, columns + blocks, -1);
+  if (unclaimed == columns + blocks) return -1;
+  *unclaimed = firstCol;
+  return static_cast<int>(unclaimed - columns);
+}
+
+/// Whether M at (i, j) consists of node blocks of B rows, and the block and its mirror share no
+/// rows, so that claiming one after the other is claiming entry by entry.
+template <int B>
+bool IsWholeBlocks(int i, int j, const Matriu& M) {
+  const bool areAligned = i % B == 0 && j % B == 0 && M.nrows % B == 0 && M.ncols % B == 0;
+  return areAligned && (i == j || i + M.nrows <= j || j + M.ncols <= i);
+}
+
+/// to += the node block whose entry (r, c) is block[r * rowStride + c * columnStride].
+template <int B>
+void AddColumns(const double* block, int rowStride, int columnStride, double* to) {
+  for (int c = 0; c < B; ++c, to += B, block += columnStride) {
+    for (int r = 0; r < B; ++r) to[r] += block[r * rowStride];
+  }
+}
+
 }  // namespace
 
 SparseMatrix::SparseMatrix(int n, const std::vector<int>& rowLengths, int blockSizeOfNodes)
@@ -89,10 +124,8 @@ void SparseMatrix::AddBlock(int i, int j, const Matriu& M) {
   if (M.nrows < 1 || M.ncols < 1) return;
   CheckBounds(i, j);
   CheckBounds(i + M.nrows - 1, j + M.ncols - 1);
-  if (IsWholeBlocks(i, j, M)) {
-    AddNodeBlocks(i, j, M);
-    return;
-  }
+  if (blockSize == 3 && IsWholeBlocks<3>(i, j, M)) return AddNodeBlocks<3>(i, j, M);
+  if (blockSize == 6 && IsWholeBlocks<6>(i, j, M)) return AddNodeBlocks<6>(i, j, M);
   for (int r = 0; r < M.nrows; ++r) {
     for (int c = 0; c < M.ncols; ++c) {
       Add(i + r, j + c, M(r + 1, c + 1));
@@ -101,51 +134,30 @@ void SparseMatrix::AddBlock(int i, int j, const Matriu& M) {
   }
 }
 
-/// Whether M at (i, j) consists of node blocks, and the block and its mirror share no rows, so that
-/// claiming one after the other is claiming entry by entry.
-bool SparseMatrix::IsWholeBlocks(int i, int j, const Matriu& M) const {
-  const bool areAligned = i % blockSize == 0 && j % blockSize == 0 && M.nrows % blockSize == 0 &&
-                          M.ncols % blockSize == 0;
-  return areAligned && blockSize > 1 && (i == j || i + M.nrows <= j || j + M.ncols <= i);
-}
-
+/// Adds M block by block, and to the mirrored place. Both places are found before either is
+/// written to, so that the memory looks for both at once.
+template <int B>
 void SparseMatrix::AddNodeBlocks(int i, int j, const Matriu& M) {
-  const double* const block = M.data.get();
-  for (int r = 0; r < M.nrows; r += blockSize) {
-    for (int c = 0; c < M.ncols; c += blockSize) {
-      AddNodeBlock(i + r, j + c, block + r * M.ncols + c, M.ncols, 1);
-    }
-  }
-  if (i == j) return;
-  for (int c = 0; c < M.ncols; c += blockSize) {
-    for (int r = 0; r < M.nrows; r += blockSize) {
-      AddNodeBlock(j + c, i + r, block + r * M.ncols + c, 1, M.ncols);
+  for (int r = 0; r < M.nrows; r += B) {
+    for (int c = 0; c < M.ncols; c += B) {
+      const double* const block = M.data.get() + r * M.ncols + c;
+      double* const upper = NodeBlock<B>(i + r, j + c);
+      double* const lower = i == j ? nullptr : NodeBlock<B>(j + c, i + r);
+      AddColumns<B>(block, M.ncols, 1, upper);
+      if (lower != nullptr) AddColumns<B>(block, 1, M.ncols, lower);
     }
   }
 }
 
-void SparseMatrix::AddNodeBlock(int firstRow, int firstCol, const double* block, int rowStride,
-                                int colStride) {
-  const int b = FindOrClaimBlock(firstRow, firstCol);
+/// The values of the node block at (firstRow, firstCol), column after column; claimed when it is
+/// new.
+template <int B>
+double* SparseMatrix::NodeBlock(int firstRow, int firstCol) {
+  const int start = rowStart[firstRow];
+  int* const columns = colIndex.data() + start / (B * B);
+  const int b = FindOrClaimBlock(columns, (rowStart[firstRow + 1] - start) / B, firstCol);
   if (b < 0) Fatal("Wrong Row ", firstRow, " definition: Row length ", Length(firstRow));
-  double* column = values.data() + Place(firstRow, b * blockSize);
-  for (int c = 0; c < blockSize; ++c, column += blockSize, block += colStride) {
-    for (int r = 0; r < blockSize; ++r) column[r] += block[r * rowStride];
-  }
-}
-
-/// Which block of its node row holds the node block at (firstRow, firstCol), the first unclaimed
-/// one when it is new; -1 when the row is full.
-int SparseMatrix::FindOrClaimBlock(int firstRow, int firstCol) {
-  int* const column = Columns(firstRow);
-  const int blocks = Length(firstRow) / blockSize;
-  for (int b = 0; b < blocks; ++b) {
-    if (column[b] == firstCol) return b;
-    if (column[b] >= 0) continue;
-    column[b] = firstCol;
-    return b;
-  }
-  return -1;
+  return values.data() + start + b * (B * B);
 }
 
 /// Every slot gets a column number of its own, and the rows of a node part.

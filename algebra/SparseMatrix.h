@@ -121,10 +121,10 @@ private:
   void CheckBounds(int i, int j) const;
   int FindSlot(int i, int j) const;
   int FindOrClaim(int i, int j);
-  int FindOrClaimBlock(int firstRow, int firstCol);
-  bool IsWholeBlocks(int i, int j, const Matriu& M) const;
+  template <int B>
   void AddNodeBlocks(int i, int j, const Matriu& M);
-  void AddNodeBlock(int firstRow, int firstCol, const double* block, int rowStride, int colStride);
+  template <int B>
+  double* NodeBlock(int firstRow, int firstCol);
   void SplitBlocks();
 };
 

@@ -25,6 +25,10 @@ inline double Norm(const Vector3& a) {
 inline Vector3 Cross(const Vector3& a, const Vector3& b) {
   return {a[1] * b[2] - a[2] * b[1], a[2] * b[0] - a[0] * b[2], a[0] * b[1] - a[1] * b[0]};
 }
+/// a . (b x c), the determinant of the rows a, b, c.
+inline double TripleProduct(const Vector3& a, const Vector3& b, const Vector3& c) {
+  return Dot(a, Cross(b, c));
+}
 /// a / |a|; the length must not be 0.
 inline Vector3 Unit(const Vector3& a) {
   const double length = Norm(a);

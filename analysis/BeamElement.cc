@@ -1,18 +1,13 @@
 #include "analysis/BeamElement.h"
 
 #include "algebra/Zero.h"
+#include "analysis/MaterialOf.h"
 #include "analysis/Surface.h"
 #include "analysis/TurnBlock.h"
 #include "input/Project.h"
 #include "main/ErrorChannel.h"
 
 namespace {
-
-const Material& MaterialOf(const Project& project, const Elem& elem) {
-  const Material* const material = elem.GetMaterial(project.materials);
-  if (material == nullptr) Fatal("error: Material in element: ", elem.number, " doesn't exist\n");
-  return *material;
-}
 
 /// 0.0 when a factor is not positive: two marks of "not given" would multiply to 1.
 double WeightPerLength(const Material& material) {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "algebra/FixedMatrix.h"
 #include "algebra/Matriu.h"
 #include "algebra/Zero.h"
 #include "input/Project.h"
@@ -31,9 +32,10 @@ void TurnTensor(const double* local, double theta, double* main) {
 }
 
 /// Angles of the element axes T turned by theta about their z: axis 1 = x cos - y sin, axis 2 =
-/// x sin + y cos, the directions on which the main values act. `frame` is work space.
-void TurnedAngles(const Matriu& T, double theta, Matriu& frame, double* angles) {
+/// x sin + y cos, the directions on which the main values act.
+void TurnedAngles(const Matriu& T, double theta, double* angles) {
   const double c = std::cos(theta), s = std::sin(theta);
+  FixedMatrix<3, 3> frame;
   for (int r = 1; r <= 3; ++r) {
     frame(r, 1) = T(r, 1) * c - T(r, 2) * s;
     frame(r, 2) = T(r, 1) * s + T(r, 2) * c;
@@ -47,7 +49,6 @@ void TurnedAngles(const Matriu& T, double theta, Matriu& frame, double* angles) 
 
 void MainValues(ReaVecT& values, int firstValue, int points, ReaVecT& directions,
                 int firstDirection, const Matriu& T, ReaVecT* target) {
-  Matriu frame(3, 3);
   for (int p = 0; p < points; ++p) {
     double local[8];
     std::copy_n(&values(firstValue + 8 * p), 8, local);
@@ -56,11 +57,11 @@ void MainValues(ReaVecT& values, int firstValue, int points, ReaVecT& directions
 
     const double theta = MainAngle(local[0], local[1], local[2]);
     TurnTensor(local, theta, main);
-    TurnedAngles(T, theta, frame, angles);
+    TurnedAngles(T, theta, angles);
 
     const double thetaM = MainAngle(local[3], local[4], local[5]);
     TurnTensor(local + 3, thetaM, main + 3);
-    TurnedAngles(T, thetaM, frame, angles + 3);
+    TurnedAngles(T, thetaM, angles + 3);
 
     // Deliberate: the shears turn by +theta of the moments, not with the axes above.
     main[6] = local[6] * std::cos(thetaM) + local[7] * std::sin(thetaM);

@@ -12,6 +12,10 @@ void TransposeInPlace(Matriu& K) {
     for (int j = i + 1; j <= K.ncols; ++j) std::swap(K(i, j), K(j, i));
 }
 
+bool IsInclined(const Node& node) {
+  return node.constraint && node.constraint->hasLocalAxes != 0;
+}
+
 constexpr FixedMatrix<3, 3> kIdentity{
     {1.0, 0.0, 0.0, 0.0, 1.0, 0.0, 0.0, 0.0, 1.0}
 };
@@ -19,7 +23,7 @@ constexpr FixedMatrix<3, 3> kIdentity{
 }  // namespace
 
 std::optional<FixedMatrix<3, 3>> SupportAxes(const Project& project, const Node& node) {
-  if (!node.constraint || node.constraint->hasLocalAxes == 0) return std::nullopt;
+  if (!IsInclined(node)) return std::nullopt;
   // The third degree of a plane frame is a rotation, which must keep its axis; that of a solid is a
   // translation like the others.
   const bool solid = !project.meshes.empty() && project.meshes[0]->elemType == Tetrahedra;
@@ -45,9 +49,15 @@ void NodeBlocks::Add(const Node& a, const Node& b, Matriu& K) {
 }
 
 /// K := R_a^T K R_b.
-void NodeBlocks::Turn(const Node& a, const Node& b, Matriu& K) const {
-  const auto Ra = SupportAxes(project_, a);
-  const auto Rb = SupportAxes(project_, b);
-  if (!Ra && !Rb) return;
-  TurnBlock(Ra ? Transpose(*Ra) : kIdentity, Rb ? Transpose(*Rb) : kIdentity, K);
+void NodeBlocks::Turn(const Node& a, const Node& b, Matriu& K) {
+  if (!IsInclined(a) && !IsInclined(b)) return;
+  TurnBlock(ToSupport(a), ToSupport(b), K);
+}
+
+/// R^T of the node, found once for all its blocks.
+const FixedMatrix<3, 3>& NodeBlocks::ToSupport(const Node& node) {
+  if (!IsInclined(node)) return kIdentity;
+  const auto [place, isNew] = toSupport_.try_emplace(&node);
+  if (isNew) place->second = Transpose(*SupportAxes(project_, node));
+  return place->second;
 }

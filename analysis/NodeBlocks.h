@@ -1,6 +1,7 @@
 #pragma once
 
 #include <optional>
+#include <unordered_map>
 
 #include "algebra/FixedMatrix.h"
 #include "algebra/Matriu.h"
@@ -28,9 +29,11 @@ public:
   void Add(const Node& a, const Node& b, Matriu& K);
 
 private:
-  void Turn(const Node& a, const Node& b, Matriu& K) const;
+  void Turn(const Node& a, const Node& b, Matriu& K);
+  const FixedMatrix<3, 3>& ToSupport(const Node& node);
 
   Project& project_;
   BlockAxes axes_;
   int dofs_;
+  std::unordered_map<const Node*, FixedMatrix<3, 3>> toSupport_;  ///< of the inclined ones so far
 };

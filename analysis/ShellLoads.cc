@@ -7,12 +7,6 @@
 
 namespace {
 
-/// Adds a force (first = 0) or a moment (first = 3) to a node's equations.
-void AddToNode(Project& project, const Node& node, int first, const Vector3& load, double factor) {
-  double* f = &project.global(FirstEquation(node.number, project.dofsPerNode)) + first;
-  for (int d = 0; d < 3; ++d) f[d] += load[d] * factor;
-}
-
 /// Spreads a load per unit area over the nodes that carry it: the corners of a three-noded
 /// triangle; the mid-sides of a six-noded one, each with its own point's area.
 template <int N, int P>
@@ -36,18 +30,9 @@ void AddEdgeLoad(Project& project, const Elem& elem, int face, const Vector3& q)
   if (elem.nnode == 6) AddToNode(project, *elem.nodes[face + 3], 0, q, 2 * l / 3);
 }
 
-Vector3 Column(const Matriu& T, int c) {
-  return {T(1, c), T(2, c), T(3, c)};
-}
-
-/// Force per unit area in global axes of a surface load on the element.
-Vector3 ForcePerArea(const ShellElement& shell, int kind, const Vector3& q) {
-  if (kind == GlobalProjected) return ProjectedLoad(q, Column(shell.T, 3));
-  if (kind != LocalPressure) return q;
-  Vector3 p{};
-  for (int c = 1; c <= 3; ++c)
-    for (int a = 0; a < 3; ++a) p[a] += shell.T(a + 1, c) * q[c - 1];
-  return p;
+Frame AxesOf(const ShellElement& shell) {
+  const auto column = [&T = shell.T](int c) { return Vector3{T(1, c), T(2, c), T(3, c)}; };
+  return {column(1), column(2), column(3)};
 }
 
 template <int N, int P>
@@ -64,15 +49,16 @@ void AddLoads(Project& project, const Mesh& mesh) {
     shell.Take(*elem);
     shell.Evaluate(points);
     if (weight > kZero) AddPerArea(project, *elem, points, 0, WeightAlongGravity(project, weight));
+    const Frame axes = AxesOf(shell);
     for (const PreassureLT* load = first; load != nullptr; load = load->next.get()) {
       const Vector3 q = {load->values(1), load->values(2), load->values(3)};
       if (load->face != -1) {
         AddEdgeLoad(project, *elem, load->face, q);
         continue;
       }
-      AddPerArea(project, *elem, points, 0, ForcePerArea(shell, load->kind, q));
+      AddPerArea(project, *elem, points, 0, SurfaceLoad(load->kind, q, axes));
       const double couple = load->kind == LocalPressure ? load->values(4) : 0.0;
-      if (couple != 0.0) AddPerArea(project, *elem, points, 3, Times(Column(shell.T, 1), couple));
+      if (couple != 0.0) AddPerArea(project, *elem, points, 3, Times(axes.x, couple));
     }
   }
 }

@@ -1,9 +1,7 @@
 #include <cmath>
 
-#include "algebra/Zero.h"
 #include "analysis/ElementsAround.h"
 #include "analysis/ShellMesh.h"
-#include "analysis/Surface.h"
 #include "input/Project.h"
 #include "main/ErrorChannel.h"
 #include "model/Mesh.h"
@@ -13,14 +11,7 @@ namespace {
 /// Unit normals of all elements, in element order.
 std::vector<Vector3> UnitNormals(const Mesh& mesh) {
   std::vector<Vector3> normals;
-  for (auto [number, elem] : mesh.elems) {
-    const Vector3 origin = PositionOf(*elem->nodes[0]);
-    const Vector3 n = Cross(Minus(PositionOf(*elem->nodes[1]), origin),
-                            Minus(PositionOf(*elem->nodes[2]), origin));
-    const double size = Norm(n);
-    if (!(size >= kZero)) Fatal("error: element ", elem->number, " is not correct\n");
-    normals.push_back({n[0] / size, n[1] / size, n[2] / size});
-  }
+  for (auto [number, elem] : mesh.elems) normals.push_back(elem->UnitNormal());
   return normals;
 }
 

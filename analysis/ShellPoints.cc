@@ -1,6 +1,7 @@
 #include "analysis/ShellPoints.h"
 
 #include "algebra/Zero.h"
+#include "analysis/MaterialOf.h"
 #include "analysis/Tri6.h"
 #include "input/Project.h"
 #include "main/ErrorChannel.h"
@@ -8,8 +9,7 @@
 
 void ShellElement::Take(const Elem& next) {
   elem = &next;
-  material = next.GetMaterial(project_.materials);
-  if (material == nullptr) Fatal("error: Material in element: ", next.number, " doesn't exist\n");
+  material = &MaterialOf(project_, next);
   next.ShellAxes(T, T6, material);
   material->ShellMatrices(next.number, Dm, Db, Ds);
 }

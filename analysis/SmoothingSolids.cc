@@ -1,6 +1,7 @@
 #include <array>
 #include <vector>
 
+#include "analysis/Sizes.h"
 #include "analysis/Smoothing.h"
 #include "analysis/Tet10.h"
 #include "input/Project.h"
@@ -39,7 +40,7 @@ void AddToNodes(const Elem& elem, const double* stresses, ReaVecT& sums) {
 void AverageSolidStresses(Project& project, int m) {
   const Mesh& mesh = *project.meshes[m];
   ReaVecT& sums = project.nodalStresses;
-  sums = ReaVecT(6 * project.numNodes);
+  sums = ReaVecT(VectorLength(project.numNodes, 6));
   std::vector<int> counts(project.numNodes, 0);
   const double* stresses = project.gaussVariables[m].data.get();
   for (auto [number, elem] : mesh.elems) {

@@ -1,9 +1,9 @@
 #include "analysis/Solid.h"
 
 #include "algebra/Matriu.h"
+#include "analysis/MaterialOf.h"
 #include "analysis/SolidPoints.h"
 #include "input/Project.h"
-#include "main/ErrorChannel.h"
 #include "model/Mesh.h"
 
 namespace {
@@ -17,16 +17,14 @@ struct Elasticity {
 
 /// The elasticity of an element; D is work space.
 Elasticity ElasticityOf(const Project& project, const Elem& elem, Matriu& D) {
-  const Material* material = elem.GetMaterial(project.materials);
-  if (material == nullptr) Fatal("error: Material in element: ", elem.number, " doesn't exist\n");
-  material->SolidMatrix(elem.number, D);
+  MaterialOf(project, elem).SolidMatrix(elem.number, D);
   return {D(1, 1), D(1, 2), D(4, 4)};
 }
 
 /// K += w B_i^T D B_j for the gradients g of node i and h of node j, with the zeros of B and D left
 /// out; K is 3x3 row by row.
-inline void AddNodeStiffness(const std::array<double, 3>& g, const std::array<double, 3>& h,
-                             const Elasticity& D, double w, double* K) {
+inline void AddNodeStiffness(const Vector3& g, const Vector3& h, const Elasticity& D, double w,
+                             double* K) {
   const double shear = w * D.shear, cross = w * D.cross, normal = w * D.normal;
   const double xx = g[0] * h[0], yy = g[1] * h[1], zz = g[2] * h[2];
   K[0] += normal * xx + shear * (yy + zz);

@@ -21,11 +21,6 @@ constexpr int kFaces[4][6] = {
 /// The corner opposite to each face, which tells the inside from the outside.
 constexpr int kOpposite[4] = {3, 0, 1, 2};
 
-void AddForce(Project& project, const Node& node, const Vector3& force, double factor) {
-  double* f = &project.global(FirstEquation(node.number, project.dofsPerNode));
-  for (int d = 0; d < 3; ++d) f[d] += force[d] * factor;
-}
-
 /// Every node receives the sum over the points of q N w.
 template <int N, int P>
 void AddVolumeLoad(Project& project, const Elem& elem, const SolidPoints<N, P>& points,
@@ -33,7 +28,7 @@ void AddVolumeLoad(Project& project, const Elem& elem, const SolidPoints<N, P>& 
   for (int k = 0; k < N; ++k) {
     double share = 0.0;
     for (int p = 0; p < P; ++p) share += points.shape[p][k] * points.weight[p];
-    AddForce(project, *elem.nodes[k], q, share);
+    AddToNode(project, *elem.nodes[k], 0, q, share);
   }
 }
 
@@ -47,8 +42,8 @@ void AddFaceLoad(Project& project, const Elem& elem, const PreassureLT& load, co
   if (elem.nnode == 4) {
     const Vector3 area = Cross(Minus(at(1), at(0)), Minus(at(2), at(0)));
     const double size = Norm(area);
-    const Vector3 p = SurfaceLoad(load.kind, q, Times(area, outward / size));
-    for (int k = 0; k < 3; ++k) AddForce(project, *elem.nodes[face[k]], p, size / 6);
+    const Vector3 p = SurfaceLoad(load.kind, q, ArbitraryFrame(Times(area, outward / size)));
+    for (int k = 0; k < 3; ++k) AddToNode(project, *elem.nodes[face[k]], 0, p, size / 6);
     return;
   }
   for (int k = 0; k < 3; ++k) {
@@ -61,8 +56,8 @@ void AddFaceLoad(Project& project, const Elem& elem, const PreassureLT& load, co
       }
     const Vector3 area = Cross(Xs, Xt);
     const double size = Norm(area);
-    const Vector3 p = SurfaceLoad(load.kind, q, Times(area, outward / size));
-    AddForce(project, *elem.nodes[face[k + 3]], p, size * tri6::kWeight);
+    const Vector3 p = SurfaceLoad(load.kind, q, ArbitraryFrame(Times(area, outward / size)));
+    AddToNode(project, *elem.nodes[face[k + 3]], 0, p, size * tri6::kWeight);
   }
 }
 

@@ -8,23 +8,13 @@
 
 namespace {
 
-using Triple = std::array<double, 3>;
-
-double Determinant(const Triple& a, const Triple& b, const Triple& c) {
-  return a[0] * (b[1] * c[2] - b[2] * c[1]) - a[1] * (b[0] * c[2] - b[2] * c[0]) +
-         a[2] * (b[0] * c[1] - b[1] * c[0]);
-}
-
 /// Coordinates of the element's nodes from its first corner: the shift changes no gradient and
 /// saves digits.
 template <int N>
-std::array<Triple, N> CoordinatesFromFirst(const Elem& elem) {
-  const Node& origin = *elem.nodes[0];
-  std::array<Triple, N> X;
-  for (int k = 0; k < N; ++k) {
-    const Node& node = *elem.nodes[k];
-    X[k] = {node.x - origin.x, node.y - origin.y, node.z - origin.z};
-  }
+std::array<Vector3, N> CoordinatesFromFirst(const Elem& elem) {
+  const Vector3 origin = PositionOf(*elem.nodes[0]);
+  std::array<Vector3, N> X;
+  for (int k = 0; k < N; ++k) X[k] = Minus(PositionOf(*elem.nodes[k]), origin);
   return X;
 }
 
@@ -34,14 +24,14 @@ struct Cofactors {
 
 /// b_i = (-1)^i det[1 y z], c_i = (-1)^i det[x 1 z], d_i = (-1)^i det[x y 1] over the rows of the
 /// three cyclic successors of node i; divided by 6V they are the gradient of N_i.
-Cofactors CofactorsOf(const std::array<Triple, 4>& X) {
+Cofactors CofactorsOf(const std::array<Vector3, 4>& X) {
   Cofactors cofactors;
   for (int i = 0; i < 4; ++i) {
-    const Triple &j = X[(i + 1) % 4], &k = X[(i + 2) % 4], &l = X[(i + 3) % 4];
+    const Vector3 &j = X[(i + 1) % 4], &k = X[(i + 2) % 4], &l = X[(i + 3) % 4];
     const double sign = i % 2 == 0 ? -1.0 : 1.0;  // (-1)^i with i counted from 1
-    cofactors.b[i] = sign * Determinant({1, j[1], j[2]}, {1, k[1], k[2]}, {1, l[1], l[2]});
-    cofactors.c[i] = sign * Determinant({j[0], 1, j[2]}, {k[0], 1, k[2]}, {l[0], 1, l[2]});
-    cofactors.d[i] = sign * Determinant({j[0], j[1], 1}, {k[0], k[1], 1}, {l[0], l[1], 1});
+    cofactors.b[i] = sign * TripleProduct({1, j[1], j[2]}, {1, k[1], k[2]}, {1, l[1], l[2]});
+    cofactors.c[i] = sign * TripleProduct({j[0], 1, j[2]}, {k[0], 1, k[2]}, {l[0], 1, l[2]});
+    cofactors.d[i] = sign * TripleProduct({j[0], j[1], 1}, {k[0], k[1], 1}, {l[0], l[1], 1});
   }
   return cofactors;
 }
@@ -55,8 +45,8 @@ constexpr std::array<tet10::Derivatives, 4> DerivativesAtPoints() {
 }  // namespace
 
 void EvaluateTetra4(const Elem& elem, SolidPoints<4, 1>& points) {
-  const std::array<Triple, 4> X = CoordinatesFromFirst<4>(elem);
-  const double sixV = Determinant(X[1], X[2], X[3]);
+  const std::array<Vector3, 4> X = CoordinatesFromFirst<4>(elem);
+  const double sixV = TripleProduct(X[1], X[2], X[3]);
   if (!(sixV >= kZero)) Fatal("error: element ", elem.number, " has jacobian <=0\n");
   const Cofactors cofactors = CofactorsOf(X);
   const double perSixV = 1.0 / sixV;
@@ -70,25 +60,22 @@ void EvaluateTetra4(const Elem& elem, SolidPoints<4, 1>& points) {
 
 void EvaluateTetra10(const Elem& elem, SolidPoints<10, 4>& points) {
   static constexpr std::array<tet10::Derivatives, 4> kDerivatives = DerivativesAtPoints();
-  const std::array<Triple, 10> X = CoordinatesFromFirst<10>(elem);
+  const std::array<Vector3, 10> X = CoordinatesFromFirst<10>(elem);
   for (int p = 0; p < 4; ++p) {
     const tet10::Derivatives& dN = kDerivatives[p];
-    Triple Xr{}, Xs{}, Xt{};  // rows of the jacobian matrix
+    Vector3 Xr{}, Xs{}, Xt{};  // rows of the jacobian matrix
     for (int k = 0; k < 10; ++k)
       for (int a = 0; a < 3; ++a) {
         Xr[a] += dN.r[k] * X[k][a];
         Xs[a] += dN.s[k] * X[k][a];
         Xt[a] += dN.t[k] * X[k][a];
       }
-    const double det = Determinant(Xr, Xs, Xt);
+    const double det = TripleProduct(Xr, Xs, Xt);
     if (!(det >= kZero)) Fatal("error: element ", elem.number, " has jacobian 0\n");
     // Columns of the inverse jacobian: cross products of its rows over the determinant.
     const double perDet = 1.0 / det;
-    const auto cross = [perDet](const Triple& u, const Triple& v) {
-      return Triple{(u[1] * v[2] - u[2] * v[1]) * perDet, (u[2] * v[0] - u[0] * v[2]) * perDet,
-                    (u[0] * v[1] - u[1] * v[0]) * perDet};
-    };
-    const Triple r = cross(Xs, Xt), s = cross(Xt, Xr), t = cross(Xr, Xs);
+    const Vector3 r = Times(Cross(Xs, Xt), perDet), s = Times(Cross(Xt, Xr), perDet),
+                  t = Times(Cross(Xr, Xs), perDet);
     for (int k = 0; k < 10; ++k)
       for (int a = 0; a < 3; ++a)
         points.gradient[p][k][a] = r[a] * dN.r[k] + s[a] * dN.s[k] + t[a] * dN.t[k];
@@ -97,7 +84,7 @@ void EvaluateTetra10(const Elem& elem, SolidPoints<10, 4>& points) {
   }
 }
 
-FixedMatrix<6, 3> SolidStrainMatrix(const std::array<double, 3>& g) {
+FixedMatrix<6, 3> SolidStrainMatrix(const Vector3& g) {
   const auto [x, y, z] = g;
   return {
       {x, 0, 0, //

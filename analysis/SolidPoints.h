@@ -3,6 +3,7 @@
 #include <array>
 
 #include "algebra/FixedMatrix.h"
+#include "algebra/Vector3.h"
 
 class Elem;
 
@@ -10,9 +11,9 @@ class Elem;
 /// derivatives in global axes, and the volume that each point stands for.
 template <int N, int P>
 struct SolidPoints {
-  std::array<double, P> weight;                                  ///< volume of each point
-  std::array<std::array<double, N>, P> shape;                    ///< shape functions
-  std::array<std::array<std::array<double, 3>, N>, P> gradient;  ///< N,x N,y N,z
+  std::array<double, P> weight;                    ///< volume of each point
+  std::array<std::array<double, N>, P> shape;      ///< shape functions
+  std::array<std::array<Vector3, N>, P> gradient;  ///< N,x N,y N,z
 };
 
 /// The four-noded tetrahedron: constant gradients, one point with the whole volume. Ends the run
@@ -31,4 +32,4 @@ FixedMatrix<6, 3> TetraStrainMatrix(int i, const std::array<double, 4>& b,
                                     double sixV);
 
 /// Strain matrix of a node with the gradient g = (N,x, N,y, N,z).
-FixedMatrix<6, 3> SolidStrainMatrix(const std::array<double, 3>& g);
+FixedMatrix<6, 3> SolidStrainMatrix(const Vector3& g);

@@ -2,27 +2,19 @@
 
 #include "algebra/Vector3.h"
 #include "input/Project.h"
+#include "model/Frame.h"
 #include "model/Node.h"
 
-// Loads on surfaces, for shells and for faces of solids.
+// Distributed loads as forces at nodes, for shells, solids and beams.
 
-inline Vector3 PositionOf(const Node& node) {
-  return {node.x, node.y, node.z};
-}
-
-/// Local axes of a surface with the unit normal n, as x, y, n in global components: the arbitrary
-/// axis rule with the threshold 1/64.
-struct SurfaceAxes {
-  Vector3 x, y, n;
-};
-SurfaceAxes AxesFromNormal(const Vector3& n);
+/// Adds `load` times `factor` to three equations of a node, from its degree `first` (from 0) on:
+/// 0 for a force, 3 for a moment.
+void AddToNode(Project& project, const Node& node, int first, const Vector3& load, double factor);
 
 /// Force per unit area in global axes of a load q of this kind (LoadKind) on a surface with the
-/// unit normal n: local components in AxesFromNormal(n); global; or global and projected.
-Vector3 SurfaceLoad(int kind, const Vector3& q, const Vector3& n);
-
-/// A global load reduced to the area projected on the plane normal to it; zero without a direction.
-Vector3 ProjectedLoad(const Vector3& q, const Vector3& n);
+/// local axes `axes`: q in these; q global; or q global and per unit of the area projected on the
+/// plane normal to it, which makes it zero without a direction.
+Vector3 SurfaceLoad(int kind, const Vector3& q, const Frame& axes);
 
 /// The own weight w along the gravity direction of the project: a global load. In a plane problem
 /// the run ends with "error: for 2D problems GravityDirection_Z must be 0.0\n" when gz is positive.

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 
 #include "algebra/Zero.h"
 #include "input/Words.h"
@@ -11,11 +12,11 @@ namespace {
 
 constexpr std::size_t kMaxNameLength = 20;
 
-// The spellings of a units key, by rank.
-constexpr std::string_view kUnitsKeys[] = {"units", "Units", "UNITS"};
-
 // Longest word that is taken from a line as the name of a system.
 constexpr std::size_t kMaxWordInLine = 99;
+
+// The spellings of the key, in the order in which a line is searched for them.
+constexpr std::string_view kUnitsKeys[] = {"units", "Units", "UNITS"};
 
 // The next word, or the next 20 characters of it: what is longer spills over into the next field.
 std::string TakeName(std::string_view& text) {
@@ -53,6 +54,11 @@ bool IsUnitFactor(double factor) {
   return factor >= kZero && std::isfinite(factor);
 }
 
+bool IsUnitsKey(std::string_view key) {
+  return std::any_of(std::begin(kUnitsKeys), std::end(kUnitsKeys),
+                     [key](std::string_view spelling) { return StartsWith(key, spelling); });
+}
+
 void ReadUnitsNames(Units& units, TextInput& input) {
   for (;;) {
     SkipToRecord(input);
@@ -74,11 +80,6 @@ const UnitSystem& FindUnits(const Units& units, std::string_view name) {
     Fatal("error: Unit name '", name, "' has not been previously defined\n");
   }
   return *found;
-}
-
-bool IsUnitsKey(std::string_view key) {
-  return std::any_of(std::begin(kUnitsKeys), std::end(kUnitsKeys),
-                     [key](std::string_view spelling) { return StartsWith(key, spelling); });
 }
 
 const UnitSystem* FindUnitsInLine(const Units& units, std::string_view line) {

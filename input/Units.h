@@ -42,16 +42,15 @@ public:
 /// Whether a number can stand as the size of a unit: finite and not below kZero.
 bool IsUnitFactor(double factor);
 
+/// Whether a key begins with "units", "Units" or "UNITS": its value is the name of a system.
+bool IsUnitsKey(std::string_view key);
+
 /// Reads the rows behind the keyword units_names, up to a line that begins with "end", into the
 /// sorted table.
 void ReadUnitsNames(Units& units, TextInput& input);
 
 /// The system of that name; ends the run when the name is too long or unknown.
 const UnitSystem& FindUnits(const Units& units, std::string_view name);
-
-/// Whether a key of a key and value list names a unit system: it begins with "units", "Units" or
-/// "UNITS".
-bool IsUnitsKey(std::string_view key);
 
 /// The system named behind the first "units" (else "Units", else "UNITS") of the line; null when
 /// the line names none.

@@ -36,7 +36,7 @@ bool TakeCodesAndValues(std::string_view& text, int n, SupportLine& line) {
 }
 
 void TakeEulerAngle(std::string_view key, std::string_view value, SupportLine& line) {
-  line.euler[EulerPlaceOf(key)] = RealOf(value);
+  line.euler[WhichEulerAngle(key)] = RealOf(value);
   line.hasEuler = true;
 }
 

@@ -12,10 +12,6 @@ namespace {
 /// What a crossing must keep from the border of a triangle, in barycentric coordinates.
 constexpr double kInside = 1e-15;
 
-Vector3 PositionOf(const Node& node) {
-  return {node.x, node.y, node.z};
-}
-
 Vector3 PositionOf(const ReaVec3& point) {
   return {point.data[0], point.data[1], point.n > 2 ? point.data[2] : 0.0};
 }
@@ -52,12 +48,12 @@ int SegmentsCross(const Vector3& P, const Vector3& d, const Vector3& A, const Ve
 /// P + s d = A + b e + c f in space.
 int SegmentCrossesTriangle(const Vector3& P, const Vector3& d, const Vector3& A, const Vector3& e,
                            const Vector3& f) {
-  const double det = Dot(d, Cross(e, f));
+  const double det = TripleProduct(d, e, f);
   if (det == 0.0) return 0;
   const Vector3 g = Minus(A, P);
-  const double s = Dot(g, Cross(e, f)) / det;
-  const double b = Dot(g, Cross(d, f)) / det;
-  const double c = -Dot(g, Cross(d, e)) / det;
+  const double s = TripleProduct(g, e, f) / det;
+  const double b = TripleProduct(g, d, f) / det;
+  const double c = -TripleProduct(g, d, e) / det;
   return s >= 0.0 && s <= 1.0 && b >= kInside && c >= kInside && 1.0 - b - c >= kInside;
 }
 

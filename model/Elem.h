@@ -4,6 +4,7 @@
 
 #include "algebra/Plex.h"
 #include "algebra/ReaVec3.h"
+#include "algebra/Vector3.h"
 #include "model/Material.h"
 
 class Matriu;
@@ -53,6 +54,10 @@ public:
   /// Ends the run for a beam of no length, out of the plane of a plane problem, with given axes at
   /// a right angle to it or out of that plane, and for `alpha` on a beam that is not vertical.
   void CalcTransfMatrixBeam(Matriu& T, const Material* material, int problemType) const;
+
+  /// Normal of a triangle, by the right hand along the order of its corners. Ends the run for a
+  /// triangle without area.
+  Vector3 UnitNormal() const;
 
   /// Local axes of a shell triangle as columns of the 3x3 T, z along the element's normal, from the
   /// order of its corners. x is that of the material's axes, projected into the shell; without, x

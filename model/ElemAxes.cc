@@ -8,18 +8,13 @@
 #include "main/ErrorChannel.h"
 #include "model/Elem.h"
 #include "model/EulerAngles.h"
+#include "model/Frame.h"
 #include "model/Node.h"
 
 namespace {
 
 constexpr double kCosine = 1e-5;       ///< of a given local x against the beam: orthogonal, along
 constexpr double kOutOfPlane = 1e-10;  ///< components of given axes in a plane problem
-constexpr double kArbitraryAxis = 0.015625;  ///< 1/64: a normal this near to z takes x from y
-
-/// A local frame, its axes in global components.
-struct Frame {
-  Vector3 x, y, z;
-};
 
 Frame FrameOf(const Material& material) {
   const FixedMatrix<3, 3> R = EulerRotation(material.Euler1, material.Euler2, material.Euler3);
@@ -53,8 +48,7 @@ void PlaceTwice(const Frame& frame, Matriu& T) {
 }
 
 Vector3 ChordOf(const Elem& elem, int from, int to) {
-  const Node &a = *elem.nodes[from], &b = *elem.nodes[to];
-  return {b.x - a.x, b.y - a.y, b.z - a.z};
+  return Minus(PositionOf(*elem.nodes[to]), PositionOf(*elem.nodes[from]));
 }
 
 /// Unit vector along the beam; in the plane of x and y for a plane problem.
@@ -129,13 +123,6 @@ Frame FitToShell(const Frame& given, const Vector3& n, int elementNumber) {
   return {Cross(unitY, n), unitY, n};
 }
 
-Frame ArbitraryFrame(const Vector3& n) {
-  const bool leaning = std::abs(n[0]) >= kArbitraryAxis || std::abs(n[1]) >= kArbitraryAxis;
-  const Vector3 reference = leaning ? Vector3{0.0, 0.0, 1.0} : Vector3{0.0, 1.0, 0.0};
-  const Vector3 x = Unit(Cross(reference, n));
-  return {x, Cross(n, x), n};
-}
-
 /// Deliberate: the local rotations of a shell are about -y, x and the normal, in this order.
 void PlaceShellDegrees(const Frame& frame, Matriu& T6) {
   T6.Redimension(6, 6);
@@ -171,10 +158,14 @@ void Elem::CalcTransfMatrixBeam(Matriu& T, const Material* given, int problemTyp
   Fatal("error in Elem::CalcTransfMatrixBeam. Type of problem unknown\n");
 }
 
-void Elem::ShellAxes(Matriu& T, Matriu& T6, const Material* given) const {
+Vector3 Elem::UnitNormal() const {
   const Vector3 normal = Cross(ChordOf(*this, 0, 1), ChordOf(*this, 0, 2));
   if (!(Norm(normal) >= kZero)) Fatal("error: element ", number, " is not correct\n");
-  const Vector3 n = Unit(normal);
+  return Unit(normal);
+}
+
+void Elem::ShellAxes(Matriu& T, Matriu& T6, const Material* given) const {
+  const Vector3 n = UnitNormal();
   const bool hasAxes = given != nullptr && given->hasEuler != 0;
   const Frame frame = hasAxes ? FitToShell(FrameOf(*given), n, number) : ArbitraryFrame(n);
   PlaceOnce(frame, T);

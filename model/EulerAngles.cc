@@ -87,8 +87,8 @@ ReaVec3 MeanAngles(const ReaVec3& a, const ReaVec3& b, const ReaVec3& c) {
   return {MeanTurn(m(1), 2.0, c(1)), (a(2) + b(2) + c(2)) / 3.0, MeanTurn(m(3), 2.0, c(3))};
 }
 
-int EulerPlaceOf(std::string_view key) {
-  const char which = key.size() > 5 ? key[5] : '\0';
-  if (which < '1' || which > '3') Fatal("error: Euler angles must be: Euler1,Euler2 or Euler3\n");
-  return which - '1';
+int WhichEulerAngle(std::string_view key) {
+  const char digit = key.size() > 5 ? key[5] : '\0';
+  if (digit < '1' || digit > '3') Fatal("error: Euler angles must be: Euler1,Euler2 or Euler3\n");
+  return digit - '1';
 }

@@ -34,7 +34,7 @@ ReaVec3 FrameToAngles(const Matriu& R);
 ReaVec3 MeanAngles(const ReaVec3& a, const ReaVec3& b);
 ReaVec3 MeanAngles(const ReaVec3& a, const ReaVec3& b, const ReaVec3& c);
 
-/// The place (0, 1, 2) of the angle that a key names by its sixth character: "Euler1" to "Euler3",
-/// whatever follows. Any other ends the run with "error: Euler angles must be: Euler1,Euler2 or
-/// Euler3\n".
-int EulerPlaceOf(std::string_view key);
+/// Which angle, 0 to 2, a key of the input that begins with "Euler" sets: its sixth character is 1,
+/// 2 or 3, what follows does not matter. Any other key ends the run with
+/// "error: Euler angles must be: Euler1,Euler2 or Euler3\n".
+int WhichEulerAngle(std::string_view key);

@@ -17,8 +17,6 @@ struct Definition {
   double widthY = Material::kNotGiven, widthZ = Material::kNotGiven;
 };
 
-void Ignore(Definition&, std::string_view, double) {}
-
 void SetWidthY(Definition& d, std::string_view, double value) {
   d.widthY = value * d.L;
 }
@@ -30,9 +28,8 @@ void SetWidthZ(Definition& d, std::string_view, double value) {
 void SetEuler(Definition& d, std::string_view key, double value) {
   Material& m = d.material;
   double* const angles[] = {&m.Euler1, &m.Euler2, &m.Euler3};
-  double& angle = *angles[EulerPlaceOf(key)];
+  *angles[WhichEulerAngle(key)] = value;
   m.hasEuler = 1;
-  angle = value;
 }
 
 void SetWeight(Definition& d, std::string_view, double value) {
@@ -95,13 +92,10 @@ struct KeyRule {
   void (*set)(Definition& definition, std::string_view key, double value);
 };
 
-// Matched from the top by the first characters of the key, to the letter. The order is part of the
-// format.
-// Deliberate: so "thickness" is t, "Euler2" is no modulus, "EX" is wrong and "T" unknown.
+// Matched from the top by the first characters of the key, to the letter; units keys come before
+// all of them. The order is part of the format. Deliberate: so "thickness" is t, "Euler2" is no
+// modulus, "EX" is wrong and "T" unknown.
 constexpr KeyRule kKeyRules[] = {
-    {"units",  Ignore      },
-    {"Units",  Ignore      },
-    {"UNITS",  Ignore      },
     {"widthY", SetWidthY   },
     {"widthZ", SetWidthZ   },
     {"Euler",  SetEuler    },
@@ -187,12 +181,13 @@ int Material::ReadMaterialText(std::string_view text, const Units* units,
   std::string_view key = TakeKey(text);
   if (key.empty()) return -1;
   for (; !key.empty(); key = TakeKey(text)) {
-    const std::string_view value = IsUnitsKey(key) ? TakeUnitsName(text) : TakeValue(text);
+    const bool isUnits = IsUnitsKey(key);
+    const std::string_view value = isUnits ? TakeUnitsName(text) : TakeValue(text);
     if (value.empty()) {
       if (keyWithoutValue != nullptr) *keyWithoutValue = key;
       return 0;
     }
-    RuleOf(key).set(definition, key, RealOf(value));
+    if (!isUnits) RuleOf(key).set(definition, key, RealOf(value));
   }
   if (definition.widthY > 0.0) SetRectangleSection(definition.widthY, definition.widthZ);
   return 1;

@@ -3,6 +3,7 @@
 #include <memory>
 
 #include "algebra/ReaVecT.h"
+#include "algebra/Vector3.h"
 #include "model/Constraint.h"
 
 /// A node of the model. It is owned by the node container of the first mesh, under its key: the
@@ -15,6 +16,10 @@ struct Node {
   std::unique_ptr<Constraint> constraint;  ///< null for a node without supports
   std::unique_ptr<ReaVecT> load;           ///< null, or one entry per degree of freedom
 };
+
+inline Vector3 PositionOf(const Node& node) {
+  return {node.x, node.y, node.z};
+}
 
 /// The equation of the first degree of freedom of the node with this internal index; both are
 /// counted from 1.

@@ -86,7 +86,7 @@ void CheckFace(int face, int elemType, int elemNumber) {
 }
 
 void TakeEulerAngle(std::string_view key, std::string_view value, LoadLine& line) {
-  line.euler[EulerPlaceOf(key)] = RealOf(value);
+  line.euler[WhichEulerAngle(key)] = RealOf(value);
   line.hasEuler = true;
 }
 

@@ -1,8 +1,7 @@
-#include "algebra/ConjugateGradient.h"
-
 #include <cmath>
 #include <sstream>
 
+#include "algebra/ConjugateGradient.h"
 #include "algebra/ILUPreconditioner.h"
 #include "algebra/SparseMatrix.h"
 #include "tests/support/FlushCounter.h"
@@ -47,7 +46,7 @@ struct Trial {
   std::string info;
 
   Trial(const SparseMatrix& A, const std::vector<double>& b, int iterations, double target,
-      std::vector<double> start = {})
+        std::vector<double> start = {})
       : limit(iterations), tolerance(target), x(std::move(start)) {
     if (x.empty()) x.assign(b.size(), 0.0);
     std::ostringstream stream;

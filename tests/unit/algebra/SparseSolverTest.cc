@@ -256,6 +256,15 @@ TEST(SparseSolver, ALimitOfZeroIsNoSuccess) {
   EXPECT_LT(K.Solve(f, nullptr), 0);
 }
 
+TEST(SparseSolver, AnInfiniteResidualIsNotConvergedAndNoBreakdown) {
+  Chain K(1, 1e-12, 1e-6, 0);
+  K.SetInitialValues(Filled(1, 1e200));  // its square overflows
+  ReaVecT f = Filled(1, 1.0);
+  std::ostringstream info;
+  EXPECT_LT(K.Solve(f, &info), 0);
+  EXPECT_EQ(info.str(), "Not Solved after 0 Iterations\n");
+}
+
 TEST(SparseSolver, ARowWithoutADiagonalIsABreakdown) {
   SparseSolver K(6);
   K.Allocate(3);

@@ -5,6 +5,7 @@
 
 #include "algebra/VectorOperations.h"
 #include "tests/support/FatalExit.h"
+#include "tests/support/FlushCounter.h"
 #include "tests/support/Vectors.h"
 
 namespace {
@@ -108,8 +109,9 @@ TYPED_TEST(VectorOperations, EqualityIsExactAndNeedsEqualLengths) {
 
 TYPED_TEST(VectorOperations, DotProductSumsFromTheFirstEntry) {
   EXPECT_EQ(Dot(Vec<TypeParam>({1, 2, 3}), Vec<TypeParam>({4, -5, 6})), 12.0);
-  // In this order the small entry is lost; in any other it is not.
+  // Next to a large entry the small one is lost, behind the two large ones it is not.
   EXPECT_EQ(Dot(Vec<TypeParam>({1e20, 1, -1e20}), Vec<TypeParam>({1, 1, 1})), 0.0);
+  EXPECT_EQ(Dot(Vec<TypeParam>({1e20, -1e20, 1}), Vec<TypeParam>({1, 1, 1})), 1.0);
   EXPECT_EQ(Dot(TypeParam(0), TypeParam(0)), 0.0);
 }
 
@@ -149,6 +151,15 @@ TYPED_TEST(VectorOperations, ReductionsOfEntries) {
   EXPECT_EQ(Minimum(v), -4.0);
   EXPECT_EQ(MaximumPosition(v), 3);
   EXPECT_EQ(MinimumPosition(v), 2);
+}
+
+TYPED_TEST(VectorOperations, SumsBeginWithTheFirstEntry) {
+  EXPECT_EQ(Sum(Vec<TypeParam>({1e20, 1, -1e20})), 0.0);
+  EXPECT_EQ(Sum(Vec<TypeParam>({1e20, -1e20, 1})), 1.0);
+  // One small square is lost in 2^54, two together are not.
+  const double large = std::ldexp(1.0, 27);
+  EXPECT_EQ(SumSquare(Vec<TypeParam>({large, 1.25, 1.25})), large * large);
+  EXPECT_EQ(SumSquare(Vec<TypeParam>({1.25, 1.25, large})), large * large + 4);
 }
 
 TYPED_TEST(VectorOperations, OfEqualEntriesTheFirstPositionCounts) {
@@ -206,6 +217,12 @@ TYPED_TEST(VectorOperations, PrintLeavesTheFormatOfTheStream) {
   std::ostringstream stream;
   stream << Vec<TypeParam>({1}) << " " << 0.5;
   EXPECT_EQ(stream.str(), "   1.000000e+00 0.5");
+}
+
+TYPED_TEST(VectorOperations, PrintFlushesTheStream) {
+  FlushCounter stream;
+  stream << Vec<TypeParam>({1, 2});
+  EXPECT_EQ(stream.Flushes(), 1);
 }
 
 TYPED_TEST(VectorOperations, ReadFillsTheVectorInOrder) {

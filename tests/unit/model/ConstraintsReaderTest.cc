@@ -133,6 +133,21 @@ TEST_F(ConstraintsReader, UnitsOfTheLineHoldForItsValues) {
   EXPECT_EQ(Of(7).Euler3, 1.0);
 }
 
+TEST_F(ConstraintsReader, LastUnitsOfALineHold) {
+  UseUnits();
+  project.units.table.insert(project.units.table.begin(), {"kilo", "n", "m", "p", 1000.0, 1.0});
+  Read("5 200 5 0 0 UNITS:other units kilo");
+  EXPECT_EQ(Of(5).values, (Values{5000}));
+}
+
+TEST_F(ConstraintsReader, OtherCodesInSpaceAreNotScaled) {
+  UseDofs(6);
+  UseUnits();
+  Read("5 345678 5 5 5 5 5 5");
+  EXPECT_EQ(Of(5).codes, (Codes{3, 4, 5, 6, 7, 8}));
+  EXPECT_EQ(Of(5).values, (Values{5, 5, 5, 5, 5, 5}));
+}
+
 TEST_F(ConstraintsReader, OtherPairsAreIgnored) {
   UseUnits();
   Read("5 100 5 0 0 name=left uNits=none x: 1");

@@ -156,6 +156,29 @@ TEST_F(BeamAxes, RollAngleOfALeaningBeamEndsTheRun) {
                "sorry, alpha!=0 with no vertical beams isn't implemented yet");
 }
 
+TEST_F(BeamAxes, RollAngleWithinRoundingIsNone) {
+  LoneElement beam{
+      {0, 0, 0},
+      {1, 0, 0}
+  };
+  for (const double sign : {-1.0, 1.0}) {
+    beam.elem.alpha = sign * 9e-16;
+    EXPECT_NO_THROW(beam.elem.CalcTransfMatrixBeam(T, nullptr, Space));
+    beam.elem.alpha = sign * 2e-15;
+    EXPECT_FATAL(beam.elem.CalcTransfMatrixBeam(T, nullptr, Space),
+                 "sorry, alpha!=0 with no vertical beams isn't implemented yet");
+  }
+}
+
+TEST_F(BeamAxes, BeamCountsAsVerticalWithinRounding) {
+  Calc({9e-16, -9e-16, 1}, Space);
+  ExpectVector(Column(T, 2), {1, 0, 0});
+  Calc({2e-15, 0, 1}, Space);
+  ExpectVector(Column(T, 2), {0, 1, 0});
+  Calc({0, 2e-15, 1}, Space);
+  ExpectVector(Column(T, 2), {-1, 0, 0});
+}
+
 TEST_F(BeamAxes, EveryDirectionHasAnOrthonormalFrameWithYHorizontalAndZUp) {
   for (const Vector3& d : Directions()) {
     Calc(d, Space);

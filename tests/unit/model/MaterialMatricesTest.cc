@@ -114,13 +114,29 @@ TEST(ShellMatrices, EveryValueMustBePositive) {
     }
 }
 
-TEST(ShellMatrices, FirstMissingValueInTheOrderOfTheChecksIsNamed) {
+TEST(ShellMatrices, FirstWrongValueInTheOrderOfTheChecksIsNamed) {
+  const struct {
+    double Material::*field;
+    double wrong;
+    const char* text;
+  } checks[] = {
+      {&Material::t,    0.0, "error in element 12 Shell thickness is 0\n"},
+      {&Material::E1,   0.0, "error in element 12 Ex is 0\n"             },
+      {&Material::E2,   0.0, "error in element 12 Ey is 0\n"             },
+      {&Material::Gxy,  0.0, "error in element 12 Gxy is 0\n"            },
+      {&Material::Gxz,  0.0, "error in element 12 Gxz is 0\n"            },
+      {&Material::Gyz,  0.0, "error in element 12 Gyz is 0\n"            },
+      {&Material::nuXY, 1.0, "error in element 12 nuXY is 1\n"           },
+      {&Material::nuYX, 1.0, "error in element 12 nuYX is 1\n"           },
+  };
   Material m = Shell();
-  m.Gyz = m.Gxy = -1.0;
-  EXPECT_FATAL(ReadShell(m), "error in element 12 Gxy is 0\n");
-  m.nuXY = 1.0;
-  m.t = -1.0;
-  EXPECT_FATAL(ReadShell(m), "error in element 12 Shell thickness is 0\n");
+  for (const auto& [field, wrong, text] : checks) m.*field = wrong;
+  for (const auto& [field, wrong, text] : checks) {
+    EXPECT_FATAL(ReadShell(m), text);
+    m.*field = Shell().*field;
+  }
+  m.nuXY = 9.0;  // both the products and their size are wrong now
+  EXPECT_FATAL(ReadShell(m), "error in element 12 Ex*nuXY must be equal to Ey*nuYX\n");
 }
 
 TEST(ShellMatrices, PoissonRatioOfOneIsRefused) {
@@ -188,6 +204,11 @@ TEST(SolidMatrix, WithoutPoissonRatioIsDiagonal) {
 TEST(SolidMatrix, YoungModulusMustBePositive) {
   for (const double E : {0.0, -1.0, 9e-16, std::nan("")})
     EXPECT_FATAL(ReadSolid(Solid(E, 0.3)), "error in element 12 E is 0\n");
+}
+
+TEST(SolidMatrix, YoungModulusIsTestedBeforeThePoissonRatio) {
+  for (const double nu : {1.0, 2.0})
+    EXPECT_FATAL(ReadSolid(Solid(0.0, nu)), "error in element 12 E is 0\n");
 }
 
 TEST(SolidMatrix, PoissonRatioOfOneIsRefused) {

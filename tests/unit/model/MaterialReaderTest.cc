@@ -189,6 +189,13 @@ TEST(MaterialReader, ShearModulusHasSmallPlanes) {
     EXPECT_FATAL(Read(text), "error in materials. G can be: G Gxy Gxz or Gyz\n");
 }
 
+TEST(MaterialReader, ValueIsLookedForBeforeTheKeyIsTested) {
+  Material material;
+  for (const char* key : {"T", "Ix", "Gx", "EX", "Euler4"})
+    EXPECT_FATAL(material.ReadInlineMaterial(key, nullptr),
+                 std::string("error in materials. Key without value: '") + key + "'\n");
+}
+
 // Deliberate: "T" is unknown, "t" the thickness.
 TEST(MaterialReader, UnknownKeyEndsTheRun) {
   EXPECT_FATAL(Read("T=1"), "Input of materials not correct. Unknown char: 'T'\n");
@@ -370,6 +377,15 @@ TEST(MaterialReader, WidthYAloneGivesANegativeArea) {
   const Units units = UnitsOfTwoSystems();
   EXPECT_DOUBLE_EQ(Read("widthY=0.2").A, -0.2);
   EXPECT_DOUBLE_EQ(Read("widthY=0.2", &units).A, -0.6);  // the mark of widthZ is not scaled
+}
+
+TEST(MaterialReader, RectangleWithoutWidthZHasTheTorsionOfTheFirstRow) {
+  EXPECT_DOUBLE_EQ(Read("widthY=0.2").J, 0.141 * -1.0 * 0.2);
+  EXPECT_DOUBLE_EQ(Read("widthY=0.2").Iy, -0.2 * 0.08333333333333333);
+}
+
+TEST(MaterialReader, WidthKeysMayGoOn) {
+  EXPECT_DOUBLE_EQ(Read("widthYY=0.2 widthZ1=0.4").A, 0.08);
 }
 
 TEST(MaterialReader, WidthZAloneHasNoEffect) {

@@ -139,6 +139,15 @@ TEST_F(SupportCheck, PrescribedRotationAcrossTheLineOfTwoNodesDoesNotHold) {
             "Model can rotate around axe:   -3.000000e+00   0.000000e+00   0.000000e+00 !!!\n");
 }
 
+TEST_F(SupportCheck, ComponentWithinRoundingIsNoPartOfTheLine) {
+  small.NodeOf(2).y = 9e-16;
+  Support(1, {1, 1, 1, 0, 1, 0});
+  Support(2, kPinned);
+  EXPECT_NE(Warnings(), "");
+  small.NodeOf(2).y = 2e-15;
+  EXPECT_EQ(Warnings(), "");
+}
+
 TEST_F(SupportCheck, SpringAgainstTheRotationDoesNotCount) {
   Support(1, {1, 1, 1, 2, 0, 0});
   Support(2, kPinned);

@@ -1,0 +1,17 @@
+#pragma once
+
+#include "algebra/Vector3.h"
+
+/// A local frame: its axes in global components, orthonormal and right-handed.
+struct Frame {
+  Vector3 x, y, z;
+
+  /// A vector given by its local components, in global ones.
+  Vector3 ToGlobal(const Vector3& local) const {
+    return Plus(Plus(Times(x, local[0]), Times(y, local[1])), Times(z, local[2]));
+  }
+};
+
+/// The frame of a surface with the unit normal n when no other says which way x runs. z is n; x is
+/// horizontal, or in the plane of global x and z when n is vertical within 1/64.
+Frame ArbitraryFrame(const Vector3& n);
