@@ -76,13 +76,15 @@ long long SkyLine::NumStored() const {
 }
 
 double& SkyLine::Entry(int i, int j) {
-  if (std::min(i, j) < 1 || std::max(i, j) > n) {
-    Fatal("error in SkyLine::Entry. Index out of range\n");
-  }
   if (i > j) std::swap(i, j);
+  CheckRange(i, j);
   if (IsStored(i, j)) return columns[j - 1][j - i];
   outside_ = 0.0;
   return outside_;
+}
+
+void SkyLine::CheckRange(int i, int j) const {
+  if (i < 1 || j > n) Fatal("error in SkyLine::Entry. Index out of range\n");
 }
 
 void SkyLine::SetZero() {
@@ -91,10 +93,13 @@ void SkyLine::SetZero() {
 }
 
 void SkyLine::AddBlock(int firstRow, int firstCol, const Matriu& block) {
+  CheckRange(std::min(firstRow, firstCol), firstCol + block.ncols - 1);
   for (int c = 1; c <= block.ncols; ++c) {
     const int j = firstCol + c - 1;
-    const int rows = std::min(block.nrows, j - firstRow + 1);  // those with i <= j
-    for (int r = 1; r <= rows; ++r) Entry(firstRow + r - 1, j) += block(r, c);
+    const int rows = std::min(block.nrows, j - firstRow + 1);            // those with i <= j
+    const int outside = std::max(0, j - heights[j - 1] + 1 - firstRow);  // those above the column
+    double* const column = columns[j - 1];
+    for (int r = outside + 1; r <= rows; ++r) column[j - firstRow - r + 1] += block(r, c);
   }
 }
 

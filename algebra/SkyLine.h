@@ -88,6 +88,7 @@ private:
   };
 
   bool IsStored(int i, int j) const { return j - i < heights[j - 1]; }  // i <= j
+  void CheckRange(int i, int j) const;                                  // i <= j
   template <class Visit>
   void VisitRow(int i, Visit visit);
   void FillRow(int i, std::vector<double>& row);

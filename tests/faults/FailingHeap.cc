@@ -32,6 +32,14 @@ void* operator new(std::size_t size) {
 void* operator new[](std::size_t size) {
   return Allocate(size);
 }
+// Temporary buffers of the library's algorithms ask this way.
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
+  try {
+    return Allocate(size);
+  } catch (const std::bad_alloc&) {
+    return nullptr;
+  }
+}
 void operator delete(void* memory) noexcept {
   std::free(memory);
 }
@@ -39,6 +47,9 @@ void operator delete[](void* memory) noexcept {
   std::free(memory);
 }
 void operator delete(void* memory, std::size_t) noexcept {
+  std::free(memory);
+}
+void operator delete(void* memory, const std::nothrow_t&) noexcept {
   std::free(memory);
 }
 void operator delete[](void* memory, std::size_t) noexcept {

@@ -22,6 +22,16 @@ TEST(Matriu, NormsAreTheLargestSignedSums) {
   EXPECT_EQ(kM.colNorm(), 3.0);
 }
 
+TEST(Matriu, NormsLookAtEveryRowAndColumn) {
+  for (int i = 1; i <= 3; ++i)
+    for (int j = 1; j <= 3; ++j) {
+      Matriu M(3, 3);
+      M(i, j) = 5.0;
+      EXPECT_EQ(M.rowNorm(), 5.0) << i << " " << j;
+      EXPECT_EQ(M.colNorm(), 5.0) << i << " " << j;
+    }
+}
+
 TEST(Matriu, NormsOfNegativeSumsAreZero) {
   const Matriu M = Mat(2, 2, {-1, -2, 1, -5});
   EXPECT_EQ(M.rowNorm(), 0.0);

@@ -223,8 +223,13 @@ TEST(Matriu, PlaceBlockOfItselfIsCopiedFirst) {
 
 TEST(Matriu, PlaceBlockIntoZeroSizeMakesRoom) {
   Matriu M;
-  M.PlaceBlock(1, 2, Mat(1, 1, {5}));
-  EXPECT_EQ(M, Mat(1, 2, {0, 5}));
+  M.PlaceBlock(1, 1, Mat(1, 1, {5}));
+  EXPECT_EQ(M, Mat(1, 1, {5}));
+  M.PlaceBlock(1, 2, Mat(1, 1, {6}));
+  EXPECT_EQ(M, Mat(1, 2, {5, 6}));
+  Matriu rowsOnly(2, 0);
+  rowsOnly.PlaceBlock(1, 2, Mat(1, 1, {5}));
+  EXPECT_EQ(rowsOnly, Mat(2, 2, {0, 5, 0, 0}));
 }
 
 TEST(Matriu, PlaceBlockOfZeroSizeDoesNothing) {

@@ -42,6 +42,8 @@ TEST(ReaVecT, TemporariesGiveTheirBufferAway) {
   target = std::move(taken);
   EXPECT_EQ(target.begin(), buffer);
   EXPECT_EQ(target.n, 2);
+  EXPECT_EQ(taken.n, 0);           // NOLINT(bugprone-use-after-move)
+  EXPECT_EQ(taken.data, nullptr);  // NOLINT(bugprone-use-after-move)
 }
 
 TEST(ReaVecT, SumOfATemporaryReusesItsBuffer) {

@@ -196,10 +196,25 @@ TEST(SkyLine, BlockBelowTheDiagonalIsIgnored) {
   EXPECT_THAT(Entries(K), testing::Each(0.0));
 }
 
+TEST(SkyLine, PartOfABlockAboveTheProfileIsLost) {
+  SkyLine K = Chain(4);
+  K.SetZero();
+  Matriu block(3, 2);
+  block.Fill(1.0);
+  K.AddBlock(1, 3, block);
+  EXPECT_THAT(Entries(K), ElementsAre(0, 0, 0, 0,  //
+                                      0, 0, 1, 0,  //
+                                      0, 1, 1, 1,  //
+                                      0, 0, 1, 0));
+}
+
 TEST(SkyLine, BlockOutOfRangeEndsTheRun) {
+  const std::string text = "error in SkyLine::Entry. Index out of range\n";
   SkyLine K = Chain(4);
   Matriu block(2, 2);
-  EXPECT_FATAL(K.AddBlock(4, 4, block), "error in SkyLine::Entry. Index out of range\n");
+  EXPECT_FATAL(K.AddBlock(4, 4, block), text);
+  EXPECT_FATAL(K.AddBlock(0, 1, block), text);
+  EXPECT_FATAL(K.AddBlock(1, 0, block), text);
 }
 
 TEST(SkyLine, SetZeroKeepsTheStructure) {

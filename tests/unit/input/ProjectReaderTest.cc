@@ -115,6 +115,45 @@ TEST(Keywords, ValueIsGluedOrFollows) {
   }
 }
 
+TEST(Keywords, ThoseOfTheProblemSectionMatchByTheirBeginning) {
+  const auto project = ReadKeywords(
+      kSystems +
+      "UNITS_MESH=mm units_mat_and_loadN-mm Units_Res:kN-m convertto6nodesx MAINSTRESSES=0\n"
+      "numofdivisions:7 dosmoothing=0.5 coplanarityangle0.25 solver=double gravitydirection:0 3 4");
+  EXPECT_EQ(project->units.meshLength, 0.001);
+  EXPECT_EQ(project->units.materialLength, 0.001);
+  EXPECT_EQ(project->units.resultForce, 1000.0);
+  EXPECT_EQ(project->ConvertTo6Nodes, 1);
+  EXPECT_EQ(project->stressOption, MainStresses);
+  EXPECT_EQ(project->NumOfDivisions, 7);
+  EXPECT_EQ(project->smoothingAngle, 0.5);
+  EXPECT_EQ(project->CoplanarityAngle, 0.25);
+  EXPECT_EQ(project->solverChoice, SolveDouble);
+  EXPECT_THAT(project->gravity.data, ElementsAre(0.0, 0.6, 0.8));
+  EXPECT_EQ(ReadKeywords("MainAndLocalStresses:1")->stressOption, MainAndLocalStresses);
+}
+
+TEST(Keywords, SectionsAreFoundInAnyCase) {
+  const auto project = Read(
+      kHeader + std::string("Units_Names\nSI N m Pa 1 1\nEND\n") +
+      "MESH dimension 2 elemtype l nnode 2 coordinates\n1 0 0\n2 1 0\nend\nelements\n1 1 2 1\nend\n"
+      "Materials\n1 E=2\nEnd\nCONSTRAINTS\n1 111 0 0 0\nEND\nNodal_Point_Loads\n2 0 1 0\nEND\n"
+      "Rotules\n2\nEND\nGlobal_Pressure_Loads\n1 0 1\nEND\nLOCAL_PRESSURE_LOADS\n1 0 2\nEND\n"
+      "Global_Projected_Pressure_Loads\n1 0 3\nEND\nFace_Loads\n1 0 4\nEND\n");
+  EXPECT_EQ(project->units.table.size(), 1U);
+  EXPECT_EQ(project->materials.Get(1)->E1, 2.0);
+  EXPECT_NE(project->meshes[0]->nodes->Get(1)->constraint, nullptr);
+  EXPECT_NE(project->meshes[0]->nodes->Get(2)->load, nullptr);
+  EXPECT_TRUE(project->hasRotules);
+  const int kinds[] = {GlobalPressure, LocalPressure, GlobalProjected, FaceLoad};
+  const PreassureLT* load = project->loads.Get(1);
+  for (const int kind : kinds) {
+    ASSERT_NE(load, nullptr);
+    EXPECT_EQ(load->kind, kind);
+    load = load->next.get();
+  }
+}
+
 TEST(Keywords, OnlyOneFurtherWordIsReadForAValue) {
   EXPECT_FATAL(ReadKeywords("NumOfDivisions = 10"), "error: Number of divisions must be positive");
 }
@@ -444,6 +483,22 @@ TEST(Meshes, TetrahedraStandAlone) {
 TEST(Meshes, RepeatedNumbersAreFoundBeforeMixedTypes) {
   EXPECT_FATAL(Read(kHeader + kMesh + MeshOf("Tetrahedra", 4, "1 1 2 3 4 1")),
                "error: All elements must have different number. Check elm num: 1\n");
+}
+
+TEST(Meshes, TetrahedraSetTheDegreesPerNodeForTheSectionsBehindThem) {
+  const auto project = Read("problem type 3d\n" + MeshOf("Tetrahedra", 4, "2 1 2 3 4 1") +
+                            "constraints\n1 111 0 0 0\nend\nnodal_point_loads\n2 5 6 7\nend\n");
+  EXPECT_EQ(project->meshes[0]->nodes->Get(1)->constraint->dofs, 3);
+  EXPECT_EQ(project->meshes[0]->nodes->Get(2)->load->n, 3);
+}
+
+TEST(Meshes, MaterialsMayBeMissingOrOutOfRange) {
+  const auto project = Read(kHeader + MeshOf("Linear", 2, "1 1 2 0\n2 2 3 99\n3 3 4 -1\n4 1 3 7") +
+                            "materials\n7 E=2\nend\n");
+  const Plex<Elem>& elems = project->meshes[0]->elems;
+  for (int e = 1; e <= 3; ++e) EXPECT_EQ(elems.Get(e)->GetMaterial(project->materials), nullptr);
+  EXPECT_EQ(elems.Get(4)->GetMaterial(project->materials), project->materials.Get(7));
+  EXPECT_EQ(elems.Get(4)->material, nullptr);
 }
 
 TEST(Meshes, TetrahedraAreSmoothedAndHaveThreeDegreesPerNode) {

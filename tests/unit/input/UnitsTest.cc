@@ -137,6 +137,13 @@ TEST(FindUnits, TestsTheLengthFirst) {
                "error: Unit name 'a2345678901234567890' has not been previously defined\n");
 }
 
+TEST(IsUnitsKey, KnowsTheBeginningOfAKeyInThreeSpellings) {
+  for (const char* key : {"units", "Units", "UNITS", "unitsx", "units_of_line"}) {
+    EXPECT_TRUE(IsUnitsKey(key)) << key;
+  }
+  for (const char* key : {"uNits", "unit", "myunits", ""}) EXPECT_FALSE(IsUnitsKey(key)) << key;
+}
+
 TEST(FindUnitsInLine, KnowsThreeSpellings) {
   const Units units = TwoSystems();
   for (const char* line :
