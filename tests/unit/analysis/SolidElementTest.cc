@@ -1,0 +1,265 @@
+#include <cmath>
+
+#include "analysis/Solid.h"
+#include "analysis/SolidPoints.h"
+#include "analysis/Tet10.h"
+#include "tests/support/FatalExit.h"
+#include "tests/support/MeshDeck.h"
+#include "tests/support/RunDeck.h"
+
+namespace {
+
+TestMesh Unit(bool ten) {
+  TestMesh mesh{
+      "Tetrahedra", {{0, 0, 0},  {1, 0, 0}, {0, 1, 0}, {0, 0, 1}},
+       {{1, 2, 3, 4}}
+  };
+  if (ten) ToTen(mesh);
+  return mesh;
+}
+
+std::string Deck(const TestMesh& mesh, const std::string& material = "E=1e6 nu=0.25",
+                 const std::string& sections = "") {
+  std::string supports;
+  for (std::size_t i = 1; i <= mesh.nodes.size(); ++i) supports += Print("%d 111 0 0 0\n", int(i));
+  return DeckOf(mesh, "",
+                "materials\n1 " + material + "\nend materials\n" +
+                    Section("constraints", supports) + sections);
+}
+
+/// The load vector of a deck, by equations in the order of the deck.
+ReaVecT LoadsOf(const std::string& deck) {
+  const auto project = ReadDeck(deck);
+  project->global = ReaVecT(3 * project->numNodes);
+  AddSolidLoads(*project, *project->meshes[0]);
+  return project->global;
+}
+
+TEST(Tet10, ShapeFunctionsAreOneAtTheirNodeAndZeroAtTheOthers) {
+  constexpr tet10::Point kNodes[] = {
+      {0,  0,  0 },
+      {1,  0,  0 },
+      {0,  1,  0 },
+      {0,  0,  1 },
+      {.5, 0,  0 },
+      {.5, .5, 0 },
+      {0,  .5, 0 },
+      {0,  0,  .5},
+      {.5, 0,  .5},
+      {0,  .5, .5}
+  };
+  for (int k = 0; k < 10; ++k)
+    for (int i = 0; i < 10; ++i)
+      EXPECT_DOUBLE_EQ(tet10::Shape(kNodes[k])[i], i == k ? 1.0 : 0.0) << k << " " << i;
+}
+
+TEST(Tet10, DerivativesAgreeWithDifferencesAndSumToZero) {
+  constexpr double h = 1e-6;
+  const tet10::Point p{0.21, 0.34, 0.17};
+  const auto dN = tet10::ShapeDerivatives(p);
+  double sum[3] = {};
+  for (int i = 0; i < 10; ++i) {
+    const auto slope = [&](tet10::Point a, tet10::Point b) {
+      return (tet10::Shape(b)[i] - tet10::Shape(a)[i]) / (2 * h);
+    };
+    EXPECT_NEAR(dN.r[i], slope({p.r - h, p.s, p.t}, {p.r + h, p.s, p.t}), 1e-8) << i;
+    EXPECT_NEAR(dN.s[i], slope({p.r, p.s - h, p.t}, {p.r, p.s + h, p.t}), 1e-8) << i;
+    EXPECT_NEAR(dN.t[i], slope({p.r, p.s, p.t - h}, {p.r, p.s, p.t + h}), 1e-8) << i;
+    sum[0] += dN.r[i];
+    sum[1] += dN.s[i];
+    sum[2] += dN.t[i];
+  }
+  for (const double s : sum) EXPECT_NEAR(s, 0, 1e-14);
+}
+
+TEST(Tetra4, UnitElementHasAVolumeOfASixthAndUnitGradients) {
+  const auto project = ReadDeck(Deck(Unit(false)));
+  SolidPoints<4, 1> points;
+  EvaluateTetra4(*project->meshes[0]->elems.Get(1), points);
+  EXPECT_DOUBLE_EQ(points.weight[0], 1.0 / 6);
+  EXPECT_THAT(points.gradient[0][0], testing::ElementsAre(-1, -1, -1));
+  EXPECT_THAT(points.gradient[0][1], testing::ElementsAre(1, 0, 0));
+  EXPECT_THAT(points.gradient[0][2], testing::ElementsAre(0, 1, 0));
+  EXPECT_THAT(points.gradient[0][3], testing::ElementsAre(0, 0, 1));
+}
+
+TEST(Tetra10, UnitElementHasTheSameVolumeAndLinearGradients) {
+  const TestMesh mesh = Unit(true);
+  const auto project = ReadDeck(Deck(mesh));
+  SolidPoints<10, 4> points;
+  EvaluateTetra10(*project->meshes[0]->elems.Get(1), points);
+  double volume = 0;
+  for (int p = 0; p < 4; ++p) {
+    volume += points.weight[p];
+    for (int a = 0; a < 3; ++a)
+      for (int b = 0; b < 3; ++b) {
+        double slope = 0;  // of coordinate b along axis a
+        for (int k = 0; k < 10; ++k) slope += points.gradient[p][k][a] * mesh.nodes[k][b];
+        EXPECT_NEAR(slope, a == b, 1e-14);
+      }
+  }
+  EXPECT_NEAR(volume, 1.0 / 6, 1e-15);
+}
+
+TEST(TetraStrainMatrix, HoldsTheStatedRows) {
+  const auto B = TetraStrainMatrix(2, {0, 2, 0, 0}, {0, 4, 0, 0}, {0, 6, 0, 0}, 2.0);
+  EXPECT_THAT(B.entries, testing::ElementsAre(1, 0, 0,  //
+                                              0, 2, 0,  //
+                                              0, 0, 3,  //
+                                              2, 1, 0,  //
+                                              3, 0, 1,  //
+                                              0, 3, 2));
+}
+
+// --- loads --------------------------------------------------------------------------------------
+
+TEST(SolidLoads, VolumeLoadIsAQuarterPerNodeOrTheIntegralOfTheShapeFunctions) {
+  const ReaVecT four =
+      LoadsOf(Deck(Unit(false), "E=1 nu=0", "global_pressure_loads\n1 -1 24 0 -48\nend\n"));
+  for (int i = 0; i < 4; ++i) {
+    EXPECT_NEAR(four(3 * i + 1), 1, 1e-14);
+    EXPECT_EQ(four(3 * i + 2), 0);
+    EXPECT_NEAR(four(3 * i + 3), -2, 1e-14);
+  }
+  const ReaVecT ten =
+      LoadsOf(Deck(Unit(true), "E=1 nu=0", "local_pressure_loads\n1 -1 120 0 0\nend\n"));
+  for (int i = 0; i < 10; ++i) EXPECT_NEAR(ten(3 * i + 1), i < 4 ? -1 : 4, 1e-5) << i;
+}
+
+TEST(SolidLoads, OwnWeightActsAlongGravity) {
+  const ReaVecT f = LoadsOf(Deck(Unit(false), "E=1 nu=0 Weight=24"));  // along +z without a keyword
+  for (int i = 0; i < 4; ++i) {
+    EXPECT_EQ(f(3 * i + 1), 0);
+    EXPECT_NEAR(f(3 * i + 3), 1, 1e-14);
+  }
+}
+
+TEST(SolidLoads, PressureOnEachFaceActsAlongItsOutwardNormal) {
+  // Faces 0..3 are opposite to corners 4, 1, 2, 3: outward area vectors of the unit element.
+  const double kArea[4][3] = {
+      {0,   0,   -.5},
+      {.5,  .5,  .5 },
+      {-.5, 0,   0  },
+      {0,   -.5, 0  }
+  };
+  const int kCorners[4][3] = {
+      {0, 1, 2},
+      {1, 2, 3},
+      {2, 3, 0},
+      {3, 0, 1}
+  };
+  const int kMiddles[4][3] = {
+      {4, 5, 6},
+      {5, 9, 8},
+      {9, 7, 6},
+      {7, 4, 8}
+  };
+  for (const bool ten : {false, true})
+    for (int face = 0; face < 4; ++face) {
+      const ReaVecT f = LoadsOf(
+          Deck(Unit(ten), "E=1 nu=0", Print("local_pressure_loads\n1 %d 0 0 6\nend\n", face)));
+      std::vector<double> expected(f.n, 0.0);
+      for (const int node : ten ? kMiddles[face] : kCorners[face])
+        for (int d = 0; d < 3; ++d) expected[3 * node + d] = 2 * kArea[face][d];
+      for (int i = 0; i < f.n; ++i) EXPECT_NEAR(f.data[i], expected[i], 1e-14) << face << " " << i;
+    }
+}
+
+TEST(SolidLoads, ProjectedFaceLoadIsReducedByTheSlope) {
+  const ReaVecT f =
+      LoadsOf(Deck(Unit(false), "E=1 nu=0", "global_projected_pressure_loads\n1 1 0 0 -6\nend\n"));
+  // The area of face 1 projected along z is 1/2.
+  for (int node = 1; node < 4; ++node) EXPECT_NEAR(f(3 * node + 3), -1, 1e-14);
+  EXPECT_EQ(f(3), 0);
+}
+
+// --- stresses at nodes --------------------------------------------------------------------------
+
+TEST(NodalStresses, MidSideNodesStayZeroAndCornersExtrapolate) {
+  // u = (x^2, 0, 0)/2: sigma_x = c x, linear, so the corners are met exactly.
+  const TestMesh mesh = Unit(true);
+  std::string lines;
+  for (std::size_t i = 0; i < mesh.nodes.size(); ++i)
+    lines += Print("%d 111 %.17g 0 0\n", int(i) + 1, mesh.nodes[i][0] * mesh.nodes[i][0] / 2);
+  const auto project = RunDeck(
+      DeckOf(mesh, "", "materials\n1 E=2 nu=0\nend materials\n" + Section("constraints", lines)));
+  const ReaVecT& s = project->nodalStresses;
+  for (int node = 1; node <= 10; ++node) {
+    const int at = 6 * (NodeOf(*project, node).number - 1) + 1;
+    EXPECT_NEAR(s(at), node == 2 ? 2.0 : 0.0, 1e-6) << node;
+  }
+}
+
+// --- refusals -----------------------------------------------------------------------------------
+
+TEST(SolidRefusals, NegativeOrientation) {
+  TestMesh mesh = Unit(false);
+  std::swap(mesh.elems[0][0], mesh.elems[0][1]);
+  EXPECT_FATAL(RunDeck(Deck(mesh)), "error: element 1 has jacobian <=0\n");
+  mesh = Unit(true);
+  auto& nodes = mesh.elems[0];
+  std::swap(nodes[0], nodes[1]);
+  std::swap(nodes[5], nodes[6]);  // 2-3 and 3-1
+  std::swap(nodes[7], nodes[8]);  // 1-4 and 2-4
+  EXPECT_FATAL(RunDeck(Deck(mesh)), "error: element 1 has jacobian 0\n");
+}
+
+TEST(SolidRefusals, FlatElements) {
+  for (const bool ten : {false, true}) {
+    TestMesh mesh = Unit(ten);
+    for (Vector3& p : mesh.nodes) p[2] = 0;
+    EXPECT_FATAL(RunDeck(Deck(mesh)),
+                 std::string("error: element 1 has jacobian ") + (ten ? "0\n" : "<=0\n"));
+  }
+}
+
+TEST(SolidRefusals, MaterialThatIsMissingOrImpossible) {
+  for (const bool ten : {false, true}) {
+    const TestMesh mesh = Unit(ten);
+    EXPECT_FATAL(RunDeck(DeckOf(mesh, "", "constraints\n1 111 0 0 0\nend\n")),
+                 "error: Material in element: 1 doesn't exist\n");
+  }
+  const struct {
+    const char *material, *text;
+  } kRows[] = {
+      {"nu=0.3",     "error in element 1 E is 0\n"                   },
+      {"E=1 nu=1",   "error in element 1 nu is 1\n"                  },
+      {"E=1 nu=0.5", "error in element 1 nu must be > -1 and < 0.5\n"},
+      {"E=1 nu=-1",  "error in element 1 nu must be > -1 and < 0.5\n"},
+      {"E=1",        "error in element 1 nu must be > -1 and < 0.5\n"}
+  };
+  for (const auto& [material, text] : kRows)
+    EXPECT_FATAL(RunDeck(Deck(Unit(false), material)), text);
+}
+
+TEST(SolidRefusals, FaceThatDoesNotExist) {
+  for (const int face : {4, -2})
+    EXPECT_FATAL(
+        RunDeck(Deck(Unit(false), "E=1 nu=0", Print("face_loads\n1 %d 0 0 1\nend\n", face))),
+        Print("error: face %d does not exist in element 1\n", face));
+}
+
+TEST(SolidRefusals, MixtureWithOtherElements) {
+  EXPECT_FATAL(ReadDeck(Deck(Unit(false), "E=1 nu=0",
+                             "mesh dimension = 3 elemtype Linear nnode = 2\ncoordinates\nend\n"
+                             "elements\n9 1 2 1\nend\n")),
+               "error: Element tetrahedra cannot be mixed with any other element type");
+}
+
+TEST(SolidRefusals, NodeWithoutElements) {
+  TestMesh mesh = Unit(false);
+  mesh.nodes.push_back({5, 5, 5});
+  EXPECT_FATAL(RunDeck(Deck(mesh)), "error: node 5 has no elements around\n");
+}
+
+TEST(SolidsInAPlaneProblem, AreSolvedWithTwoNumberLoads) {
+  std::string deck = Deck(Unit(false), "E=1 nu=0", "global_pressure_loads\n1 24 48\nend\n");
+  deck.replace(deck.find("3d"), 2, "2d");
+  const ReaVecT f = LoadsOf(deck);
+  EXPECT_NEAR(f(1), 1, 1e-14);
+  EXPECT_NEAR(f(2), 2, 1e-14);
+  EXPECT_EQ(f(3), 0);
+  EXPECT_EQ(RunDeck(deck)->dofsPerNode, 3);
+}
+
+}  // namespace
