@@ -22,9 +22,9 @@ BEGIN, END = "<!-- whole runs: written by bench/run.py -->", "<!-- end of whole 
 # name, generator, arguments, solvers
 SPARSE, SKYLINE = "Sparse 1e-8 1e-6 100000", "SkyLine"
 MODELS = [
-    ("plane frame", "make_frame.py", [["20", "16", "0", "--plane"], ["65", "50", "0", "--plane"],
-                                      ["103", "96", "0", "--plane"], ["184", "180", "0", "--plane"],
-                                      ["321", "310", "0", "--plane"], ["577", "576", "0", "--plane"]]),
+    ("plane frame", "make_frame.py", [["20", "16", "1", "--plane"], ["65", "50", "1", "--plane"],
+                                      ["103", "96", "1", "--plane"], ["184", "180", "1", "--plane"],
+                                      ["321", "310", "1", "--plane"], ["577", "576", "1", "--plane"]]),
     ("space frame", "make_frame.py", [["6", "4", "4"], ["15", "9", "9"], ["25", "13", "13"],
                                       ["30", "16", "15"], ["40", "19", "19"], ["51", "30", "30"],
                                       ["78", "45", "45"]]),
