@@ -97,7 +97,7 @@ def rows(program, largest, only):
 
 def equations_of(text):
     """Equations before a conversion: nodes times degrees per node."""
-    nodes = text.split("\ncoordinates\n", 1)[1].split("\nend coordinates", 1)[0].count("\n") + 1
+    nodes = re.search(r"^ *coordinates\n(.*?)^ *end", text, re.DOTALL | re.MULTILINE)[1].count("\n")
     if "Tetrahedra" in text[:300] or "TYPE 2d" in text[:300]:
         return 3 * nodes
     return 6 * nodes * (4 if "ConvertTo6Nodes" in text[:300] else 1)
