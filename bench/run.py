@@ -54,8 +54,7 @@ def run(program, deck):
             now = time.monotonic()
             seconds[stages.pop(0)[0]] = now - last
             last = now
-        if line.startswith("Total time"):
-            peak = peak_of(process.pid)
+        peak = max(peak, peak_of(process.pid))
         if match := re.match(r"Degrees of freedom= (\d+)", line):
             equations = int(match.group(1))
         if match := re.match(r"Total number of positions= (\d+)", line):
@@ -69,9 +68,9 @@ def run(program, deck):
 
 
 def peak_of(pid):
-    """Largest memory so far of a running process, in MB."""
-    status = pathlib.Path(f"/proc/{pid}/status").read_text()
-    return int(re.search(r"VmHWM:\s*(\d+)", status).group(1)) / 1024
+    """Largest memory so far of a process, in MB; 0 when it has just ended."""
+    match = re.search(r"VmHWM:\s*(\d+)", pathlib.Path(f"/proc/{pid}/status").read_text())
+    return int(match[1]) / 1024 if match else 0.0
 
 
 def rows(program, largest, only):
