@@ -7,24 +7,28 @@
 
 #include "algebra/Matriu.h"
 #include "algebra/SkyLine.h"
-#include "analysis/ElementRoutines.h"
+#include "analysis/Assembly.h"
 #include "tests/support/RunDeck.h"
 
-/// The stiffness of a whole small deck as a dense matrix, equations in the order of the deck,
-/// without supports, in global axes and without coplanarity flags (no drilling term).
-inline Matriu StiffnessOfDeck(const std::string& deck) {
-  const auto project = ReadDeck(deck);
-  const int dofs = project->dofsPerNode;
-  auto K = std::make_unique<SkyLine>(project->numNodes * dofs);
-  for (int i = 1; i <= project->numNodes; ++i)
-    for (int j = i + 1; j <= project->numNodes; ++j) K->AddNodePair(i, j, dofs);
+/// The stiffness of a small project as a dense matrix, by equation, without supports and in global
+/// axes; with the drilling term where the project has coplanarity flags.
+inline Matriu GlobalStiffness(Project& project) {
+  const int dofs = project.dofsPerNode;
+  auto K = std::make_unique<SkyLine>(project.numNodes * dofs);
+  for (int i = 1; i <= project.numNodes; ++i)
+    for (int j = i + 1; j <= project.numNodes; ++j) K->AddNodePair(i, j, dofs);
   K->Allocate(dofs);
-  project->solver = std::move(K);
-  for (const auto& mesh : project->meshes)
-    RoutinesFor(*mesh).addStiffness(*project, *mesh, BlockAxes::Global);
+  project.solver = std::move(K);
+  AddStiffnessOfAllMeshes(project, BlockAxes::Global);
   Matriu dense;
-  project->solver->CopyFromYouToMat(dense);
+  project.solver->CopyFromYouToMat(dense);
+  project.solver.reset();
   return dense;
+}
+
+/// The same of a deck that was not solved: equations in the order of the deck, no drilling term.
+inline Matriu StiffnessOfDeck(const std::string& deck) {
+  return GlobalStiffness(*ReadDeck(deck));
 }
 
 /// Number of zero eigenvalues of a symmetric positive semidefinite matrix, by elimination with full

@@ -1,0 +1,70 @@
+// Three-noded shells that are solved with six nodes: the ways to the same model agree.
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "tests/support/NodalFields.h"
+#include "tests/support/SampleModels.h"
+
+namespace {
+
+const std::string kSparse = "Solver Sparse 1e-14 1e-10 20000\n";
+
+std::vector<MeshModel> Shells() {
+  return {SampleShell(false, Dress::Complete), SampleStiffenedShell(false, Dress::Complete)};
+}
+
+TEST(ConvertedShell, DoubleIsConversionAndSparse) {
+  for (const MeshModel& shell : Shells())
+    for (const int renumber : {0, 1}) {
+      const auto converted = Solved(shell, kSparse + "ConvertTo6Nodes", renumber);
+      const auto twice = Solved(shell, kSparse + "Solver Double", renumber);
+      ASSERT_GT(twice->numNodes, twice->nodesAsRead);
+      ExpectSameAnswer(*twice, *converted, 1e-8);
+    }
+}
+
+TEST(ConvertedShell, SolversAndNumberingsAgree) {
+  for (const MeshModel& shell : Shells()) {
+    const auto wanted = Solved(shell, "Solver SkyLine\nConvertTo6Nodes", 1);
+    for (const std::string solver : {"Solver SkyLine\n", "Solver Automatic\n", kSparse.c_str()})
+      for (const int renumber : {0, 1})
+        ExpectSameAnswer(*Solved(shell, solver + "ConvertTo6Nodes", renumber), *wanted, 1e-8);
+  }
+}
+
+TEST(ConvertedShell, EqualsTheSameShellWrittenWithSixNodes) {
+  MeshModel three = SampleShell(false, Dress::Held), six = SampleShell(true, Dress::Held);
+  for (MeshModel* const model : {&three, &six}) {
+    model->Load(8, {10, -20, 30}, {4, 5, -6}).Load(15, {0, 0, -7});
+    model->Load("local_pressure_loads", 7, MeshModel::kNoFace, {11, -6, 16}, 3.5);
+    model->Load("face_loads", 14, 1, {-8, 9, 5});
+  }
+  const auto converted = Solved(three, "ConvertTo6Nodes");
+  const auto written = Solved(six);
+  ASSERT_EQ(converted->numNodes, written->numNodes);
+  const NodalFields a(*converted), b(*written);
+  for (std::size_t i = 0; i < a.displacement.size(); ++i)
+    for (int d = 0; d < 3; ++d) {
+      EXPECT_NEAR(a.displacement[i][d], b.displacement[i][d], 1e-11 * LargestOf(b.displacement));
+      EXPECT_NEAR(a.rotation[i][d], b.rotation[i][d], 1e-11 * LargestOf(b.rotation));
+    }
+  for (int element = 1; element <= 16; ++element)
+    ExpectSameValues(ValuesOf(*converted, element), ValuesOf(*written, element), 1e-9, element);
+}
+
+TEST(ConvertedShell, MeshesThatShareEdgesShareTheirMidSides) {
+  for (const MeshModel& shell : Shells()) {
+    std::vector<int> same(shell.nodes.size());
+    for (std::size_t i = 0; i < same.size(); ++i) same[i] = static_cast<int>(i) + 1;
+    const auto one = Solved(shell, "ConvertTo6Nodes");
+    const auto three = Solved(Renumbered(shell, same, 3), "ConvertTo6Nodes");
+    ASSERT_EQ(three->numNodes, one->numNodes);
+    const NodalFields a(*three), b(*one);
+    ExpectSameDisplacements(a, b, 1e-10);
+    ExpectSameReactions(a, b, 1e-10);
+  }
+}
+
+}  // namespace
