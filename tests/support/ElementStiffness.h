@@ -5,21 +5,23 @@
 #include <string>
 #include <vector>
 
+#include "algebra/FixedMatrix.h"
 #include "algebra/Matriu.h"
 #include "algebra/SkyLine.h"
 #include "analysis/Assembly.h"
 #include "tests/support/RunDeck.h"
 
 /// The stiffness of a small project as a dense matrix, by equation, without supports and in global
-/// axes; with the drilling term where the project has coplanarity flags.
-inline Matriu GlobalStiffness(Project& project) {
+/// axes (or in those of inclined supports); with the drilling term where the project has
+/// coplanarity flags.
+inline Matriu GlobalStiffness(Project& project, BlockAxes axes = BlockAxes::Global) {
   const int dofs = project.dofsPerNode;
   auto K = std::make_unique<SkyLine>(project.numNodes * dofs);
   for (int i = 1; i <= project.numNodes; ++i)
     for (int j = i + 1; j <= project.numNodes; ++j) K->AddNodePair(i, j, dofs);
   K->Allocate(dofs);
   project.solver = std::move(K);
-  AddStiffnessOfAllMeshes(project, BlockAxes::Global);
+  AddStiffnessOfAllMeshes(project, axes);
   Matriu dense;
   project.solver->CopyFromYouToMat(dense);
   project.solver.reset();
@@ -52,4 +54,21 @@ inline int ZeroModes(Matriu K) {
     }
   }
   return 0;
+}
+
+/// K := A^T K A for the 3x3 rotation A on every triple of degrees of one node (from 1) with `dofs`
+/// degrees: what an inclined support makes of a stiffness.
+inline void TurnNode(Matriu& K, int node, int dofs, const FixedMatrix<3, 3>& A) {
+  for (int first = dofs * (node - 1); first < dofs * node; first += 3) {
+    for (int line = 1; line <= K.nrows; ++line) {  // rows of K A
+      const double v[3] = {K(line, first + 1), K(line, first + 2), K(line, first + 3)};
+      for (int j = 1; j <= 3; ++j)
+        K(line, first + j) = v[0] * A(1, j) + v[1] * A(2, j) + v[2] * A(3, j);
+    }
+    for (int line = 1; line <= K.ncols; ++line) {  // columns of A^T K
+      const double v[3] = {K(first + 1, line), K(first + 2, line), K(first + 3, line)};
+      for (int j = 1; j <= 3; ++j)
+        K(first + j, line) = v[0] * A(1, j) + v[1] * A(2, j) + v[2] * A(3, j);
+    }
+  }
 }
