@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <cmath>
 #include <cstdio>
 #include <functional>
 #include <map>
@@ -90,6 +91,14 @@ inline void ToSix(TestMesh& mesh) {
                         {1, 2},
                         {2, 0}
   });
+}
+
+/// Moves every node from `firstMidSide` (a place) on, each its own way, by at most 0.12.
+inline void CurveEdges(TestMesh& mesh, std::size_t firstMidSide) {
+  for (std::size_t k = firstMidSide; k < mesh.nodes.size(); ++k) {
+    const auto a = static_cast<double>(k);
+    mesh.nodes[k] = Plus(mesh.nodes[k], {0.05 * std::sin(a), 0.05 * std::cos(3 * a), 0.01 * a});
+  }
 }
 
 /// The unit cube in nx x ny x nz cells of six tetrahedra around the diagonal 000-111; with

@@ -1,9 +1,9 @@
 #include <cmath>
 
-#include "analysis/Solid.h"
 #include "analysis/SolidPoints.h"
 #include "analysis/Tet10.h"
 #include "tests/support/FatalExit.h"
+#include "tests/support/LoadVector.h"
 #include "tests/support/MeshDeck.h"
 #include "tests/support/RunDeck.h"
 
@@ -25,14 +25,6 @@ std::string Deck(const TestMesh& mesh, const std::string& material = "E=1e6 nu=0
   return DeckOf(mesh, "",
                 "materials\n1 " + material + "\nend materials\n" +
                     Section("constraints", supports) + sections);
-}
-
-/// The load vector of a deck, by equations in the order of the deck.
-ReaVecT LoadsOf(const std::string& deck) {
-  const auto project = ReadDeck(deck);
-  project->global = ReaVecT(3 * project->numNodes);
-  AddSolidLoads(*project, *project->meshes[0]);
-  return project->global;
 }
 
 TEST(Tet10, ShapeFunctionsAreOneAtTheirNodeAndZeroAtTheOthers) {
@@ -109,68 +101,6 @@ TEST(TetraStrainMatrix, HoldsTheStatedRows) {
                                               2, 1, 0,  //
                                               3, 0, 1,  //
                                               0, 3, 2));
-}
-
-// --- loads --------------------------------------------------------------------------------------
-
-TEST(SolidLoads, VolumeLoadIsAQuarterPerNodeOrTheIntegralOfTheShapeFunctions) {
-  const ReaVecT four =
-      LoadsOf(Deck(Unit(false), "E=1 nu=0", "global_pressure_loads\n1 -1 24 0 -48\nend\n"));
-  for (int i = 0; i < 4; ++i) {
-    EXPECT_NEAR(four(3 * i + 1), 1, 1e-14);
-    EXPECT_EQ(four(3 * i + 2), 0);
-    EXPECT_NEAR(four(3 * i + 3), -2, 1e-14);
-  }
-  const ReaVecT ten =
-      LoadsOf(Deck(Unit(true), "E=1 nu=0", "local_pressure_loads\n1 -1 120 0 0\nend\n"));
-  for (int i = 0; i < 10; ++i) EXPECT_NEAR(ten(3 * i + 1), i < 4 ? -1 : 4, 1e-5) << i;
-}
-
-TEST(SolidLoads, OwnWeightActsAlongGravity) {
-  const ReaVecT f = LoadsOf(Deck(Unit(false), "E=1 nu=0 Weight=24"));  // along +z without a keyword
-  for (int i = 0; i < 4; ++i) {
-    EXPECT_EQ(f(3 * i + 1), 0);
-    EXPECT_NEAR(f(3 * i + 3), 1, 1e-14);
-  }
-}
-
-TEST(SolidLoads, PressureOnEachFaceActsAlongItsOutwardNormal) {
-  // Faces 0..3 are opposite to corners 4, 1, 2, 3: outward area vectors of the unit element.
-  const double kArea[4][3] = {
-      {0,   0,   -.5},
-      {.5,  .5,  .5 },
-      {-.5, 0,   0  },
-      {0,   -.5, 0  }
-  };
-  const int kCorners[4][3] = {
-      {0, 1, 2},
-      {1, 2, 3},
-      {2, 3, 0},
-      {3, 0, 1}
-  };
-  const int kMiddles[4][3] = {
-      {4, 5, 6},
-      {5, 9, 8},
-      {9, 7, 6},
-      {7, 4, 8}
-  };
-  for (const bool ten : {false, true})
-    for (int face = 0; face < 4; ++face) {
-      const ReaVecT f = LoadsOf(
-          Deck(Unit(ten), "E=1 nu=0", Print("local_pressure_loads\n1 %d 0 0 6\nend\n", face)));
-      std::vector<double> expected(f.n, 0.0);
-      for (const int node : ten ? kMiddles[face] : kCorners[face])
-        for (int d = 0; d < 3; ++d) expected[3 * node + d] = 2 * kArea[face][d];
-      for (int i = 0; i < f.n; ++i) EXPECT_NEAR(f.data[i], expected[i], 1e-14) << face << " " << i;
-    }
-}
-
-TEST(SolidLoads, ProjectedFaceLoadIsReducedByTheSlope) {
-  const ReaVecT f =
-      LoadsOf(Deck(Unit(false), "E=1 nu=0", "global_projected_pressure_loads\n1 1 0 0 -6\nend\n"));
-  // The area of face 1 projected along z is 1/2.
-  for (int node = 1; node < 4; ++node) EXPECT_NEAR(f(3 * node + 3), -1, 1e-14);
-  EXPECT_EQ(f(3), 0);
 }
 
 // --- stresses at nodes --------------------------------------------------------------------------
@@ -255,10 +185,10 @@ TEST(SolidRefusals, NodeWithoutElements) {
 TEST(SolidsInAPlaneProblem, AreSolvedWithTwoNumberLoads) {
   std::string deck = Deck(Unit(false), "E=1 nu=0", "global_pressure_loads\n1 24 48\nend\n");
   deck.replace(deck.find("3d"), 2, "2d");
-  const ReaVecT f = LoadsOf(deck);
-  EXPECT_NEAR(f(1), 1, 1e-14);
-  EXPECT_NEAR(f(2), 2, 1e-14);
-  EXPECT_EQ(f(3), 0);
+  const auto f = LoadsOf(deck);
+  EXPECT_NEAR(f[0], 1, 1e-14);
+  EXPECT_NEAR(f[1], 2, 1e-14);
+  EXPECT_EQ(f[2], 0);
   EXPECT_EQ(RunDeck(deck)->dofsPerNode, 3);
 }
 
