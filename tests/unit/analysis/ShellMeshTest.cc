@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cmath>
 #include <sstream>
 
@@ -21,87 +22,6 @@ TestMesh Square() {
 
 std::unique_ptr<Project> Read(const TestMesh& mesh, const std::string& keywords = "") {
   return ReadDeck(DeckOf(mesh, keywords, kMaterial));
-}
-
-// --- normals and flags --------------------------------------------------------------------------
-
-TEST(CheckNormals, FlatPlateFlagsEveryNode) {
-  const auto project = Read(Grid(3, 2, Cut::Cross, Flat));
-  CheckNormals(*project);
-  EXPECT_THAT(project->coplanar, testing::Each(1));
-  EXPECT_EQ(project->coplanar.size(), 18u);
-}
-
-TEST(CheckNormals, FoldOfNinetyDegreesLeavesItsNodesUnflagged) {
-  TestMesh mesh{
-      "Triangle", {{0, 0, 0},  {0, 1, 0}, {1, 0, 0}, {0, 0, 1}},
-       {{1, 3, 2}, {1, 2, 4}         }
-  };
-  const auto project = Read(mesh, "CoplanarityAngle 0.1");
-  CheckNormals(*project);
-  EXPECT_THAT(project->coplanar, testing::ElementsAre(0, 0, 1, 1));
-}
-
-TEST(CheckNormals, AngleDecidesWhatIsCoplanar) {
-  TestMesh mesh = Square();
-  mesh.nodes[1][2] = 0.05;  // a fold of less than 0.1 along the diagonal
-  for (const auto& [angle, flag] : {
-           std::pair{"0.2",  1},
-           {"0.01", 0}
-  }) {
-    const auto project = Read(mesh, std::string("CoplanarityAngle ") + angle);
-    CheckNormals(*project);
-    EXPECT_EQ(project->coplanar[0], flag) << angle;
-    EXPECT_EQ(project->coplanar[1], 1) << angle;  // one element only
-  }
-}
-
-TEST(CheckNormals, OppositeNormalsAreRefusedWithBothNumbers) {
-  TestMesh mesh = Square();
-  std::swap(mesh.elems[1][0], mesh.elems[1][1]);
-  const auto project = Read(mesh);
-  EXPECT_FATAL(
-      CheckNormals(*project),
-      "error: Elements 1 and 2 have normals in opposite directions. It is necessary to swap "
-      "normals\n");
-}
-
-TEST(CheckNormals, DegenerateElementIsRefused) {
-  TestMesh mesh = Square();
-  mesh.nodes[3] = {2, 0, 0};  // on the line through 1 and 2
-  const auto project = Read(mesh);
-  EXPECT_FATAL(CheckNormals(*project), "error: element 1 is not correct\n");
-}
-
-/// `count` triangles around node 1.
-TestMesh Fan(int count) {
-  TestMesh mesh{"Triangle", {{0, 0, 0}}, {}};
-  for (int i = 0; i < count; ++i) {
-    const double angle = 6.283185307179586 * i / count;
-    mesh.nodes.push_back({std::cos(angle), std::sin(angle), 0});
-  }
-  for (int i = 0; i < count; ++i) mesh.elems.push_back({1, 2 + i, 2 + (i + 1) % count});
-  return mesh;
-}
-
-TEST(CheckNormals, TwentyFiveElementsAroundANodeAreAccepted) {
-  const auto project = Read(Fan(25));
-  CheckNormals(*project);
-  EXPECT_EQ(project->coplanar[0], 1);
-}
-
-TEST(CheckNormals, TwentySixElementsAroundANodeAreRefused) {
-  const std::string text = "error: Node 1 has too many elements around (more than 25)\n";
-  EXPECT_FATAL(CheckNormals(*Read(Fan(26))), text);
-  EXPECT_FATAL(ConvertMeshesTo6Nodes(*Read(Fan(26))), text);
-}
-
-TEST(CheckNormals, ModelWithoutTrianglesHasNoFlags) {
-  const auto project = Read(Box(1, 1, 1, false, [](double x, double y, double z) {
-    return Vector3{x, y, z};
-  }));
-  CheckNormals(*project);
-  EXPECT_TRUE(project->coplanar.empty());
 }
 
 // --- conversion ---------------------------------------------------------------------------------
@@ -138,6 +58,61 @@ TEST(ConvertTo6Nodes, EveryMidSideLiesHalfWayOnItsEdge) {
     }
   // One node on each edge: Euler's formula for a disc, edges = corners + faces - 1.
   EXPECT_EQ(project->numNodes, 25 + (25 + 36 - 1));
+}
+
+TEST(ConvertTo6Nodes, NewNodesAreNumberedByElementAndEdge) {
+  const auto project = Read(Square());  // elements 1 2 4 and 1 4 3
+  project->meshes[0]->nodes->Get(1)->dim = 2;
+  ConvertMeshesTo6Nodes(*project);
+  const Plex<Node>& nodes = *project->meshes[0]->nodes;
+  const int kNumbers[2][3] = {
+      {5, 6, 7},
+      {7, 8, 9}
+  };
+  for (int e = 0; e < 2; ++e)
+    for (int k = 0; k < 3; ++k) {
+      const Node* const node = project->meshes[0]->elems.Get(e + 1)->nodes[k + 3];
+      EXPECT_EQ(node, nodes.Get(kNumbers[e][k]));
+      EXPECT_EQ(node->number, kNumbers[e][k]);
+      EXPECT_EQ(node->dim, 3);
+      EXPECT_EQ(node->load, nullptr);
+    }
+  EXPECT_EQ(nodes.Highest(), 9);
+}
+
+TEST(ConvertTo6Nodes, NeighboursFindTheSharedEdgeWhereverTheirNodesBegin) {
+  for (int turn1 = 0; turn1 < 3; ++turn1)
+    for (int turn2 = 0; turn2 < 3; ++turn2) {
+      TestMesh mesh = Square();
+      std::rotate(mesh.elems[0].begin(), mesh.elems[0].begin() + turn1, mesh.elems[0].end());
+      std::rotate(mesh.elems[1].begin(), mesh.elems[1].begin() + turn2, mesh.elems[1].end());
+      const auto project = Read(mesh);
+      ConvertMeshesTo6Nodes(*project);
+      EXPECT_EQ(project->numNodes, 9) << turn1 << turn2;
+      for (const auto [number, elem] : project->meshes[0]->elems)
+        for (int e = 0; e < 3; ++e) {
+          const Node &p = *elem->nodes[e], &q = *elem->nodes[(e + 1) % 3];
+          ASSERT_NE(elem->nodes[e + 3], nullptr) << turn1 << turn2;
+          EXPECT_EQ(elem->nodes[e + 3]->x, (p.x + q.x) / 2) << turn1 << turn2;
+          EXPECT_EQ(elem->nodes[e + 3]->y, (p.y + q.y) / 2) << turn1 << turn2;
+        }
+    }
+}
+
+TEST(ConvertTo6Nodes, MidSidesOfAMeshReadWithSixNodesAreTaken) {
+  TestMesh six{
+      "Triangle", {{0, 0, 0},  {1, 0, 0}, {0, 1, 0}, {1, 1, 0}},
+       {{1, 2, 4}}
+  };
+  ToSix(six);  // 5 on 1-2, 6 on 2-4, 7 on 4-1
+  const auto project =
+      ReadDeck(DeckOf(six, "",
+                      std::string("mesh dimension = 3 elemtype Triangle nnode = 3\ncoordinates\n"
+                                  "end\nelements\n7 1 4 3 1\nend\n") +
+                          kMaterial));
+  EXPECT_TRUE(ConvertMeshesTo6Nodes(*project));
+  EXPECT_EQ(project->numNodes, 9);
+  EXPECT_EQ(project->meshes[1]->elems.Get(7)->nodes[3], project->meshes[0]->nodes->Get(7));
 }
 
 TEST(ConvertTo6Nodes, OtherMeshesAreRefused) {
@@ -195,6 +170,22 @@ TEST(ConvertTo6Nodes, MidSideTakesTheSupportsThatItsCornersHaveInCommon) {
   EXPECT_EQ(project->meshes[0]->elems.Get(2)->nodes[5]->constraint, nullptr);  // springs stay
 }
 
+TEST(ConvertTo6Nodes, MidSideOfInclinedSupportsIsInclinedHalfWay) {
+  const auto project = ReadDeck(
+      DeckOf(Square(), "",
+             kMaterial + Section("constraints",
+                                 "1 010000 0 0.2 0 0 0 0 Euler3=0.2\n"
+                                 "2 110000 0 0.6 0 0 0 0 Euler3=0.8\n4 010000 0 0.1 0 0 0 0\n")));
+  ConvertMeshesTo6Nodes(*project);
+  const Constraint& merged = *project->meshes[0]->nodes->Get(5)->constraint;  // on 1-2
+  EXPECT_EQ(merged.hasLocalAxes, 1);
+  EXPECT_NEAR(merged.Euler3, 0.5, 1e-12);
+  EXPECT_THAT(merged.codes, testing::ElementsAre(0, 1, 0, 0, 0, 0));
+  EXPECT_DOUBLE_EQ(merged.values[1], 0.4);  // each along its own axes
+  const Constraint& other = *project->meshes[0]->nodes->Get(7)->constraint;  // on 4-1
+  EXPECT_NEAR(other.Euler3, 0.1, 1e-12);
+}
+
 // --- whole runs ---------------------------------------------------------------------------------
 
 std::string ClampedPlate(const std::string& keywords) {
@@ -233,6 +224,36 @@ TEST(DoubleSolver, SixNodedTrianglesAreRefusedBeforeAnythingIsWritten) {
   EXPECT_FATAL(RunDeck(DeckOf(mesh, "Solver Double", kMaterial), 1, &info),
                "error: Solver DOUBLE needs a shell mesh of 3-noded triangles\n");
   EXPECT_EQ(info.str(), "");
+}
+
+TEST(ConvertedModel, TurnsWithItsInclinedSupports) {
+  // A strip on local codes, straight and turned by 0.5 about z; mid-sides get merged supports.
+  const double c = std::cos(0.5), s = std::sin(0.5);
+  const auto solve = [&](bool turned) {
+    const TestMesh mesh = Grid(4, 2, Cut::Right, [&](double x, double y, double) {
+      x *= 2;
+      return turned ? Vector3{c * x - s * y, s * x + c * y, 0} : Vector3{x, y, 0};
+    });
+    const char* const axes = turned ? " Euler3=0.5" : "";
+    std::string supports, loads;
+    for (int i = 1; i <= 5; ++i)  // the edge y = 0
+      supports += Print("%d 011100 0 %g 0 0.002 0 0%s\n", i, 1e-3 * i, axes);
+    supports += Print("15 100000 0.003 0 0 0 0 0%s\n", axes);
+    loads += turned ? Print("11 %.17g %.17g 20 0 0 0\n", 300 * c - 50 * s, 300 * s + 50 * c)
+                    : Print("11 300 50 20 0 0 0\n");
+    return RunDeck(
+        DeckOf(mesh, "ConvertTo6Nodes",
+               kMaterial + Section("constraints", supports) + Section("nodal_point_loads", loads)));
+  };
+  const auto straight = solve(false), turned = solve(true);
+  ASSERT_EQ(straight->numNodes, 45);
+  for (int n = 1; n <= 45; ++n)
+    for (const int first : {1, 4}) {
+      const double x = Displacement(*straight, n, first), y = Displacement(*straight, n, first + 1);
+      EXPECT_NEAR(Displacement(*turned, n, first), c * x - s * y, 1e-9) << n;
+      EXPECT_NEAR(Displacement(*turned, n, first + 1), s * x + c * y, 1e-9) << n;
+      EXPECT_NEAR(Displacement(*turned, n, first + 2), Displacement(*straight, n, first + 2), 1e-9);
+    }
 }
 
 TEST(ConvertedModel, MidSideReactionsMoveToTheCorners) {
