@@ -165,6 +165,11 @@ Vector3 Turn(const Rotation& R, const Vector3& v) {
   return turned;
 }
 
+bool MeshModel::Material::Has(const std::string& key) const {
+  return std::any_of(values.begin(), values.end(),
+                     [&](const auto& entry) { return entry.first == key; });
+}
+
 double MeshModel::Material::operator[](const std::string& key) const {
   for (const auto& [name, value] : values)
     if (name == key) return value;

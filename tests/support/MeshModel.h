@@ -42,6 +42,7 @@ struct MeshModel {
     Values values;
     std::optional<Vector3> angles;  ///< Euler1 to Euler3
 
+    bool Has(const std::string& key) const;
     double operator[](const std::string& key) const;
   };
   struct Support {
