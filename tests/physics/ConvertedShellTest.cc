@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "tests/support/Answers.h"
 #include "tests/support/NodalFields.h"
 #include "tests/support/SampleModels.h"
 
@@ -65,6 +66,53 @@ TEST(ConvertedShell, MeshesThatShareEdgesShareTheirMidSides) {
     ExpectSameDisplacements(a, b, 1e-10);
     ExpectSameReactions(a, b, 1e-10);
   }
+}
+
+/// The shell of straight edges whose first half has six nodes and whose second half three.
+MeshModel HalfConverted() {
+  const MeshModel three = SampleShell(false, Dress::Held);
+  TestMesh half{"Triangle", three.nodes, {}};
+  std::vector<MeshModel::Element> first, second;
+  for (const MeshModel::Element& element : three.blocks[0].elements)
+    ((element.number - 1) / 2 % 4 < 2 ? first : second).push_back(element);
+  for (const MeshModel::Element& element : first) half.elems.push_back(element.nodes);
+  ToSix(half);
+  for (std::size_t i = 0; i < first.size(); ++i) first[i].nodes = half.elems[i];
+  MeshModel model = three;
+  model.nodes = half.nodes;
+  for (int node = static_cast<int>(three.nodes.size()) + 1; node <= int(half.nodes.size()); ++node)
+    if (model.At(node)[0] == 0.0) model.Hold(node, "111111");
+  model.blocks = {
+      {"Triangle", first },
+      {"Triangle", second}
+  };
+  return model;
+}
+
+TEST(ConvertedShell, MeshesOfSixNodesTakeThoseOfThreeAlong) {
+  MeshModel half = HalfConverted(), six = SampleShell(true, Dress::Held);
+  for (MeshModel* const model : {&half, &six}) {
+    model->Load(8, {10, -20, 30}, {4, 5, -6}).Load(15, {0, 0, -7});
+    model->Load("local_pressure_loads", 7, MeshModel::kNoFace, {11, -6, 16}, 3.5);
+    model->Load("local_pressure_loads", 3, MeshModel::kNoFace, {0, 0, 16});
+  }
+  const auto converted = Solved(half, "ConvertTo6Nodes"), written = Solved(six);
+  ASSERT_EQ(converted->numNodes, written->numNodes);
+  for (int n = 1; n <= 15; ++n)
+    for (int d = 1; d <= 6; ++d)
+      EXPECT_NEAR(Displacement(*converted, n, d), Displacement(*written, n, d),
+                  1e-10 * LargestDisplacement(*written));
+  for (int element = 1; element <= 16; ++element)
+    ExpectSameValues(ValuesOf(*converted, element), ValuesOf(*written, element), 1e-9, element);
+}
+
+TEST(ConvertedShell, MeshesOfThreeAndSixNodesStandTogether) {
+  MeshModel half = HalfConverted();
+  half.Load(8, {10, -20, 30}, {4, 5, -6}).Load(15, {0, 0, -7});
+  half.Load("local_pressure_loads", 7, MeshModel::kNoFace, {11, -6, 16}, 3.5);
+  const auto wanted = Solved(half, "Solver SkyLine");
+  for (const int renumber : {0, 1})
+    ExpectSameAnswer(*Solved(half, kSparse, renumber), *wanted, 1e-8);
 }
 
 }  // namespace

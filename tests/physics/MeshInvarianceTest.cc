@@ -31,11 +31,13 @@ TEST_P(MeshInvariance, NumbersAndMeshesOfTheDeckDoNotMatter) {
   const MeshModel model = Model();
   const auto wanted = Solved(model);
   const std::vector<int> newNumber = Shuffle(static_cast<int>(model.nodes.size()));
-  const int most = model.IsSolid() ? 1 : 3;  // results of solids are written from one mesh
-  for (int pieces = 1; pieces <= most; ++pieces) {
+  for (int pieces = 1; pieces <= 3; ++pieces) {
     SCOPED_TRACE(pieces);
     const MeshModel other = Renumbered(model, newNumber, pieces);
-    const auto got = Solved(other);
+    const auto got = ReadDeck(other.Text());
+    SolveProject(*got, 1, nullptr);
+    const bool hasResults = !model.IsSolid() || pieces == 1;  // solids of several meshes have none
+    if (hasResults) ComputeStrengths(*got, nullptr);
     ASSERT_EQ(got->meshes.size(), model.blocks.size() + pieces - 1);
     const NodalFields a(*got), b(*wanted);
     const auto back = [&](const Field& field) {
@@ -45,6 +47,7 @@ TEST_P(MeshInvariance, NumbersAndMeshesOfTheDeckDoNotMatter) {
     };
     ExpectSameField(back(a.displacement), b.displacement, 1e-9, "displacement");
     ExpectSameField(back(a.rotation), b.rotation, 1e-9, "rotation");
+    if (!hasResults) continue;
     ExpectSameField(back(a.reaction), b.reaction, 1e-9, "reaction");
     ExpectSameField(back(a.couple), b.couple, 1e-9, "couple");
     for (const MeshModel::Block& block : model.blocks)
@@ -52,6 +55,28 @@ TEST_P(MeshInvariance, NumbersAndMeshesOfTheDeckDoNotMatter) {
         ExpectSameValues(ValuesOf(*got, NewElementNumber(element.number)),
                          ValuesOf(*wanted, element.number), 1e-8, element.number);
   }
+}
+
+/// The same elements, begun at their second corner; faces and edges of loads follow.
+MeshModel Cycled(MeshModel model) {
+  const bool solid = model.IsSolid();
+  const std::vector<int> order =
+      solid ? std::vector<int>{1, 2, 0, 3, 5, 6, 4, 8, 9, 7} : std::vector<int>{1, 2, 0, 4, 5, 3};
+  for (MeshModel::Element& element : model.blocks[0].elements) {
+    const std::vector<int> old = element.nodes;
+    for (std::size_t i = 0; i < old.size(); ++i) element.nodes[i] = old[order[i]];
+  }
+  const std::vector<int> newFace = solid ? std::vector<int>{0, 3, 1, 2} : std::vector<int>{2, 0, 1};
+  for (MeshModel::ElementLoad& load : model.elementLoads)
+    if (load.face >= 0) load.face = newFace[load.face];
+  return model;
+}
+
+TEST_P(MeshInvariance, TheFirstCornerOfAnElementDoesNotMatter) {
+  const auto wanted = Solved(Model()), got = Solved(Cycled(Model()));
+  const NodalFields a(*got), b(*wanted);
+  ExpectSameDisplacements(a, b, 1e-7);  // the points of solids have seven digits
+  ExpectSameReactions(a, b, 1e-7);
 }
 
 // --- turning ------------------------------------------------------------------------------------

@@ -10,7 +10,7 @@
 /// front of the solver's error. `deckWith` gives the text with a further line of keywords.
 inline void ExpectRefused(const std::function<std::string(const std::string&)>& deckWith,
                           const std::string& warnings) {
-  for (const char* const solver : {"SkyLine", "Sparse 1e-10 1e-8 5000"})
+  for (const char* const solver : {"SkyLine", "Sparse 1e-10 1e-8 1000"})
     for (const int renumber : {0, 1}) {
       try {
         RunDeck(deckWith(std::string("Solver ") + solver), renumber);
