@@ -93,14 +93,15 @@ private:
   template <Pass pass, class Visit>
   void ForEachCorner(const ValueGroup& group, const std::vector<ReaVec3>& orientations,
                      Visit visit) {
-    double* values = values_.data.get() + group.first;
+    double* element = values_.data.get();
     std::size_t position = 0;
     for (auto [number, elem] : mesh_.elems) {
+      double* const values = element + group.first;
       Corners corners = ToCorners(values, group.count);
       for (int c = 0; c < 3; ++c)
         visit(nodes_[elem->nodes[c]->number - 1], orientations[position], corners[c]);
       if (pass == Replace) ToPoints(corners, group.count, values);
-      values += 8 * points_;
+      element += 8 * points_;
       ++position;
     }
   }

@@ -52,11 +52,11 @@ void WritePointLine(const double* values, int count, OutputText& results) {
 void WriteValues(const Mesh& mesh, const ReaVecT& array, int stride, const PointBlock& block,
                  OutputText& results) {
   const int points = PointsPerElement(mesh);
-  const double* values = array.begin() + (block.first - 1);
+  const double* values = array.begin();
   for (const auto [number, elem] : mesh.elems) {
     results << number;
     for (int point = 0; point < points; ++point, values += stride)
-      WritePointLine(values, block.count, results);
+      WritePointLine(values + (block.first - 1), block.count, results);
   }
 }
 

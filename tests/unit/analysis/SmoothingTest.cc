@@ -1,6 +1,4 @@
 // Averages around nodes: shell values per orientation, stresses of solids.
-#include <sstream>
-
 #include "analysis/Smoothing.h"
 #include "tests/support/FatalExit.h"
 #include "tests/support/MeshDeck.h"
@@ -260,56 +258,6 @@ TEST(AverageSolidStresses, NodesOutsideEveryElementAreRefused) {
   project->gaussVariables[0] = ReaVecT(12);
   project->meshes[0]->elems.Get(2)->nodes[3] = project->meshes[0]->elems.Get(1)->nodes[0];
   EXPECT_FATAL(AverageSolidStresses(*project, 0), "error: node 5 has no elements around\n");
-}
-
-// --- whole runs ---------------------------------------------------------------------------------
-
-std::string Bent(const std::string& keywords) {
-  return DeckOf(Square(false), keywords,
-                "materials\n1 E=1000 nu=0.25 G=400 t=0.1\nend materials\n" +
-                    Section("constraints", "1 111111 0 0 0 0 0 0\n3 111111 0 0 0 0 0 0\n") +
-                    Section("nodal_point_loads", "2 1 2 3 0 0 0\n4 0.5 -1 2 0 0 0\n"));
-}
-
-TEST(StressOptions, KeepMainValuesAlongsideOrInTheirPlace) {
-  for (const char* const conversion : {"", "ConvertTo6Nodes\n"}) {
-    const int points = *conversion == '\0' ? 2 : 6;
-    const auto local = RunDeck(Bent(conversion));
-    const auto main = RunDeck(Bent(std::string(conversion) + "MainStresses"));
-    const auto both = RunDeck(Bent(std::string(conversion) + "MainAndLocalStresses"));
-    ASSERT_EQ(local->gaussVariables[0].n, 8 * points);
-    ASSERT_EQ(main->mainDirections[0].n, 6 * points);
-    EXPECT_EQ(local->mainDirections[0].n, 0);
-    EXPECT_EQ(main->localValues[0].n, 0);
-    EXPECT_EQ(Entries(both->gaussVariables[0]), Entries(local->gaussVariables[0]));
-    EXPECT_EQ(Entries(both->localValues[0]), Entries(main->gaussVariables[0]));
-    EXPECT_EQ(Entries(both->mainDirections[0]), Entries(main->mainDirections[0]));
-    for (int p = 0; p < points; ++p) {
-      const double* const l = local->gaussVariables[0].begin() + 8 * p;
-      const double* const m = main->gaussVariables[0].begin() + 8 * p;
-      for (const int k : {0, 3}) {
-        EXPECT_NEAR(m[k] + m[k + 1], l[k] + l[k + 1], 1e-9);
-        EXPECT_NEAR(m[k] * m[k + 1], l[k] * l[k + 1] - l[k + 2] * l[k + 2], 1e-7);
-        EXPECT_EQ(m[k + 2], 0.0);
-      }
-      EXPECT_NEAR(m[6] * m[6] + m[7] * m[7], l[6] * l[6] + l[7] * l[7], 1e-7);
-      EXPECT_GT(std::abs(l[2]), 1e-3);
-    }
-  }
-}
-
-TEST(SmoothingOfARun, ComesOnRequestAndIsAnnounced) {
-  const std::string text = "Beginning smooth of the gaussian variables\n";
-  std::ostringstream quiet, loud;
-  const auto raw = RunDeck(Bent(""), 1, &quiet);
-  const auto smooth = RunDeck(Bent("DoSmoothing 0.1"), 1, &loud);
-  EXPECT_EQ(quiet.str().find(text), std::string::npos);
-  EXPECT_EQ(loud.str().substr(loud.str().size() - text.size()), text);
-  const ReaVecT &r = raw->gaussVariables[0], &s = smooth->gaussVariables[0];
-  for (int k = 1; k <= 8; ++k) {  // as in kThreeAfter: both move a third of their difference
-    EXPECT_NEAR(s(k), r(k) + (r(8 + k) - r(k)) / 3, 1e-12 * std::abs(r(k)) + 1e-15) << k;
-    EXPECT_NEAR(s(8 + k), r(8 + k) - (r(8 + k) - r(k)) / 3, 1e-12 * std::abs(r(k)) + 1e-15) << k;
-  }
 }
 
 }  // namespace

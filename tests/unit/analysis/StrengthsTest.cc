@@ -1,0 +1,129 @@
+// The step from displacements to strengths as a whole.
+#include <cmath>
+#include <sstream>
+
+#include "analysis/Strengths.h"
+#include "output/OutputText.h"
+#include "output/VemoFiles.h"
+#include "tests/support/FatalExit.h"
+#include "tests/support/MeshDeck.h"
+#include "tests/support/RunDeck.h"
+#include "tests/support/Vectors.h"
+
+namespace {
+
+Vector3 Same(double x, double y, double z) {
+  return {x, y, z};
+}
+
+/// The unit square cut along 1-4: elements 1 2 4 and 1 4 3, both in the same axes.
+TestMesh Square() {
+  return Grid(1, 1, Cut::Right, Same);
+}
+
+std::string Held(const TestMesh& mesh, const char* codes) {
+  std::string lines;
+  for (std::size_t i = 1; i <= mesh.nodes.size(); ++i) lines += Print("%d %s\n", int(i), codes);
+  return Section("constraints", lines);
+}
+
+const char* const kEmptyMesh =
+    "mesh dimension = 3 elemtype Triangle nnode = 3\ncoordinates\nend\nelements\nend\n";
+const char* const kMaterial =
+    "materials\n1 E=1000 nu=0.25 G=400 t=0.1 A=1 Iy=1 Iz=1 J=1\nend materials\n";
+
+TEST(ComputeStrengths, KeepsTheValuesOfEveryPointOfEachMesh) {
+  TestMesh six = Square();
+  ToSix(six);
+  const auto shells = RunDeck(
+      DeckOf(six, "",
+             std::string("mesh dimension = 3 elemtype Triangle nnode = 3\ncoordinates\nend\n"
+                         "elements\n7 1 2 4 1\nend\n"
+                         "mesh dimension = 3 elemtype Linear nnode = 2\ncoordinates\nend\n"
+                         "elements\n9 1 2 1\n8 1 4 1\n11 2 4 1\nend\n") +
+                 kEmptyMesh + kMaterial + Held(six, "111111 0 0 0 0 0 0")));
+  EXPECT_EQ(shells->gaussVariables[0].n, 2 * 3 * 8);
+  EXPECT_EQ(shells->gaussVariables[1].n, 8);
+  EXPECT_EQ(shells->gaussVariables[2].n, 3 * 2 * 6);
+  EXPECT_EQ(shells->gaussVariables[3].n, 0);
+  for (const bool ten : {false, true}) {
+    const TestMesh box = Box(1, 1, 1, ten, Same);
+    const auto solid = RunDeck(DeckOf(box, "", kMaterial + Held(box, "111 0 0 0")));
+    EXPECT_EQ(solid->gaussVariables[0].n, 6 * (ten ? 4 : 1) * 6);
+    EXPECT_EQ(solid->nodalStresses.n, 6 * static_cast<int>(box.nodes.size()));
+  }
+}
+
+TEST(ComputeStrengths, RefusesElementsThatAreOnlyRead) {
+  const auto project = ReadDeck(DeckOf(Square(), "", kMaterial));
+  for (const int type : {Quadrilateral, Hexahedra}) {
+    project->meshes[0]->elemType = type;
+    EXPECT_FATAL(ComputeStrengths(*project, nullptr), "error: elemtype unknown\n");
+  }
+}
+
+TEST(ComputeStrengths, AnEmptyTriangleMeshHasBlocksWithoutLines) {
+  for (const char* const option : {"", "MainStresses\n", "MainAndLocalStresses\n"}) {
+    const auto project =
+        RunDeck(DeckOf(Square(), std::string(option) + "DoSmoothing 0.1",
+                       std::string(kEmptyMesh) + kMaterial + Held(Square(), "111111 0 0 0 0 0 0")));
+    OutputText results;
+    WriteVemoFiles(*project, results, nullptr);
+    const std::string text = results.Text();
+    const std::string second = text.substr(text.rfind("\nDisplacements"));
+    EXPECT_NE(second.find(*option == 'M' ? "M22\n0\nS" : "Mxy'\nS"), std::string::npos)
+        << option << second;
+  }
+}
+
+// --- main values and smoothing ------------------------------------------------------------------
+
+std::string Bent(const std::string& keywords) {
+  return DeckOf(Square(), keywords,
+                kMaterial + Section("constraints", "1 111111 0 0 0 0 0 0\n3 111111 0 0 0 0 0 0\n") +
+                    Section("nodal_point_loads", "2 1 2 3 0 0 0\n4 0.5 -1 2 0 0 0\n"));
+}
+
+TEST(StressOptions, KeepMainValuesAlongsideOrInTheirPlace) {
+  for (const char* const conversion : {"", "ConvertTo6Nodes\n"}) {
+    const int points = *conversion == '\0' ? 2 : 6;
+    const auto local = RunDeck(Bent(conversion));
+    const auto main = RunDeck(Bent(std::string(conversion) + "MainStresses"));
+    const auto both = RunDeck(Bent(std::string(conversion) + "MainAndLocalStresses"));
+    ASSERT_EQ(local->gaussVariables[0].n, 8 * points);
+    ASSERT_EQ(main->mainDirections[0].n, 6 * points);
+    EXPECT_EQ(local->mainDirections[0].n, 0);
+    EXPECT_EQ(main->localValues[0].n, 0);
+    EXPECT_EQ(Entries(both->gaussVariables[0]), Entries(local->gaussVariables[0]));
+    EXPECT_EQ(Entries(both->localValues[0]), Entries(main->gaussVariables[0]));
+    EXPECT_EQ(Entries(both->mainDirections[0]), Entries(main->mainDirections[0]));
+    for (int p = 0; p < points; ++p) {
+      const double* const l = local->gaussVariables[0].begin() + 8 * p;
+      const double* const m = main->gaussVariables[0].begin() + 8 * p;
+      for (const int k : {0, 3}) {
+        EXPECT_NEAR(m[k] + m[k + 1], l[k] + l[k + 1], 1e-9);
+        EXPECT_NEAR(m[k] * m[k + 1], l[k] * l[k + 1] - l[k + 2] * l[k + 2], 1e-7);
+        EXPECT_EQ(m[k + 2], 0.0);
+      }
+      EXPECT_NEAR(m[6] * m[6] + m[7] * m[7], l[6] * l[6] + l[7] * l[7], 1e-7);
+      EXPECT_GT(std::abs(l[2]), 1e-3);
+    }
+  }
+}
+
+TEST(SmoothingOfARun, ComesOnRequestAndIsAnnounced) {
+  const std::string text = "Beginning smooth of the gaussian variables\n";
+  std::ostringstream quiet, loud;
+  const auto raw = RunDeck(Bent(""), 1, &quiet);
+  const auto smooth = RunDeck(Bent("DoSmoothing 0.1"), 1, &loud);
+  EXPECT_EQ(quiet.str().find(text), std::string::npos);
+  EXPECT_EQ(loud.str().substr(loud.str().size() - text.size()), text);
+  const ReaVecT &r = raw->gaussVariables[0], &s = smooth->gaussVariables[0];
+  for (int k = 1; k <= 8;
+       ++k) {  // one corner of each keeps its own: both move a third of their difference
+    EXPECT_NEAR(s(k), r(k) + (r(8 + k) - r(k)) / 3, 1e-12 * std::abs(r(k)) + 1e-15) << k;
+    EXPECT_NEAR(s(8 + k), r(8 + k) - (r(8 + k) - r(k)) / 3, 1e-12 * std::abs(r(k)) + 1e-15) << k;
+  }
+}
+
+}  // namespace
