@@ -183,6 +183,28 @@ TEST(ShellRefusals, SixNodedElementWhoseMidSidesTurnItInsideOut) {
   EXPECT_FATAL(RunDeck(Deck(mesh, kPlate)), "error: element 1 has jacobian 0\n");
 }
 
+TEST(ShellRefusals, JacobianOfAQuadrillionthIsEnough) {
+  // A right triangle with legs h; with mid-side 5 moved by (x, y) the jacobian at the mid-sides
+  // is h^2 + 2 h y, h^2 + 2 h x + 2 h y, h^2 + 2 h x.
+  const auto evaluate = [](double y) {
+    constexpr double h = 1e-7;
+    TestMesh mesh{
+        "Triangle", {{0, 0, 0},  {h, 0, 0}, {0, h, 0}},
+         {{1, 2, 3}}
+    };
+    ToSix(mesh);
+    mesh.nodes[4] = {0.9 * h, (0.5 + y) * h, 0};
+    const auto project = ReadDeck(Deck(mesh, kPlate));
+    ShellElement shell(*project);
+    shell.Take(*project->meshes[0]->elems.Get(1));
+    ShellPoints<6, 3> points;
+    shell.Evaluate(points);
+    return 6 * points.weight[0];
+  };
+  EXPECT_NEAR(evaluate(-0.43), 1.4e-15, 1e-21);
+  EXPECT_FATAL(evaluate(-0.46), "error: element 1 has jacobian 0\n");
+}
+
 TEST(ShellRefusals, EulerAxisAlongTheNormal) {
   TestMesh mesh{
       "Triangle", {{0, 0, 0},  {1, 0, 0}, {0, 1, 0}},

@@ -145,6 +145,15 @@ TEST_P(ShellLoads, OwnWeightNeedsBothOfItsFactors) {
         << material;
 }
 
+TEST_P(ShellLoads, OwnWeightCountsFromAQuadrillionthOn) {
+  const auto force = [](const char* weight) {
+    return At(LoadsOf(Deck(Leaning(GetParam()), "", std::string("E=1 nu=0 G=1 t=2 ") + weight)),
+              GetParam() ? 4 : 1, 6)[2];
+  };
+  EXPECT_EQ(force("Weight=4.5e-16"), 0.0);
+  EXPECT_GT(force("Weight=5.5e-16"), 0.0);
+}
+
 TEST_P(ShellLoads, LoadsOfOneElementAddUpWithItsWeight) {
   const std::string sections = Section("global_pressure_loads", "1 1 0 0\n1 2 0 0\n") +
                                Section("local_pressure_loads", "1 0 0 7\n") +

@@ -143,6 +143,27 @@ TEST(SolidRefusals, FlatElements) {
   }
 }
 
+TEST(SolidRefusals, JacobianOfAQuadrillionthIsEnough) {
+  for (const bool ten : {false, true}) {
+    TestMesh mesh = Unit(ten);
+    const auto evaluate = [&](double height) {
+      for (Vector3& p : mesh.nodes) p[2] = p[2] > 0 ? height * p[2] : 0;
+      const auto project = ReadDeck(Deck(mesh));
+      const Elem& elem = *project->meshes[0]->elems.Get(1);
+      SolidPoints<4, 1> four;
+      SolidPoints<10, 4> points;
+      if (ten)
+        EvaluateTetra10(elem, points);
+      else
+        EvaluateTetra4(elem, four);
+      return ten ? points.weight[0] * 24 : four.weight[0] * 6;
+    };
+    EXPECT_NEAR(evaluate(1.5e-15), 1.5e-15, 1e-27);
+    EXPECT_FATAL(evaluate(0.6),
+                 std::string("error: element 1 has jacobian ") + (ten ? "0\n" : "<=0\n"));
+  }
+}
+
 TEST(SolidRefusals, MaterialThatIsMissingOrImpossible) {
   for (const bool ten : {false, true}) {
     const TestMesh mesh = Unit(ten);

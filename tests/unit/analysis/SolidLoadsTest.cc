@@ -137,6 +137,24 @@ TEST(SolidOwnWeight, ThatIsNotGivenOrNothingIsNone) {
     EXPECT_THAT(LoadsOf(Deck(Unit(false), "", material)), testing::Each(0.0)) << material;
 }
 
+TEST(SolidOwnWeight, CountsFromAQuadrillionthOn) {
+  EXPECT_GT(At(LoadsOf(Deck(Unit(false), "", "E=1 nu=0 Weight=2e-15")), 1, 3)[2], 0.0);
+}
+
+TEST(SolidOwnWeight, StaysInThePlaneOfAPlaneProblem) {
+  const auto plane = [](const char* gravity) {
+    std::string deck = Deck(Unit(false), "", "E=1 nu=0 Weight=24", gravity);
+    return LoadsOf(deck.replace(deck.find("3d"), 2, "2d"));
+  };
+  // Deliberate: only a positive z is refused; a negative one is ignored.
+  for (const char* const upwards : {"", "GravityDirection 1 0 2e-15"})
+    EXPECT_FATAL(plane(upwards), "error: for 2D problems GravityDirection_Z must be 0.0\n");
+  EXPECT_EQ(At(plane("GravityDirection 1 0 9e-16"), 1, 3), (Vector3{1, 0, 0}));
+  const Vector3 force = At(plane("GravityDirection 0 -3 -4"), 1, 3);
+  EXPECT_NEAR(force[1], -0.6, 1e-14);
+  EXPECT_EQ(force[2], 0.0);
+}
+
 TEST(SolidOwnWeight, AddsToTheLoadsOfTheElement) {
   const std::string sections = Section("global_pressure_loads", "1 -1 24 0 0\n1 0 0 0 6\n") +
                                Section("local_pressure_loads", "1 0 0 0 -12\n");
