@@ -40,6 +40,51 @@ TEST(MainValues, OfEqualForcesAreTurnedByAQuarterOfPi) {
   EXPECT_NEAR(angles(3), 2 * kPi - kPi / 4, 1e-15);  // axis 1 = (cos, -sin)
 }
 
+TEST(MainValues, OfEqualForcesTurnTheSameWayForEitherShear) {
+  const ReaVecT v = MainOf({4, 4, -3, 4, 4, 3, 0, 0});
+  EXPECT_DOUBLE_EQ(v(1), 7);
+  EXPECT_DOUBLE_EQ(v(2), 1);
+  EXPECT_DOUBLE_EQ(v(4), 1);
+  EXPECT_DOUBLE_EQ(v(5), 7);
+}
+
+TEST(MainValues, LessThanAQuadrillionthIsNothing) {
+  ReaVecT angles;
+  MainOf({4, 4, 9e-16, 4, 4, 2e-15, 0, 0}, &angles);
+  EXPECT_EQ(angles(3), 0.0);
+  EXPECT_NEAR(angles(6), 2 * kPi - kPi / 4, 1e-15);
+  // A difference below counts as none, one above turns by half a right angle the other way.
+  MainOf({1e-15, 2e-16, 1, 2e-15, -1e-15, 1, 0, 0}, &angles);
+  EXPECT_NEAR(angles(3), 2 * kPi - kPi / 4, 1e-15);
+  EXPECT_NEAR(angles(6), kPi / 4, 1e-14);
+}
+
+TEST(MainValues, KeepTheOrderOfTheForcesTheyComeFrom) {
+  // The angle stays within a quarter of pi, so the larger force stays the larger on its axis.
+  const double root = std::hypot(2.25, 0.8);
+  const ReaVecT v = MainOf({3, -1.5, 0.8, -1.5, 3, 0.8, 0, 0});
+  EXPECT_NEAR(v(1), 0.75 + root, 1e-14);
+  EXPECT_NEAR(v(2), 0.75 - root, 1e-14);
+  EXPECT_NEAR(v(4), 0.75 - root, 1e-14);
+  EXPECT_NEAR(v(5), 0.75 + root, 1e-14);
+}
+
+TEST(MainValues, AxesTurnAboutTheNormalOfTheElement) {
+  ReaVecT values(8), angles(6);
+  values(1) = values(2) = 4;
+  values(3) = 3;  // a turn by -pi/4: axis 1 = (x - y)/sqrt 2
+  Matriu T(3, 3), R(3, 3);
+  EulerRotation(0.3, -0.5, 0.7, T);
+  MainValues(values, 1, 1, angles, 1, T, nullptr);
+  EulerRotation(angles(1), angles(2), angles(3), R);
+  const double r = std::sqrt(0.5);
+  for (int k = 1; k <= 3; ++k) {
+    EXPECT_NEAR(R(k, 1), r * (T(k, 1) - T(k, 2)), 1e-14);
+    EXPECT_NEAR(R(k, 2), r * (T(k, 1) + T(k, 2)), 1e-14);
+    EXPECT_NEAR(R(k, 3), T(k, 3), 1e-14);
+  }
+}
+
 TEST(MainValues, KeepTheInvariantsAndRemoveTheShear) {
   ReaVecT angles;
   const double x = 3, y = -1.5, xy = 0.8;

@@ -95,4 +95,13 @@ TEST(RigidMotions, OfSolidsAreStoppedByTranslationsAlone) {
   EXPECT_FALSE(SupportsStopRigidMotions(*ReadDeck(tetra + "1 111 0 0 0\n2 111 0 0 0\nend\n")));
 }
 
+TEST(RigidMotions, OfSolidsAreThoseOfSpaceInAPlaneProblemToo) {
+  const std::string tetra =
+      "problem a\ntype 2d\nmesh dimension 3 elemtype tetra nnode 4\ncoordinates\n"
+      "1 0 0 0\n2 1 0 0\n3 0 1 0\n4 0 0 1\nend\nelements\n1 1 2 3 4 1\nend\nconstraints\n";
+  EXPECT_TRUE(
+      SupportsStopRigidMotions(*ReadDeck(tetra + "1 111 0 0 0\n2 011 0 0 0\n3 001 0 0 0\nend\n")));
+  EXPECT_FALSE(SupportsStopRigidMotions(*ReadDeck(tetra + "1 111 0 0 0\n2 011 0 0 0\nend\n")));
+}
+
 }  // namespace

@@ -163,6 +163,10 @@ TEST(SmoothShell, TheFirstGroupThatMatchesTakesTheElement) {
   EXPECT_THAT(FanOfMainAxes({1.0, 1.18, 1.09}), Are({4.0 / 3, 2, 8.0 / 3}));
 }
 
+TEST(SmoothShell, TheThirdOrientationIsAveragedToo) {
+  EXPECT_THAT(FanOfMainAxes({0.0, 1.0, 2.0, 2.0}), Are({1, 2, 9.5 / 3, 11.5 / 3}));
+}
+
 TEST(SmoothShell, AFourthOrientationTakesPartInAGroupThatMatchesItOnly) {
   // The fourth, 3.0, is dropped; the fifth finds the first group.
   EXPECT_THAT(FanOfMainAxes({0.0, 1.0, 2.0, 3.0, kTwoPi - 0.05}),

@@ -482,6 +482,18 @@ TEST_F(ShellFrame, GivenAxesOnTheNormalAreKept) {
   ExpectAxes({std::cos(0.7), std::sin(0.7), 0}, {-std::sin(0.7), std::cos(0.7), 0}, {0, 0, 1});
 }
 
+TEST_F(ShellFrame, GivenAxesThatLeanEverSoLittleAreBroughtOntoTheNormal) {
+  const Material given = WithAngles(1e-4, 1e-4, 0);  // the cosine of z is 1 - 1e-8
+  CalcNormal({0, 0, 1}, &given);
+  ExpectAxes({1, 0, 0}, {0, 1, 0}, {0, 0, 1});
+}
+
+TEST_F(ShellFrame, GivenXBesideTheNormalIsEnough) {
+  const Material given = WithAngles(0, -1.5707963267948966 + 1e-8, 0);
+  CalcNormal({0, 0, 1}, &given);
+  ExpectAxes({1, 0, 0}, {0, 1, 0}, {0, 0, 1});
+}
+
 TEST_F(ShellFrame, GivenXIsProjectedIntoTheShell) {
   const Material given = WithAngles(0.3, -0.5, 0.7);
   const FixedMatrix<3, 3> R = EulerRotation(0.3, -0.5, 0.7);

@@ -162,6 +162,11 @@ TEST(ShellMatrices, ProductsOfModuliAndRatiosMustAgreeAlmostExactly) {
   m.E1 = m.E2 = 1.0;  // small products may differ in the last bit
   m.nuXY = std::nextafter(m.nuYX, 1.0);
   EXPECT_NO_THROW(ReadShell(m));
+  m.nuYX = 0.0;
+  m.nuXY = 9e-16;
+  EXPECT_NO_THROW(ReadShell(m));
+  m.nuXY = 2e-15;
+  EXPECT_FATAL(ReadShell(m), text);
 }
 
 TEST(ShellMatrices, ProductOfTheRatiosMustStayBelowOne) {
