@@ -111,6 +111,22 @@ TEST(StressOptions, KeepMainValuesAlongsideOrInTheirPlace) {
   }
 }
 
+TEST(StressOptions, LeaveBeamsAlone) {
+  const auto solve = [](const std::string& keywords) {
+    return RunDeck(Bent(keywords) +
+                   "mesh dimension = 3 elemtype Linear nnode = 2\ncoordinates\nend\n"
+                   "elements\n9 1 2 1\n8 2 4 1\nend\n");
+  };
+  const auto plain = solve("");
+  EXPECT_GT(std::abs(plain->gaussVariables[1](1)), 1e-3);
+  for (const char* const option : {"MainStresses", "MainAndLocalStresses\nDoSmoothing 0.1"}) {
+    const auto project = solve(option);
+    EXPECT_EQ(Entries(project->gaussVariables[1]), Entries(plain->gaussVariables[1]));
+    EXPECT_EQ(project->mainDirections[1].n, 0);
+    EXPECT_EQ(project->localValues[1].n, 0);
+  }
+}
+
 TEST(SmoothingOfARun, ComesOnRequestAndIsAnnounced) {
   const std::string text = "Beginning smooth of the gaussian variables\n";
   std::ostringstream quiet, loud;
