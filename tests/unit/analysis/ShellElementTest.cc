@@ -214,6 +214,19 @@ TEST(ShellRefusals, EulerAxisAlongTheNormal) {
                "error in element 1. Normal to element and X local are parallel\n");
 }
 
+TEST(ShellRefusals, ComeInTheOrderAxesThenValuesThenJacobian) {
+  TestMesh mesh{
+      "Triangle", {{0, 0, 0},  {1, 0, 0}, {0, 1, 0}},
+       {{1, 2, 3}}
+  };
+  EXPECT_FATAL(RunDeck(Deck(mesh, "E=1 nu=0.3 G=1 Euler2=-1.5707963267948966")),
+               "error in element 1. Normal to element and X local are parallel\n");
+  ToSix(mesh);
+  mesh.nodes[3] = {0.5, 0.8, 0};
+  EXPECT_FATAL(RunDeck(Deck(mesh, "E=1 nu=0.3 G=1")), "error in element 1 Shell thickness is 0\n");
+  EXPECT_FATAL(RunDeck(Deck(mesh, "E=1 nu=0.3 G=1 t=1")), "error: element 1 has jacobian 0\n");
+}
+
 TEST(ShellRefusals, EdgeThatDoesNotExist) {
   EXPECT_FATAL(RunDeck(Deck(Tilted(false), kPlate) + Section("face_loads", "1 3 0 0 1\n")),
                "error: face 3 does not exist in element 1\n");

@@ -143,6 +143,16 @@ TEST(SolidRefusals, FlatElements) {
   }
 }
 
+TEST(SolidRefusals, ComeInTheOrderMaterialThenValuesThenJacobian) {
+  for (const bool ten : {false, true}) {
+    TestMesh mesh = Unit(ten);
+    for (Vector3& p : mesh.nodes) p[2] = 0;
+    EXPECT_FATAL(RunDeck(DeckOf(mesh, "", "constraints\n1 111 0 0 0\nend\n")),
+                 "error: Material in element: 1 doesn't exist\n");
+    EXPECT_FATAL(RunDeck(Deck(mesh, "nu=0.3")), "error in element 1 E is 0\n");
+  }
+}
+
 TEST(SolidRefusals, JacobianOfAQuadrillionthIsEnough) {
   for (const bool ten : {false, true}) {
     TestMesh mesh = Unit(ten);
