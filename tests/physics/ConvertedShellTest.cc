@@ -55,6 +55,33 @@ TEST(ConvertedShell, EqualsTheSameShellWrittenWithSixNodes) {
     ExpectSameValues(ValuesOf(*converted, element), ValuesOf(*written, element), 1e-9, element);
 }
 
+TEST(ConvertedShell, CornersTakeHalfOfTheReactionsOfMidSides) {
+  MeshModel three = SampleShell(false, Dress::Held), six = SampleShell(true, Dress::Held);
+  for (MeshModel* const model : {&three, &six}) model->Load(8, {10, -20, 30}, {4, 5, -6});
+  const auto converted = Solved(three, "ConvertTo6Nodes"), written = Solved(six);
+  const NodalFields all(*written);
+  const int edge[] = {1, 6, 11};  // the clamped end, from corner to corner
+  Field force(three.nodes.size()), couple(three.nodes.size());
+  for (const int n : edge) {
+    force[n - 1] = all.reaction[n - 1];
+    couple[n - 1] = all.couple[n - 1];
+  }
+  for (const int k : {0, 1}) {
+    const int a = edge[k], b = edge[k + 1];
+    const Vector3 half = Times(Plus(six.At(a), six.At(b)), 0.5);
+    const std::vector<int> middle =
+        six.Where([&](const Vector3& p) { return Norm(Minus(p, half)) < 1e-9; });
+    ASSERT_EQ(middle.size(), 1U);
+    for (const int n : {a, b}) {
+      force[n - 1] = Plus(force[n - 1], Times(all.reaction[middle[0] - 1], 0.5));
+      couple[n - 1] = Plus(couple[n - 1], Times(all.couple[middle[0] - 1], 0.5));
+    }
+  }
+  const NodalFields got(*converted);
+  ExpectSameField(got.reaction, force, 1e-9, "reaction");
+  ExpectSameField(got.couple, couple, 1e-9, "couple");
+}
+
 TEST(ConvertedShell, MeshesThatShareEdgesShareTheirMidSides) {
   for (const MeshModel& shell : Shells()) {
     std::vector<int> same(shell.nodes.size());

@@ -105,12 +105,18 @@ TEST_P(UnstableMeshes, ThatSlideAlongAnInclinedDirectionAreRefused) {
 }
 
 TEST_P(UnstableMeshes, ThatSpinOnInclinedRollersAreRefused) {
-  // Every node may move around the z axis through (0.4, 0.3) and nowhere else.
-  for (int node = 1; node <= Count(); ++node) {
-    const Vector3& p = model.At(node);
-    Hold(node, "101", {}, Vector3{0, 0, std::atan2(p[1] - 0.3, p[0] - 0.4)});
+  // Every node may move around one axis through (0.4, 0.3, 0.2) and nowhere else.
+  const char* const codes[] = {"110", "011", "101"};  // radius and axis
+  for (int axis = 0; axis < 3; ++axis) {
+    model.supports.clear();
+    for (int node = 1; node <= Count(); ++node) {
+      const Vector3 p = Minus(model.At(node), {0.4, 0.3, 0.2});
+      Vector3 angles{};  // y, z or x becomes the radius
+      angles[axis] = std::atan2(p[(axis + 2) % 3], p[(axis + 1) % 3]);
+      Hold(node, codes[axis], {}, angles);
+    }
+    ExpectRefused(model, "");
   }
-  ExpectRefused(model, "");
 }
 
 TEST_P(UnstableMeshes, OnSpringsOfNoStiffnessAreRefused) {
@@ -132,6 +138,32 @@ TEST_P(UnstableMeshes, WithAPartThatIsNotHeldAreRefused) {
   const int second = static_cast<int>(part.nodes.size());
   for (const int node : {2, 7, 9}) Hold(second + node, "111");
   ExpectSolved(model);
+}
+
+TEST(UnstableShell, ThatTurnsAboutItsOnlySupportIsRefused) {
+  const char* const codes[] = {"111011", "111101", "111110"};
+  for (const bool six : {false, true}) {
+    const MeshModel shell = Steel(SampleShell(six, Dress::Bare)).Load(14, {100, 200, 300});
+    for (const char* const free : codes)
+      ExpectRefused(MeshModel(shell).Hold(8, free),
+                    "There is only one prescribed node in the model!!!\n"
+                    "Its 6 degrees of freedom should be prescribed!!!\n");
+    ExpectSolved(MeshModel(shell).Hold(8, "111111"));
+  }
+}
+
+TEST(UnstableShell, ThatTurnsAboutAHingeLineIsNotHeldByTheOtherRotations) {
+  // The nodes 1, 6, 11 lie along y; then along z, then along x.
+  const char* const across[] = {"111101", "111110", "111011"};
+  const char* const along[] = {"000010", "000001", "000100"};
+  MeshModel shell = Steel(SampleShell(true, Dress::Bare));
+  shell.Hold(1, "111000").Hold(11, "111000");
+  for (int k = 0; k < 3; ++k) {
+    MeshModel held = MeshModel(shell).Hold(6, across[k]);
+    ExpectRefused(held, "");
+    ExpectSolved(held.Hold(6, along[k]));
+    for (Vector3& p : shell.nodes) p = {p[2], p[0], p[1]};
+  }
 }
 
 TEST(UnstablePlate, ThatSpinsInItsPlaneIsRefusedThoughItsBeamsAreGrounded) {
