@@ -85,6 +85,22 @@ TEST(MainValues, AxesTurnAboutTheNormalOfTheElement) {
   }
 }
 
+TEST(MainValuesOfMesh, TurnFromTheAxesOfTheMaterial) {
+  const TestMesh mesh{
+      "Triangle", {{0, 0, 0},  {1, 0, 0}, {0, 1, 0}},
+       {{1, 2, 3}}
+  };
+  const auto project = ReadDeck(
+      DeckOf(mesh, "MainStresses", "materials\n1 E=1 nu=0 G=1 t=1 Euler3=1.5\nend materials\n"));
+  ReaVecT& values = project->gaussVariables[0];
+  values = ReaVecT(8);
+  values(4) = values(5) = 4;
+  values(6) = 3;
+  MainValuesOfMesh(*project, 0);
+  EXPECT_NEAR(project->mainDirections[0](3), 1.5, 1e-14);
+  EXPECT_NEAR(project->mainDirections[0](6), 1.5 - kPi / 4, 1e-14);
+}
+
 TEST(MainValues, KeepTheInvariantsAndRemoveTheShear) {
   ReaVecT angles;
   const double x = 3, y = -1.5, xy = 0.8;

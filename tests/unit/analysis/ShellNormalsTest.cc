@@ -228,6 +228,28 @@ TEST(CheckNormals, AFoldInsideOneMeshIsKeptWhateverTheOther) {
   }
 }
 
+TEST(CheckNormals, MeshesAreComparedByTheirFirstNormals) {
+  // Normals of the two meshes around node 1, turned about x; only the first of each must agree.
+  const auto flag = [](std::vector<double> angles, std::size_t inFirstMesh) {
+    TestMesh mesh = Turned(angles);
+    std::string lines;
+    for (std::size_t e = inFirstMesh; e < mesh.elems.size(); ++e)
+      lines += Print("%d %d %d %d 1\n", 7 + static_cast<int>(e), mesh.elems[e][0], mesh.elems[e][1],
+                     mesh.elems[e][2]);
+    mesh.elems.resize(inFirstMesh);
+    const auto project = ReadDeck(
+        DeckOf(mesh, "CoplanarityAngle 0.2",
+               "mesh dimension = 3 elemtype Triangle nnode = 3\ncoordinates\nend\nelements\n" +
+                   lines + "end\n" + kMaterial));
+    CheckNormals(*project);
+    return project->coplanar[0];
+  };
+  EXPECT_EQ(flag({0, 0.15, -0.15}, 2), 1);
+  EXPECT_EQ(flag({0.15, 0, -0.15}, 2), 0);
+  EXPECT_EQ(flag({-0.15, 0, 0.15}, 1), 1);
+  EXPECT_EQ(flag({-0.15, 0.15, 0}, 1), 0);
+}
+
 TEST(CheckNormals, TheLimitOfElementsIsForEachMesh) {
   TestMesh mesh = Fan(25);
   std::string lines;

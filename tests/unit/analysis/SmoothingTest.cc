@@ -18,7 +18,8 @@ TestMesh Square(bool six) {
   return mesh;
 }
 
-const char* const kMaterial = "materials\n1 E=1 nu=0 G=1 t=1\nend materials\n";
+const char* const kMaterial =
+    "materials\n1 E=1 nu=0 G=1 t=1\n2 E=1 nu=0 G=1 t=1 Euler3=0.5\nend materials\n";
 
 /// The square with the values first * place at the points of the first element and second * place
 /// at those of the other.
@@ -75,6 +76,15 @@ TEST(SmoothShell, LeavesALinearFieldAsItIs) {
   SmoothSquare square(true, "", {1.5, 3, 2.5}, {2.5, 3.5, 2});
   SmoothShell(*square.project, 0);
   SmoothSquare::ExpectPlaces(square.project->gaussVariables[0], 1, 8, {1.5, 3, 2.5, 2.5, 3.5, 2});
+}
+
+TEST(SmoothShell, LocalValuesFollowTheAxesOfTheMaterial) {
+  for (const char* const option : {"", "MainAndLocalStresses"}) {
+    SmoothSquare square(false, option, {1}, {10});
+    square.project->meshes[0]->elems.Get(2)->materialNumber = 2;
+    SmoothShell(*square.project, 0);
+    SmoothSquare::ExpectPlaces(square.project->gaussVariables[0], 1, 8, kThreeBefore);
+  }
 }
 
 TEST(SmoothShell, MainForcesAndMainMomentsHaveOrientationsOfTheirOwn) {
