@@ -70,10 +70,8 @@ double BeamDisplacements::BubbleAt(double xi) const {
       return xi * xi * eta * (3.0 - 2.0 * xi) / 48.0;
     case HingeAtEnd1:
       return xi * eta * eta * (1.0 + 2.0 * xi) / 48.0;
-    case BothHinged:
-      return xi * eta * (1.0 + xi * eta) / 24.0;
     default:
-      return 0.0;
+      return xi * eta * (1.0 + xi * eta) / 24.0;
   }
 }
 

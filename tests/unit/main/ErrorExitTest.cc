@@ -1,0 +1,58 @@
+// The program's own way out, without the exit of the other test programs that throws.
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <string>
+
+#include "main/ErrorChannel.h"
+
+namespace {
+
+class ErrorExitTest : public testing::Test {
+protected:
+  // The file that the ending process writes; its own, because tests may run beside each other.
+  const std::filesystem::path path_ =
+      std::filesystem::path(testing::TempDir()) /
+      (std::string("kestol_exit_") + testing::UnitTest::GetInstance()->current_test_info()->name());
+
+  std::FILE* Open() const { return std::fopen(path_.c_str(), "w"); }
+
+  std::string Written() const {
+    std::ifstream file(path_);
+    return {std::istreambuf_iterator<char>(file), {}};
+  }
+
+  void TearDown() override { std::filesystem::remove(path_); }
+};
+
+TEST_F(ErrorExitTest, WritesTheMessageToTheErrorFileAndEndsWithStatusTwo) {
+  const auto end = [this] {
+    error.file = Open();
+    Fatal("error: node: ", 3, " does not exist\n");
+  };
+  EXPECT_EXIT(end(), testing::ExitedWithCode(2), "");
+  EXPECT_EQ(Written(), "error: node: 3 does not exist\n");
+}
+
+TEST_F(ErrorExitTest, WritesToStandardOutputWithoutAnErrorFile) {
+  const auto end = [this] {
+    if (std::freopen(path_.c_str(), "w", stdout) != nullptr) Fatal("100% wrong\n");
+  };
+  EXPECT_EXIT(end(), testing::ExitedWithCode(2), "");
+  EXPECT_EQ(Written(), "100% wrong\n");
+}
+
+TEST_F(ErrorExitTest, KernelsEndWithStatusOne) {
+  const auto end = [this] {
+    error.file = Open();
+    error.message << "Bad transa";
+    KernelExit(error);
+  };
+  EXPECT_EXIT(end(), testing::ExitedWithCode(1), "");
+  EXPECT_EQ(Written(), "Bad transa");
+}
+
+}  // namespace
