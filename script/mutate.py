@@ -1,24 +1,27 @@
 #!/usr/bin/env python3
 """Flips one constant, sign or comparison at a time and reports the flips that no test notices.
 
-    script/mutate.py [--count N] [--seed S] [--only PATH-PREFIX] [--minutes M]
+    script/mutate.py [--count N] [--seed S] [--only PATH-PREFIX] [--minutes M] [--jobs J]
 
-Works on a copy of the committed tree in build/mutation; the working tree is not touched. Each mutant
-is built and the tests are run until the first failure. Survivors are listed with their line; a
-survivor either gets a test, or shows that the line does not matter.
+Works on copies of the committed tree in build/mutation; the working tree is not touched. Each mutant
+is built and the tests are run until the first failure: the test programs, each as one process, and
+behind them what only ctest runs. Survivors are listed with their line; a survivor either gets a
+test, or shows that the line does not matter.
 """
 import argparse
+import os
 import pathlib
+import queue
 import random
 import re
 import shutil
 import subprocess
 import sys
+import threading
 import time
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
-COPY = ROOT / "build" / "mutation" / "tree"
-BUILD = ROOT / "build" / "mutation" / "build"
+WORK = ROOT / "build" / "mutation"
 FOLDERS = ["algebra", "analysis", "model"]
 
 # (what to look for, what to put there)
@@ -49,64 +52,97 @@ FLIPS = [
 SKIP = re.compile(r"^\s*(//|#|assert\(|static_assert|template|using|case )")
 
 
-def sites():
+class Tree:
+    """A copy of the committed tree with its build; one mutant at a time."""
+
+    def __init__(self, number):
+        self.source = WORK / f"tree{number}"
+        self.build_folder = WORK / f"build{number}"
+        scratch = WORK / f"tmp{number}"
+        scratch.mkdir(parents=True, exist_ok=True)
+        # Trees run beside each other; the files of their tests must not meet.
+        self.environment = {**os.environ, "TMPDIR": str(scratch), "TEST_TMPDIR": str(scratch)}
+        if self.source.exists():
+            shutil.rmtree(self.source)
+        self.source.mkdir(parents=True)
+        archive = subprocess.run(["git", "-C", str(ROOT), "archive", "HEAD"], check=True,
+                                 stdout=subprocess.PIPE).stdout
+        subprocess.run(["tar", "-x", "-C", str(self.source)], input=archive, check=True)
+        # One shared library, so that a mutant is one compilation and one link.
+        subprocess.run(["cmake", "-G", "Ninja", "-S", str(self.source), "-B",
+                        str(self.build_folder), "-DCMAKE_BUILD_TYPE=Debug",
+                        "-DCMAKE_CXX_FLAGS=-O1 -fPIC", "-DBUILD_SHARED_LIBS=ON",
+                        "-DCMAKE_ENABLE_EXPORTS=ON", "-DCMAKE_LINK_DEPENDS_NO_SHARED=ON"],
+                       check=True, stdout=subprocess.DEVNULL)
+        if not self.build():
+            sys.exit("the tree does not build")
+        # The quickest first.
+        self.programs = sorted((p for p in self.build_folder.glob("tests/**/*_tests")
+                                if p.is_file()), key=lambda p: "faults" in p.name)
+        if self.tests_notice():
+            sys.exit("the tree does not pass its tests without a mutation")
+
+    def run(self, command, timeout):
+        """Whether the command ends in time and with status 0."""
+        try:
+            return subprocess.run(command, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
+                                  timeout=timeout, env=self.environment,
+                                  cwd=self.build_folder).returncode == 0
+        except subprocess.TimeoutExpired:
+            return False
+
+    def build(self):
+        return self.run(["cmake", "--build", "."], 1200)
+
+    def tests_notice(self):
+        for program in self.programs:
+            if not self.run([str(program), "--gtest_fail_fast"], 60):
+                return True
+        return not self.run(["ctest", "-E", r"_tests\.", "--stop-on-failure", "--timeout", "60"],
+                            600)
+
+    def try_mutant(self, site):
+        name, index, start, end, replacement = site
+        path = self.source / name
+        text = path.read_text()
+        lines = text.splitlines(keepends=True)
+        lines[index] = lines[index][:start] + replacement + lines[index][end:]
+        path.write_text("".join(lines))
+        try:
+            if not self.build():
+                return "does not build"
+            return "noticed" if self.tests_notice() else "SURVIVED"
+        finally:
+            path.write_text(text)
+
+
+def sites(source):
     """All places where a flip applies: (file, line index, start, end, replacement)."""
     for folder in FOLDERS:
-        for path in sorted((COPY / folder).glob("*.cc")):
+        for path in sorted((source / folder).glob("*.cc")):
             for index, line in enumerate(path.read_text().splitlines()):
                 code = line.split("//")[0]
                 if SKIP.match(line) or '"' in code:
                     continue
                 for pattern, replacement in FLIPS:
                     for match in pattern.finditer(code):
-                        yield path, index, match.start(), match.end(), replacement
+                        yield (str(path.relative_to(source)), index, match.start(), match.end(),
+                               replacement)
 
 
-def run(command, timeout):
-    try:
-        return subprocess.run(command, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
-                              timeout=timeout).returncode
-    except subprocess.TimeoutExpired:
-        return -1
-
-
-def build():
-    return run(["cmake", "--build", str(BUILD), "-j", "2"], 600) == 0
-
-
-def tests_notice():
-    return run(["ctest", "--test-dir", str(BUILD), "-j", "2", "--stop-on-failure", "--timeout", "60"],
-               900) != 0
-
-
-def prepare():
-    if COPY.exists():
-        shutil.rmtree(COPY)
-    COPY.mkdir(parents=True)
-    archive = subprocess.run(["git", "-C", str(ROOT), "archive", "HEAD"], check=True,
-                             stdout=subprocess.PIPE).stdout
-    subprocess.run(["tar", "-x", "-C", str(COPY)], input=archive, check=True)
-    # One shared library, so that a mutant is one compilation and one link.
-    subprocess.run(["cmake", "-G", "Ninja", "-S", str(COPY), "-B", str(BUILD),
-                    "-DCMAKE_BUILD_TYPE=Debug", "-DCMAKE_CXX_FLAGS=-O1 -fPIC",
-                    "-DBUILD_SHARED_LIBS=ON", "-DCMAKE_ENABLE_EXPORTS=ON"],
-                   check=True, stdout=subprocess.DEVNULL)
-    if not build() or tests_notice():
-        sys.exit("the tree does not pass its tests without a mutation")
-
-
-def try_mutant(site):
-    path, index, start, end, replacement = site
-    text = path.read_text()
-    lines = text.splitlines(keepends=True)
-    lines[index] = lines[index][:start] + replacement + lines[index][end:]
-    path.write_text("".join(lines))
-    try:
-        if not build():
-            return "does not build"
-        return "noticed" if tests_notice() else "SURVIVED"
-    finally:
-        path.write_text(text)
+def work(tree, waiting, tally, stop):
+    while time.monotonic() < stop:
+        try:
+            site = waiting.get_nowait()
+        except queue.Empty:
+            return
+        result = tree.try_mutant(site)
+        tally[result] += 1
+        name, index, start, end, replacement = site
+        if result == "SURVIVED":
+            line = (tree.source / name).read_text().splitlines()[index]
+            print(f"{name}:{index + 1}: {line[start:end]!r} -> {replacement!r}: {line.strip()}",
+                  flush=True)
 
 
 def main():
@@ -115,25 +151,24 @@ def main():
     parser.add_argument("--seed", type=int, default=1)
     parser.add_argument("--only", default="")
     parser.add_argument("--minutes", type=float, default=600)
+    parser.add_argument("--jobs", type=int, default=2)
     arguments = parser.parse_args()
-    prepare()
-    chosen = [s for s in sites() if str(s[0].relative_to(COPY)).startswith(arguments.only)]
-    random.Random(arguments.seed).shuffle(chosen)
-    tally = {"noticed": 0, "SURVIVED": 0, "does not build": 0}
     stop = time.monotonic() + 60 * arguments.minutes
+    tally = {"noticed": 0, "SURVIVED": 0, "does not build": 0}
+    trees = [Tree(number) for number in range(arguments.jobs)]
+    chosen = [s for s in sites(trees[0].source) if s[0].startswith(arguments.only)]
+    random.Random(arguments.seed).shuffle(chosen)
+    waiting = queue.Queue()
     for site in chosen[:arguments.count]:
-        if time.monotonic() > stop:
-            break
-        result = try_mutant(site)
-        tally[result] += 1
-        path, index, start, end, replacement = site
-        if result == "SURVIVED":
-            line = path.read_text().splitlines()[index]
-            print(f"{path.relative_to(COPY)}:{index + 1}: {line[start:end]!r} -> {replacement!r}: "
-                  f"{line.strip()}", flush=True)
+        waiting.put(site)
+    workers = [threading.Thread(target=work, args=(tree, waiting, tally, stop)) for tree in trees]
+    for worker in workers:
+        worker.start()
+    for worker in workers:
+        worker.join()
     tried = tally["noticed"] + tally["SURVIVED"]
-    print(f"{tried} mutants, {tally['noticed']} noticed, {tally['SURVIVED']} survived "
-          f"({tally['does not build']} more did not build)")
+    print(f"{tried} mutants of {len(chosen)} possible ones, {tally['noticed']} noticed, "
+          f"{tally['SURVIVED']} survived ({tally['does not build']} more did not build)")
 
 
 if __name__ == "__main__":
