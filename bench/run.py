@@ -8,6 +8,7 @@ times on a shared machine vary by 10 to 20 per cent.
 """
 import argparse
 import datetime
+import math
 import pathlib
 import platform
 import re
@@ -28,14 +29,19 @@ MODELS = [
     ("space frame", "make_frame.py", [["6", "4", "4"], ["15", "9", "9"], ["25", "13", "13"],
                                       ["30", "16", "15"], ["40", "19", "19"], ["51", "30", "30"],
                                       ["78", "45", "45"]]),
-    ("plate, 3 nodes", "make_plate.py", [["12"], ["40"], ["70"], ["128"], ["223"]]),
-    ("plate, 6 nodes", "make_plate.py", [["6", "--six"], ["20", "--six"], ["35", "--six"], ["64", "--six"]]),
+    ("plate, 3 nodes", "make_plate.py", [["12"], ["40"], ["70"], ["128"], ["223"], ["407"]]),
+    ("plate, 6 nodes", "make_plate.py", [["6", "--six"], ["20", "--six"], ["35", "--six"],
+                                         ["64", "--six"], ["111", "--six"], ["203", "--six"]]),
     ("block, 4 nodes", "make_block.py", [["4"], ["9"], ["13"], ["20"], ["28"], ["43"]]),
     ("block, 10 nodes", "make_block.py", [["2", "--ten"], ["5", "--ten"], ["6", "--ten"],
-                                          ["10", "--ten"], ["14", "--ten"]]),
+                                          ["10", "--ten"], ["14", "--ten"], ["22", "--ten"]]),
 ]
 # Largest number of equations that a solver is asked for: the direct one is bound by its profile.
 LIMIT = {SKYLINE: 110_000, SPARSE: 2_000_000}
+# From here on, times are long enough to be compared.
+MANY = 90_000
+GROWTH = """Doubling a model multiplies the time of a stage, and the peak memory, by (Sparse; the solution as the
+time of one iteration; writing includes what the file system does):"""
 # The line that ends each stage.
 STAGES = [("read", "INFORMATION ABOUT STIFFNESS MATRIX"), ("assembly", "Load vector constructed"),
           ("solution", "Solver finished"), ("strengths", "End of calc strengths"),
@@ -102,18 +108,34 @@ def equations_of(text):
     return 6 * nodes * (4 if "ConvertTo6Nodes" in text[:300] else 1)
 
 
-def table(program, largest, only):
-    lines = [f"{processor()}; {compiler()}; {datetime.date.today()}; `bench/run.py`.", "",
-             "| model | equations | solver | read s | assembly s | solution s | strengths s | writing s "
-             "| total s | peak MB | storage MB | iterations |",
-             "|---|---|---|---|---|---|---|---|---|---|---|---|"]
-    for name, solver, (seconds, peak, equations, iterations, positions) in rows(program, largest, only):
+def table(results):
+    """One line per run."""
+    yield ("| model | equations | solver | read s | assembly s | solution s | strengths s | writing s "
+           "| total s | peak MB | storage MB | iterations |")
+    yield "|---|---|---|---|---|---|---|---|---|---|---|---|"
+    for name, solver, (seconds, peak, equations, iterations, positions) in results:
         storage = positions * (8 if solver == "SkyLine" else 12) / 2**20
         stages = " | ".join(f"{seconds.get(stage, 0):.3g}" for stage, _ in STAGES)
-        lines.append(f"| {name} | {equations} | {solver} | {stages} | {seconds['total']:.3g} | {peak:.0f} | "
-                     f"{storage:.1f} | {iterations or ''} |")
-        print(lines[-1], flush=True)
-    return "\n".join(lines)
+        yield (f"| {name} | {equations} | {solver} | {stages} | {seconds['total']:.3g} | {peak:.0f} | "
+               f"{storage:.1f} | {iterations or ''} |")
+
+
+def growth(results):
+    """What doubling a model does to each stage, from the first size of MANY equations to the last."""
+    yield "| model | from | to | read | assembly | one iteration | strengths | writing | peak MB |"
+    yield "|---|---|---|---|---|---|---|---|---|"
+    for name in dict.fromkeys(result[0] for result in results):
+        runs = [run for model, solver, run in results
+                if model == name and solver == "Sparse" and run[2] >= MANY]
+        if len(runs) < 2:
+            continue
+        (small, small_peak, m, small_steps, _), (large, large_peak, n, large_steps, _) = runs[0], runs[-1]
+        ratios = [large[stage] / small[stage] for stage, _ in STAGES]
+        ratios[2] *= small_steps / large_steps
+        ratios.append(large_peak / small_peak)
+        doublings = math.log2(n / m)
+        yield (f"| {name} | {m} | {n} | " +
+               " | ".join(f"{ratio ** (1 / doublings):.2f}" for ratio in ratios) + " |")
 
 
 def processor():
@@ -133,8 +155,14 @@ def main():
     parser.add_argument("--largest", type=int, default=1_200_000)
     parser.add_argument("--only", default="")
     arguments = parser.parse_args()
-    text = table(str(arguments.program.resolve()), arguments.largest, arguments.only)
+    results = []
+    for result in rows(str(arguments.program.resolve()), arguments.largest, arguments.only):
+        results.append(result)
+        print(list(table([result]))[-1], flush=True)
+    text = "\n".join([f"{processor()}; {compiler()}; {datetime.date.today()}; `bench/run.py`.", "",
+                      *table(results), "", GROWTH, "", *growth(results)])
     if arguments.only:
+        print(text)
         return
     readme = HERE / "README.md"
     before, rest = readme.read_text().split(BEGIN, 1)

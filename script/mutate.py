@@ -2,11 +2,13 @@
 """Flips one constant, sign or comparison at a time and reports the flips that no test notices.
 
     script/mutate.py [--count N] [--seed S] [--only PATH-PREFIX] [--minutes M] [--jobs J]
+    script/mutate.py --again SURVIVORS [--sanitize]
 
 Works on copies of the committed tree in build/mutation; the working tree is not touched. Each mutant
 is built and the tests are run until the first failure: the test programs, each as one process, and
 behind them what only ctest runs. Survivors are listed with their line; a survivor either gets a
-test, or shows that the line does not matter.
+test, or shows that the line does not matter. --again tries those of an earlier list once more, after
+tests were added; --sanitize builds with the sanitizers, which see what is only undefined.
 """
 import argparse
 import os
@@ -55,7 +57,7 @@ SKIP = re.compile(r"^\s*(//|#|assert\(|static_assert|template|using|case )")
 class Tree:
     """A copy of the committed tree with its build; one mutant at a time."""
 
-    def __init__(self, number):
+    def __init__(self, number, sanitize):
         self.source = WORK / f"tree{number}"
         self.build_folder = WORK / f"build{number}"
         scratch = WORK / f"tmp{number}"
@@ -72,7 +74,8 @@ class Tree:
         subprocess.run(["cmake", "-G", "Ninja", "-S", str(self.source), "-B",
                         str(self.build_folder), "-DCMAKE_BUILD_TYPE=Debug",
                         "-DCMAKE_CXX_FLAGS=-O1 -fPIC", "-DBUILD_SHARED_LIBS=ON",
-                        "-DCMAKE_ENABLE_EXPORTS=ON", "-DCMAKE_LINK_DEPENDS_NO_SHARED=ON"],
+                        "-DCMAKE_ENABLE_EXPORTS=ON", "-DCMAKE_LINK_DEPENDS_NO_SHARED=ON",
+                        f"-DKESTOL_SANITIZE={'ON' if sanitize else 'OFF'}"],
                        check=True, stdout=subprocess.DEVNULL)
         if not self.build():
             sys.exit("the tree does not build")
@@ -130,6 +133,13 @@ def sites(source):
                                replacement)
 
 
+def listed(file):
+    """The (file, line index, start, replacement) of an earlier run's survivors."""
+    for line in file.read_text().splitlines():
+        if match := re.match(r"(\S+):(\d+):(\d+): '.*?' -> '(.*?)': ", line):
+            yield match[1], int(match[2]) - 1, int(match[3]) - 1, match[4]
+
+
 def work(tree, waiting, tally, stop):
     while time.monotonic() < stop:
         try:
@@ -141,8 +151,8 @@ def work(tree, waiting, tally, stop):
         name, index, start, end, replacement = site
         if result == "SURVIVED":
             line = (tree.source / name).read_text().splitlines()[index]
-            print(f"{name}:{index + 1}: {line[start:end]!r} -> {replacement!r}: {line.strip()}",
-                  flush=True)
+            print(f"{name}:{index + 1}:{start + 1}: {line[start:end]!r} -> {replacement!r}: "
+                  f"{line.strip()}", flush=True)
 
 
 def main():
@@ -152,11 +162,16 @@ def main():
     parser.add_argument("--only", default="")
     parser.add_argument("--minutes", type=float, default=600)
     parser.add_argument("--jobs", type=int, default=2)
+    parser.add_argument("--again", type=pathlib.Path)
+    parser.add_argument("--sanitize", action="store_true")
     arguments = parser.parse_args()
     stop = time.monotonic() + 60 * arguments.minutes
     tally = {"noticed": 0, "SURVIVED": 0, "does not build": 0}
-    trees = [Tree(number) for number in range(arguments.jobs)]
+    trees = [Tree(number, arguments.sanitize) for number in range(arguments.jobs)]
     chosen = [s for s in sites(trees[0].source) if s[0].startswith(arguments.only)]
+    if arguments.again:
+        again = set(listed(arguments.again))
+        chosen = [s for s in chosen if (*s[:3], s[4]) in again]
     random.Random(arguments.seed).shuffle(chosen)
     waiting = queue.Queue()
     for site in chosen[:arguments.count]:
