@@ -240,6 +240,30 @@ TEST_P(NodeBlocks, UnsymmetricMatricesGoEntryByEntry) {
   }
 }
 
+/// Entries (i, j) and (j, i) of two nodes count as equal up to 1e-10 of the greater diagonal.
+TEST_P(NodeBlocks, RoundingBesideAGreatDiagonalIsNoLackOfSymmetry) {
+  const int dofs = GetParam(), n = 2 * dofs;
+  SparseMatrix even(n, std::vector<int>(n, n), dofs);
+  Matriu block(dofs, dofs);
+  block.Fill(0.0);
+  for (const int row : {0, dofs}) even.AddBlock(row, row, block);
+  even.AddBlock(0, dofs, block);
+  for (int i = 0; i < n; ++i) even.Reference(i, i) = 2.0;
+  for (int i = 0; i < n; ++i) {
+    for (int j = 0; j < n; ++j) {
+      if (i == j) continue;
+      SparseMatrix A = even;
+      A.Reference(i, i) = 1e6;
+      A.Reference(i, j) = 0.9e-4;
+      EXPECT_NE(NodeBlockFactors::Of(A), nullptr) << i << ' ' << j;
+      A.Reference(i, j) = 1.1e-4;
+      EXPECT_EQ(NodeBlockFactors::Of(A), nullptr) << i << ' ' << j;
+      A.Reference(j, i) = 0.3e-4;
+      EXPECT_NE(NodeBlockFactors::Of(A), nullptr) << i << ' ' << j;
+    }
+  }
+}
+
 TEST_P(NodeBlocks, BlocksWithoutTheirMirrorGoEntryByEntry) {
   const int dofs = GetParam();
   SparseMatrix A(2 * dofs, std::vector<int>(2 * dofs, 2 * dofs), dofs);

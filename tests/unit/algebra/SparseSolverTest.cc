@@ -250,11 +250,13 @@ TEST(SparseSolver, BeyondTheWeakerToleranceReturnsMinusTheLimit) {
   EXPECT_EQ(f(f.n), 1.0);  // still the load
 }
 
-TEST(SparseSolver, ALimitOfZeroIsNoSuccess) {
+TEST(SparseSolver, LimitsOfZeroAndOneReturnMinusOne) {
   const GridModel grid = SmallGrid(3);
-  ReaVecT f;
-  Held K(grid, f, 1e-14, 1e-12, 0);
-  EXPECT_LT(K.Solve(f, nullptr), 0);
+  for (const int limit : {0, 1}) {
+    ReaVecT f;
+    Held K(grid, f, 1e-14, 1e-12, limit);
+    EXPECT_EQ(K.Solve(f, nullptr), -1) << limit;
+  }
 }
 
 TEST(SparseSolver, AnInfiniteResidualIsNotConvergedAndNoBreakdown) {

@@ -104,4 +104,23 @@ TEST(RigidMotions, OfSolidsAreThoseOfSpaceInAPlaneProblemToo) {
   EXPECT_FALSE(SupportsStopRigidMotions(*ReadDeck(tetra + "1 111 0 0 0\n2 011 0 0 0\nend\n")));
 }
 
+TEST(RigidMotions, AreTheSameForPartsOfAnySizeAtAnyPlace) {
+  for (const double size : {1e-5, 1.0, 1e5})
+    for (const double offset : {0.0, 4e9}) {  // in sizes
+      const double place = offset * size;
+      FrameDeck plane(2);
+      plane.Node(1, place, place).Node(2, place + size, place).Beam(1, 1, 2);
+      plane.Support(1, "110 0 0 0");
+      EXPECT_FALSE(Stopped(plane)) << size << ' ' << offset;
+      EXPECT_TRUE(Stopped(plane.Support(2, "010 0 0 0"))) << size << ' ' << offset;
+
+      FrameDeck space(3);
+      space.Node(1, place, place, place).Node(2, place + size, place, place + size).Beam(1, 1, 2);
+      space.Node(3, place, place + size, place - size).Beam(2, 1, 3);
+      space.Support(1, "111000 0 0 0 0 0 0").Support(2, "111000 0 0 0 0 0 0");
+      EXPECT_FALSE(Stopped(space)) << size << ' ' << offset;
+      EXPECT_TRUE(Stopped(space.Support(3, "111000 0 0 0 0 0 0"))) << size << ' ' << offset;
+    }
+}
+
 }  // namespace

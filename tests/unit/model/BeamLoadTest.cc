@@ -233,6 +233,16 @@ TEST_F(LocalIntensitiesTest, ReduceProjectedLoadsByTheSineOfTheAngle) {
   EXPECT_DOUBLE_EQ(local.qy, -6.4);
 }
 
+TEST_F(LocalIntensitiesTest, MeasureThatAngleInSpace) {
+  ends_[1].z = 12.0;  // along (4, 3, 12) / 13
+  const std::array<double, 4> q{1.0, -2.0, 2.0, 0.0};
+  const double cosine = (4.0 - 6.0 + 24.0) / 39.0, sine = std::sqrt(1.0 - cosine * cosine);
+  const BeamLoad whole = Local(GlobalPressure, q), projected = Local(GlobalProjected, q);
+  EXPECT_DOUBLE_EQ(projected.qx, sine * whole.qx);
+  EXPECT_DOUBLE_EQ(projected.qy, sine * whole.qy);
+  EXPECT_DOUBLE_EQ(projected.qz, sine * whole.qz);
+}
+
 TEST_F(LocalIntensitiesTest, AreZeroForAProjectedLoadAlongTheBeam) {
   const BeamLoad local = Local(GlobalProjected, {0.8, 0.6, 0.0, 0.0});
   EXPECT_NEAR(local.qx, 0.0, 1e-7);

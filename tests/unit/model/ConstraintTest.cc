@@ -219,6 +219,33 @@ TEST(MergeTwoConstraints, TurnsBesideAHalfTurnKeepTheirDigits) {
     }
 }
 
+TEST(MergeTwoConstraints, HalfTurnsKeepTheirDigitsWhenTheAxisHasASmallComponent) {
+  const double h = std::sqrt(0.5), e = 1e-9;
+  for (const Vector3& k : {
+           Vector3{e, h, h},
+           Vector3{h, e, h},
+           Vector3{h, h, e}
+  }) {
+    FixedMatrix<3, 3> B;  // 2 k k^T - I
+    for (int i = 1; i <= 3; ++i)
+      for (int j = 1; j <= 3; ++j) B(i, j) = 2.0 * k[i - 1] * k[j - 1] - (i == j ? 1.0 : 0.0);
+    const ReaVec3 angles = FrameToAngles(B);
+    const auto merged = MergeAxes(Constraint(6), Turned(6, angles(1), angles(2), angles(3)));
+    const FixedMatrix<3, 3> H = AxesOf(*merged), HH = H * H;
+    for (int n = 0; n < 9; ++n) EXPECT_NEAR(HH.entries[n], B.entries[n], 1e-14);
+  }
+}
+
+TEST(MergeTwoConstraints, AxesThatDifferByRoundingOnlyAreKept) {
+  for (int n = 1; n <= 30; ++n) {
+    const double angle = 0.1 * n;
+    const auto merged =
+        MergeAxes(Turned(6, 0.3, angle / 3.0, angle), Turned(6, 0.3, angle / 3.0, angle + 2e-15));
+    const FixedMatrix<3, 3> H = AxesOf(*merged), A = AxesOf(Turned(6, 0.3, angle / 3.0, angle));
+    for (int k = 0; k < 9; ++k) EXPECT_NEAR(H.entries[k], A.entries[k], 1e-14) << angle;
+  }
+}
+
 TEST(MergeTwoConstraints, DifferentAnglesOfTheSameAxesGiveTheseAxes) {
   const auto merged = MergeAxes(Turned(6, 0, 0, 0.5), Turned(6, 0, 0, 0.5 + 2 * kPi));
   EXPECT_EQ(merged->hasLocalAxes, 1);

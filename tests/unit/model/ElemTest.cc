@@ -203,6 +203,25 @@ TEST(Elem, PlaneSegmentsThatTouchCross) {
   EXPECT_EQ(line.elem.IsCutted({2, -1, 0}, {2, 0, 0}), 1);
 }
 
+/// The determinants of these crossings are 1 and -1.
+TEST(Elem, SegmentsOfUnitLengthCross) {
+  const LoneElement line(
+      {
+          {0, 0, 0},
+          {1, 0, 0}
+  },
+      nullptr, 2);
+  EXPECT_EQ(line.elem.IsCutted({0.5, -0.5, 0}, {0.5, 0.5, 0}), 1);
+  EXPECT_EQ(line.elem.IsCutted({0.5, 0.5, 0}, {0.5, -0.5, 0}), 1);
+  const LoneElement triangle{
+      {0, 0, 0},
+      {1, 0, 0},
+      {0, 1, 0}
+  };
+  EXPECT_EQ(triangle.elem.IsCutted({0.25, 0.25, -0.5}, {0.25, 0.25, 0.5}), 1);
+  EXPECT_EQ(triangle.elem.IsCutted({0.25, 0.25, 0.5}, {0.25, 0.25, -0.5}), 1);
+}
+
 TEST(Elem, PlaneSegmentMayHaveTwoCoordinates) {
   const LoneElement line(
       {
@@ -238,6 +257,7 @@ TEST(Elem, SegmentCrossesATriangleInsideOnly) {
   EXPECT_EQ(triangle.elem.IsCutted({1, 1, 0}, {1, 1, 2}), 1);
   EXPECT_EQ(triangle.elem.IsCutted({0.5, 1.5, 3}, {1.5, 0.5, -1}), 1);
   EXPECT_EQ(triangle.elem.IsCutted({1, 1, 0}, {1, 1, 1}), 1);    // ends on it
+  EXPECT_EQ(triangle.elem.IsCutted({1, 1, 1}, {1, 1, 2}), 1);    // begins on it
   EXPECT_EQ(triangle.elem.IsCutted({1, 1, 0}, {1, 1, 0.9}), 0);  // ends before
   EXPECT_EQ(triangle.elem.IsCutted({1, 1, 1.1}, {1, 1, 2}), 0);  // begins behind
   EXPECT_EQ(triangle.elem.IsCutted({3, 3, 0}, {3, 3, 2}), 0);    // beyond the long side

@@ -54,6 +54,16 @@ TEST(MeshRenumber, TheFirstOfEquallyFarNodesIsTheReference) {
   EXPECT_EQ(*mesh->renumberMap, (std::vector<int>{2, 1, 3}));
 }
 
+TEST(MeshRenumber, TheCentroidLiesHalfWayBetweenTwoNodes) {
+  for (int axis = 0; axis < 3; ++axis) {
+    Point end{};
+    end[axis] = 1.0;
+    const auto mesh = At({end, Point{}});
+    mesh->Renumber();  // both are equally far: the first is the reference
+    EXPECT_EQ(*mesh->renumberMap, (std::vector<int>{1, 2})) << axis;
+  }
+}
+
 TEST(MeshRenumber, EquallyDistantNodesKeepTheirOrder) {
   // Node 4 is the reference; 1, 2, 3, 5, 6 lie on a circle of radius 65 about it.
   const auto mesh = At({

@@ -207,7 +207,7 @@ TEST_F(PressureLoadsTest, OnlyThreeEulerAnglesExist) {
 }
 
 TEST_F(PressureLoadsTest, AxesThatLeaveThePlaneAreRefused) {
-  for (const char* const key : {"Euler1=0.1", "Euler2=0.1", "Euler1=1e-9"}) {
+  for (const char* const key : {"Euler1=0.1", "Euler2=0.1", "Euler1=1e-9", "Euler2=1e-9"}) {
     Model(Plane, {Linear});
     EXPECT_FATAL(Read(kGlobal, kBeam, std::string("1 2 ") + key),
                  "error: Local z axe must be (0,0,1) for 2D problems.Element: 101\n");
