@@ -13,16 +13,10 @@
 
 namespace {
 
-constexpr double kCosine = 1e-5;       ///< of a given local x against the beam: orthogonal, along
-constexpr double kOutOfPlane = 1e-10;  ///< components of given axes in a plane problem
+constexpr double kCosine = 1e-5;  ///< of a given local x against the beam: orthogonal, along
 
-Frame FrameOf(const Material& material) {
-  const FixedMatrix<3, 3> R = EulerRotation(material.Euler1, material.Euler2, material.Euler3);
-  return {
-      {R(1, 1), R(2, 1), R(3, 1)},
-      {R(1, 2), R(2, 2), R(3, 2)},
-      {R(1, 3), R(2, 3), R(3, 3)}
-  };
+Frame GivenFrame(const Material& material) {
+  return FrameOf(EulerRotation(material.Euler1, material.Euler2, material.Euler3));
 }
 
 /// The frame as columns of the 3x3 block of T whose first row and column is `first`.
@@ -81,15 +75,6 @@ Frame FitToBeam(Frame given, const Vector3& d, int elementNumber) {
   return {d, Unit(Cross(z, d)), z};
 }
 
-/// Plane problems turn about z only; z may point to either side.
-void CheckInPlane(const Frame& frame, int elementNumber) {
-  const bool inPlane = std::abs(frame.x[2]) <= kOutOfPlane && std::abs(frame.y[2]) <= kOutOfPlane &&
-                       std::abs(frame.z[0]) <= kOutOfPlane && std::abs(frame.z[1]) <= kOutOfPlane &&
-                       std::abs(std::abs(frame.z[2]) - 1.0) <= kOutOfPlane;
-  if (!inPlane)
-    Fatal("error: Local z axe must be (0,0,1) for 2D problems.Element: ", elementNumber, "\n");
-}
-
 /// Local y horizontal and local z upwards, for a beam along d that is not vertical.
 Frame UprightFrame(const Vector3& d) {
   Vector3 y{1.0, 0.0, 0.0};
@@ -142,7 +127,7 @@ bool Elem::GivenAxes(const Material* given, Matriu& T) const {
 void Elem::CalcTransfMatrixBeam(Matriu& T, const Material* given, int problemType) const {
   const Vector3 d = DirectionOf(*this, problemType);
   if (given != nullptr && given->hasEuler != 0) {
-    const Frame frame = FitToBeam(FrameOf(*given), d, number);
+    const Frame frame = FitToBeam(GivenFrame(*given), d, number);
     if (problemType == Space) return PlaceTwice(frame, T);
     if (problemType == Plane) CheckInPlane(frame, number);
     return PlaceOnce(frame, T);
@@ -167,7 +152,7 @@ Vector3 Elem::UnitNormal() const {
 void Elem::ShellAxes(Matriu& T, Matriu& T6, const Material* given) const {
   const Vector3 n = UnitNormal();
   const bool hasAxes = given != nullptr && given->hasEuler != 0;
-  const Frame frame = hasAxes ? FitToShell(FrameOf(*given), n, number) : ArbitraryFrame(n);
+  const Frame frame = hasAxes ? FitToShell(GivenFrame(*given), n, number) : ArbitraryFrame(n);
   PlaceOnce(frame, T);
   PlaceShellDegrees(frame, T6);
 }

@@ -2,6 +2,25 @@
 
 #include <cmath>
 
+#include "main/ErrorChannel.h"
+
+Frame FrameOf(const FixedMatrix<3, 3>& R) {
+  return {
+      {R(1, 1), R(2, 1), R(3, 1)},
+      {R(1, 2), R(2, 2), R(3, 2)},
+      {R(1, 3), R(2, 3), R(3, 3)}
+  };
+}
+
+void CheckInPlane(const Frame& frame, int elementNumber) {
+  constexpr double kOutOfPlane = 1e-10;
+  const bool inPlane = std::abs(frame.x[2]) <= kOutOfPlane && std::abs(frame.y[2]) <= kOutOfPlane &&
+                       std::abs(frame.z[0]) <= kOutOfPlane && std::abs(frame.z[1]) <= kOutOfPlane &&
+                       std::abs(std::abs(frame.z[2]) - 1.0) <= kOutOfPlane;
+  if (!inPlane)
+    Fatal("error: Local z axe must be (0,0,1) for 2D problems.Element: ", elementNumber, "\n");
+}
+
 Frame ArbitraryFrame(const Vector3& n) {
   constexpr double kNearlyVertical = 0.015625;  // 1/64
   const bool leans = std::abs(n[0]) >= kNearlyVertical || std::abs(n[1]) >= kNearlyVertical;

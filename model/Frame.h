@@ -1,5 +1,6 @@
 #pragma once
 
+#include "algebra/FixedMatrix.h"
 #include "algebra/Vector3.h"
 
 /// A local frame: its axes in global components, orthonormal and right-handed.
@@ -11,6 +12,13 @@ struct Frame {
     return Plus(Plus(Times(x, local[0]), Times(y, local[1])), Times(z, local[2]));
   }
 };
+
+/// The axes that are the columns of the rotation R.
+Frame FrameOf(const FixedMatrix<3, 3>& R);
+
+/// Plane problems turn about z only; z may point to either side. Ends the run for axes of the
+/// element that leave the plane of x and y by more than 1e-10.
+void CheckInPlane(const Frame& frame, int elementNumber);
 
 /// The frame of a surface with the unit normal n when no other says which way x runs. z is n; x is
 /// horizontal, or in the plane of global x and z when n is vertical within 1/64.

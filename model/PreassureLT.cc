@@ -1,16 +1,17 @@
 #include "model/PreassureLT.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstdlib>
 #include <optional>
 #include <string>
 
-#include "algebra/Matriu.h"
 #include "input/LinePairs.h"
 #include "main/ErrorChannel.h"
 #include "model/Elem.h"
 #include "model/EulerAngles.h"
+#include "model/Frame.h"
 #include "model/Mesh.h"
 
 namespace {
@@ -114,22 +115,12 @@ void Scale(LoadLine& line, int elemType) {
   line.q[3] *= perForce * L;  // a couple is a force times a length
 }
 
-/// Whether the axes R leave the plane of a plane problem.
-bool LeavesThePlane(const Matriu& R) {
-  constexpr double kNoise = 1e-10;
-  return !(std::abs(R(1, 3)) <= kNoise && std::abs(R(2, 3)) <= kNoise &&
-           std::abs(R(3, 1)) <= kNoise && std::abs(R(3, 2)) <= kNoise &&
-           std::abs(std::abs(R(3, 3)) - 1.0) <= kNoise);
-}
-
-/// (q1, q2, q3) := R q for the angles of the line; the couple stays.
+/// (q1, q2, q3), given in the axes of the line's angles, in global components; the couple stays.
 void Turn(LoadLine& line, int elemNumber, int problemType) {
-  Matriu R(3, 3);
-  EulerRotation(line.euler[0], line.euler[1], line.euler[2], R);
-  if (problemType == Plane && LeavesThePlane(R))
-    Fatal("error: Local z axe must be (0,0,1) for 2D problems.Element: ", elemNumber, "\n");
-  const std::array<double, 4> q = line.q;
-  for (int i = 1; i <= 3; ++i) line.q[i - 1] = R(i, 1) * q[0] + R(i, 2) * q[1] + R(i, 3) * q[2];
+  const Frame axes = FrameOf(EulerRotation(line.euler[0], line.euler[1], line.euler[2]));
+  if (problemType == Plane) CheckInPlane(axes, elemNumber);
+  const Vector3 q = axes.ToGlobal({line.q[0], line.q[1], line.q[2]});
+  std::copy(q.begin(), q.end(), line.q.begin());
 }
 
 }  // namespace
