@@ -11,10 +11,6 @@ namespace {
 
 constexpr double kPi = 3.141592653589793;
 
-Vector3 Same(double x, double y, double z) {
-  return {x, y, z};
-}
-
 /// The cube of R. H. MacNeal and R. L. Harder (A proposed standard set of problems to test finite
 /// element accuracy, 1985) with eight inner nodes, cut into 52 tetrahedra.
 TestMesh PatchCube(bool quadratic) {

@@ -16,6 +16,11 @@
 /// Where a point of the unit square or cube goes.
 using PointMap = std::function<Vector3(double, double, double)>;
 
+/// Leaves every point where it is.
+inline Vector3 Same(double x, double y, double z) {
+  return {x, y, z};
+}
+
 /// Nodes (number = place + 1) and elements (node numbers) of one mesh.
 struct TestMesh {
   std::string elemType;
@@ -164,5 +169,21 @@ inline TestMesh Grid(int nx, int ny, Cut cut, const PointMap& map) {
         mesh.elems.push_back({p, q, middle});
     }
   for (Vector3& p : mesh.nodes) p = map(p[0], p[1], p[2]);
+  return mesh;
+}
+
+/// The unit square cut along 1-4 (nodes row by row): elements 1 2 4 and 1 4 3, both in the same
+/// axes.
+inline TestMesh UnitSquare() {
+  return Grid(1, 1, Cut::Right, Same);
+}
+
+/// One tetrahedron with legs of 1 along the axes, of four or ten nodes.
+inline TestMesh UnitTetrahedron(bool ten) {
+  TestMesh mesh{
+      "Tetrahedra", {{0, 0, 0},  {1, 0, 0}, {0, 1, 0}, {0, 0, 1}},
+       {{1, 2, 3, 4}}
+  };
+  if (ten) ToTen(mesh);
   return mesh;
 }

@@ -11,15 +11,6 @@ namespace {
 
 const char* const kMaterial = "materials\n1 E=1e6 nu=0.25 G=4e5 t=0.1\nend materials\n";
 
-Vector3 Flat(double x, double y, double) {
-  return {x, y, 0};
-}
-
-/// The unit square cut along the diagonal 1-4 (nodes row by row).
-TestMesh Square() {
-  return Grid(1, 1, Cut::Right, Flat);
-}
-
 std::unique_ptr<Project> Read(const TestMesh& mesh, const std::string& keywords = "") {
   return ReadDeck(DeckOf(mesh, keywords, kMaterial));
 }
@@ -27,7 +18,7 @@ std::unique_ptr<Project> Read(const TestMesh& mesh, const std::string& keywords 
 // --- conversion ---------------------------------------------------------------------------------
 
 TEST(ConvertTo6Nodes, SquareOfTwoTrianglesGetsFiveMidSidesAndSharesTheDiagonal) {
-  const auto project = Read(Square());
+  const auto project = Read(UnitSquare());
   EXPECT_TRUE(ConvertMeshesTo6Nodes(*project));
   EXPECT_EQ(project->numNodes, 9);
   EXPECT_EQ(project->nodesAsRead, 4);
@@ -61,7 +52,7 @@ TEST(ConvertTo6Nodes, EveryMidSideLiesHalfWayOnItsEdge) {
 }
 
 TEST(ConvertTo6Nodes, NewNodesAreNumberedByElementAndEdge) {
-  const auto project = Read(Square());  // elements 1 2 4 and 1 4 3
+  const auto project = Read(UnitSquare());  // elements 1 2 4 and 1 4 3
   project->meshes[0]->nodes->Get(1)->dim = 2;
   ConvertMeshesTo6Nodes(*project);
   const Plex<Node>& nodes = *project->meshes[0]->nodes;
@@ -83,7 +74,7 @@ TEST(ConvertTo6Nodes, NewNodesAreNumberedByElementAndEdge) {
 TEST(ConvertTo6Nodes, NeighboursFindTheSharedEdgeWhereverTheirNodesBegin) {
   for (int turn1 = 0; turn1 < 3; ++turn1)
     for (int turn2 = 0; turn2 < 3; ++turn2) {
-      TestMesh mesh = Square();
+      TestMesh mesh = UnitSquare();
       std::rotate(mesh.elems[0].begin(), mesh.elems[0].begin() + turn1, mesh.elems[0].end());
       std::rotate(mesh.elems[1].begin(), mesh.elems[1].begin() + turn2, mesh.elems[1].end());
       const auto project = Read(mesh);
@@ -118,11 +109,11 @@ TEST(ConvertTo6Nodes, MidSidesOfAMeshReadWithSixNodesAreTaken) {
 TEST(ConvertTo6Nodes, OtherMeshesAreRefused) {
   const std::string text =
       "error: trying to convert to 6 nodes a mesh that is not 3-noded triangles\n";
-  TestMesh six = Square();
+  TestMesh six = UnitSquare();
   ToSix(six);
   auto project = Read(six);
   EXPECT_FATAL(ConvertTo6Nodes(*project, *project->meshes[0]), text);
-  project = Read(Box(1, 1, 1, false, Flat));
+  project = Read(Box(1, 1, 1, false, Same));
   EXPECT_FATAL(ConvertTo6Nodes(*project, *project->meshes[0]), text);
 }
 
@@ -158,7 +149,7 @@ TEST(ConvertTo6Nodes, MeshesThatShareAnEdgeShareItsMidSide) {
 
 TEST(ConvertTo6Nodes, MidSideTakesTheSupportsThatItsCornersHaveInCommon) {
   const auto project =
-      ReadDeck(DeckOf(Square(), "",
+      ReadDeck(DeckOf(UnitSquare(), "",
                       std::string(kMaterial) + "constraints\n1 111000 0 0 0.2 0 0 0\n2 011111 0 0 "
                                                "0.4 0 0 0\n3 222222 1 1 1 1 1 1\nend\n"));
   ConvertMeshesTo6Nodes(*project);
@@ -172,7 +163,7 @@ TEST(ConvertTo6Nodes, MidSideTakesTheSupportsThatItsCornersHaveInCommon) {
 
 TEST(ConvertTo6Nodes, MidSideOfInclinedSupportsIsInclinedHalfWay) {
   const auto project = ReadDeck(
-      DeckOf(Square(), "",
+      DeckOf(UnitSquare(), "",
              kMaterial + Section("constraints",
                                  "1 010000 0 0.2 0 0 0 0 Euler3=0.2\n"
                                  "2 110000 0 0.6 0 0 0 0 Euler3=0.8\n4 010000 0 0.1 0 0 0 0\n")));
@@ -189,7 +180,7 @@ TEST(ConvertTo6Nodes, MidSideOfInclinedSupportsIsInclinedHalfWay) {
 // --- whole runs ---------------------------------------------------------------------------------
 
 std::string ClampedPlate(const std::string& keywords) {
-  const TestMesh mesh = Grid(4, 4, Cut::Right, Flat);
+  const TestMesh mesh = Grid(4, 4, Cut::Right, Same);
   std::string supports, loads;
   for (const int n : mesh.Where([](const Vector3& p) { return p[0] == 0; }))
     supports += Print("%d 111111 0 0 0 0 0 0\n", n);
@@ -218,7 +209,7 @@ TEST(DoubleSolver, EqualsTheConvertedModelAndTellsOfBothAssemblies) {
 }
 
 TEST(DoubleSolver, SixNodedTrianglesAreRefusedBeforeAnythingIsWritten) {
-  TestMesh mesh = Square();
+  TestMesh mesh = UnitSquare();
   ToSix(mesh);
   std::ostringstream info;
   EXPECT_FATAL(RunDeck(DeckOf(mesh, "Solver Double", kMaterial), 1, &info),
@@ -270,7 +261,7 @@ TEST(ConvertedModel, MidSideReactionsMoveToTheCorners) {
 }
 
 TEST(TrianglesOfAPlaneProblem, AreRefused) {
-  std::string deck = DeckOf(Square(), "", kMaterial);
+  std::string deck = DeckOf(UnitSquare(), "", kMaterial);
   deck.replace(deck.find("3d"), 2, "2d");
   EXPECT_FATAL(RunDeck(deck), "error: triangle elements need a problem of type 3d\n");
 }

@@ -10,21 +10,12 @@ namespace {
 
 const char* const kMaterial = "materials\n1 E=1e6 nu=0.25 G=4e5 t=0.1\nend materials\n";
 
-Vector3 Flat(double x, double y, double) {
-  return {x, y, 0};
-}
-
-/// The unit square cut along the diagonal 1-4 (nodes row by row).
-TestMesh Square() {
-  return Grid(1, 1, Cut::Right, Flat);
-}
-
 std::unique_ptr<Project> Read(const TestMesh& mesh, const std::string& keywords = "") {
   return ReadDeck(DeckOf(mesh, keywords, kMaterial));
 }
 
 TEST(CheckNormals, FlatPlateFlagsEveryNode) {
-  const auto project = Read(Grid(3, 2, Cut::Cross, Flat));
+  const auto project = Read(Grid(3, 2, Cut::Cross, Same));
   CheckNormals(*project);
   EXPECT_THAT(project->coplanar, testing::Each(1));
   EXPECT_EQ(project->coplanar.size(), 18u);
@@ -41,7 +32,7 @@ TEST(CheckNormals, FoldOfNinetyDegreesLeavesItsNodesUnflagged) {
 }
 
 TEST(CheckNormals, AngleDecidesWhatIsCoplanar) {
-  TestMesh mesh = Square();
+  TestMesh mesh = UnitSquare();
   mesh.nodes[1][2] = 0.05;  // a fold of less than 0.1 along the diagonal
   for (const auto& [angle, flag] : {
            std::pair{"0.2",  1},
@@ -55,7 +46,7 @@ TEST(CheckNormals, AngleDecidesWhatIsCoplanar) {
 }
 
 TEST(CheckNormals, OppositeNormalsAreRefusedWithBothNumbers) {
-  TestMesh mesh = Square();
+  TestMesh mesh = UnitSquare();
   std::swap(mesh.elems[1][0], mesh.elems[1][1]);
   const auto project = Read(mesh);
   EXPECT_FATAL(
@@ -65,7 +56,7 @@ TEST(CheckNormals, OppositeNormalsAreRefusedWithBothNumbers) {
 }
 
 TEST(CheckNormals, DegenerateElementIsRefused) {
-  TestMesh mesh = Square();
+  TestMesh mesh = UnitSquare();
   mesh.nodes[3] = {2, 0, 0};  // on the line through 1 and 2
   const auto project = Read(mesh);
   EXPECT_FATAL(CheckNormals(*project), "error: element 1 is not correct\n");
@@ -103,7 +94,7 @@ TEST(CheckNormals, ModelWithoutTrianglesHasNoFlags) {
 }
 
 TEST(CheckNormals, MidSideNodesCountAndAreFlaggedLikeCorners) {
-  TestMesh mesh = Square();
+  TestMesh mesh = UnitSquare();
   mesh.nodes[1][2] = 0.5;  // a fold along 1-4
   ToSix(mesh);             // 5 on 1-2, 6 on 2-4, 7 on 4-1, 8 on 4-3, 9 on 3-1
   const auto project = Read(mesh, "CoplanarityAngle 0.1");
@@ -154,7 +145,7 @@ TEST(CheckNormals, WithAnAngleOverARightOneOppositeComesFirst) {
 }
 
 TEST(CheckNormals, NodesOutsideTheTrianglesHaveNoFlag) {
-  TestMesh mesh = Square();
+  TestMesh mesh = UnitSquare();
   mesh.nodes.push_back({5, 5, 5});
   const auto project = Read(mesh);
   CheckNormals(*project);
@@ -182,7 +173,7 @@ TEST(CheckNormals, MessagesNameNodesAsTheDeckDoes) {
 
 /// Flags of the square 1 2 3 4 whose second triangle is a mesh of its own, listed as `second`.
 std::vector<int> FlagsOfTwoMeshes(const char* second, double heightOf3) {
-  TestMesh mesh = Square();
+  TestMesh mesh = UnitSquare();
   mesh.nodes[2][2] = heightOf3;
   mesh.elems.pop_back();
   const auto project = ReadDeck(
@@ -207,7 +198,7 @@ TEST(CheckNormals, MeshesThatMeetAtAFoldAreNotCoplanarThere) {
 TEST(CheckNormals, AFoldInsideOneMeshIsKeptWhateverTheOther) {
   // Elements 1 and 2 fold along 1-4; element 7 of the other mesh lies in the plane of 1.
   for (const bool flatFirst : {false, true}) {
-    TestMesh mesh = Square();
+    TestMesh mesh = UnitSquare();
     mesh.nodes[2][2] = 1;
     mesh.nodes.push_back({1, -1, 0});
     TestMesh other = mesh;

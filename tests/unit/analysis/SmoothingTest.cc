@@ -9,11 +9,8 @@ namespace {
 
 constexpr double kTwoPi = 6.283185307179586;
 
-/// The unit square cut along 1-4: elements 1 2 4 and 1 4 3, both in the same axes.
 TestMesh Square(bool six) {
-  TestMesh mesh = Grid(1, 1, Cut::Right, [](double x, double y, double) {
-    return Vector3{x, y, 0};
-  });
+  TestMesh mesh = UnitSquare();
   if (six) ToSix(mesh);
   return mesh;
 }

@@ -9,15 +9,6 @@
 
 namespace {
 
-TestMesh Unit(bool ten) {
-  TestMesh mesh{
-      "Tetrahedra", {{0, 0, 0},  {1, 0, 0}, {0, 1, 0}, {0, 0, 1}},
-       {{1, 2, 3, 4}}
-  };
-  if (ten) ToTen(mesh);
-  return mesh;
-}
-
 std::string Deck(const TestMesh& mesh, const std::string& material = "E=1e6 nu=0.25",
                  const std::string& sections = "") {
   std::string supports;
@@ -65,7 +56,7 @@ TEST(Tet10, DerivativesAgreeWithDifferencesAndSumToZero) {
 }
 
 TEST(Tetra4, UnitElementHasAVolumeOfASixthAndUnitGradients) {
-  const auto project = ReadDeck(Deck(Unit(false)));
+  const auto project = ReadDeck(Deck(UnitTetrahedron(false)));
   SolidPoints<4, 1> points;
   EvaluateTetra4(*project->meshes[0]->elems.Get(1), points);
   EXPECT_DOUBLE_EQ(points.weight[0], 1.0 / 6);
@@ -76,7 +67,7 @@ TEST(Tetra4, UnitElementHasAVolumeOfASixthAndUnitGradients) {
 }
 
 TEST(Tetra10, UnitElementHasTheSameVolumeAndLinearGradients) {
-  const TestMesh mesh = Unit(true);
+  const TestMesh mesh = UnitTetrahedron(true);
   const auto project = ReadDeck(Deck(mesh));
   SolidPoints<10, 4> points;
   EvaluateTetra10(*project->meshes[0]->elems.Get(1), points);
@@ -107,7 +98,7 @@ TEST(TetraStrainMatrix, HoldsTheStatedRows) {
 
 TEST(NodalStresses, MidSideNodesStayZeroAndCornersExtrapolate) {
   // u = (x^2, 0, 0)/2: sigma_x = c x, linear, so the corners are met exactly.
-  const TestMesh mesh = Unit(true);
+  const TestMesh mesh = UnitTetrahedron(true);
   std::string lines;
   for (std::size_t i = 0; i < mesh.nodes.size(); ++i)
     lines += Print("%d 111 %.17g 0 0\n", int(i) + 1, mesh.nodes[i][0] * mesh.nodes[i][0] / 2);
@@ -123,10 +114,10 @@ TEST(NodalStresses, MidSideNodesStayZeroAndCornersExtrapolate) {
 // --- refusals -----------------------------------------------------------------------------------
 
 TEST(SolidRefusals, NegativeOrientation) {
-  TestMesh mesh = Unit(false);
+  TestMesh mesh = UnitTetrahedron(false);
   std::swap(mesh.elems[0][0], mesh.elems[0][1]);
   EXPECT_FATAL(RunDeck(Deck(mesh)), "error: element 1 has jacobian <=0\n");
-  mesh = Unit(true);
+  mesh = UnitTetrahedron(true);
   auto& nodes = mesh.elems[0];
   std::swap(nodes[0], nodes[1]);
   std::swap(nodes[5], nodes[6]);  // 2-3 and 3-1
@@ -136,7 +127,7 @@ TEST(SolidRefusals, NegativeOrientation) {
 
 TEST(SolidRefusals, FlatElements) {
   for (const bool ten : {false, true}) {
-    TestMesh mesh = Unit(ten);
+    TestMesh mesh = UnitTetrahedron(ten);
     for (Vector3& p : mesh.nodes) p[2] = 0;
     EXPECT_FATAL(RunDeck(Deck(mesh)),
                  std::string("error: element 1 has jacobian ") + (ten ? "0\n" : "<=0\n"));
@@ -145,7 +136,7 @@ TEST(SolidRefusals, FlatElements) {
 
 TEST(SolidRefusals, ComeInTheOrderMaterialThenValuesThenJacobian) {
   for (const bool ten : {false, true}) {
-    TestMesh mesh = Unit(ten);
+    TestMesh mesh = UnitTetrahedron(ten);
     for (Vector3& p : mesh.nodes) p[2] = 0;
     EXPECT_FATAL(RunDeck(DeckOf(mesh, "", "constraints\n1 111 0 0 0\nend\n")),
                  "error: Material in element: 1 doesn't exist\n");
@@ -155,7 +146,7 @@ TEST(SolidRefusals, ComeInTheOrderMaterialThenValuesThenJacobian) {
 
 TEST(SolidRefusals, JacobianOfAQuadrillionthIsEnough) {
   for (const bool ten : {false, true}) {
-    TestMesh mesh = Unit(ten);
+    TestMesh mesh = UnitTetrahedron(ten);
     const auto evaluate = [&](double height) {
       for (Vector3& p : mesh.nodes) p[2] = p[2] > 0 ? height * p[2] : 0;
       const auto project = ReadDeck(Deck(mesh));
@@ -176,7 +167,7 @@ TEST(SolidRefusals, JacobianOfAQuadrillionthIsEnough) {
 
 TEST(SolidRefusals, MaterialThatIsMissingOrImpossible) {
   for (const bool ten : {false, true}) {
-    const TestMesh mesh = Unit(ten);
+    const TestMesh mesh = UnitTetrahedron(ten);
     EXPECT_FATAL(RunDeck(DeckOf(mesh, "", "constraints\n1 111 0 0 0\nend\n")),
                  "error: Material in element: 1 doesn't exist\n");
   }
@@ -190,31 +181,32 @@ TEST(SolidRefusals, MaterialThatIsMissingOrImpossible) {
       {"E=1",        "error in element 1 nu must be > -1 and < 0.5\n"}
   };
   for (const auto& [material, text] : kRows)
-    EXPECT_FATAL(RunDeck(Deck(Unit(false), material)), text);
+    EXPECT_FATAL(RunDeck(Deck(UnitTetrahedron(false), material)), text);
 }
 
 TEST(SolidRefusals, FaceThatDoesNotExist) {
   for (const int face : {4, -2})
-    EXPECT_FATAL(
-        RunDeck(Deck(Unit(false), "E=1 nu=0", Print("face_loads\n1 %d 0 0 1\nend\n", face))),
-        Print("error: face %d does not exist in element 1\n", face));
+    EXPECT_FATAL(RunDeck(Deck(UnitTetrahedron(false), "E=1 nu=0",
+                              Print("face_loads\n1 %d 0 0 1\nend\n", face))),
+                 Print("error: face %d does not exist in element 1\n", face));
 }
 
 TEST(SolidRefusals, MixtureWithOtherElements) {
-  EXPECT_FATAL(ReadDeck(Deck(Unit(false), "E=1 nu=0",
+  EXPECT_FATAL(ReadDeck(Deck(UnitTetrahedron(false), "E=1 nu=0",
                              "mesh dimension = 3 elemtype Linear nnode = 2\ncoordinates\nend\n"
                              "elements\n9 1 2 1\nend\n")),
                "error: Element tetrahedra cannot be mixed with any other element type");
 }
 
 TEST(SolidRefusals, NodeWithoutElements) {
-  TestMesh mesh = Unit(false);
+  TestMesh mesh = UnitTetrahedron(false);
   mesh.nodes.push_back({5, 5, 5});
   EXPECT_FATAL(RunDeck(Deck(mesh)), "error: node 5 has no elements around\n");
 }
 
 TEST(SolidsInAPlaneProblem, AreSolvedWithTwoNumberLoads) {
-  std::string deck = Deck(Unit(false), "E=1 nu=0", "global_pressure_loads\n1 24 48\nend\n");
+  std::string deck =
+      Deck(UnitTetrahedron(false), "E=1 nu=0", "global_pressure_loads\n1 24 48\nend\n");
   deck.replace(deck.find("3d"), 2, "2d");
   const auto f = LoadsOf(deck);
   EXPECT_NEAR(f[0], 1, 1e-14);

@@ -9,18 +9,9 @@
 
 namespace {
 
-TestMesh Unit(bool ten) {
-  TestMesh mesh{
-      "Tetrahedra", {{0, 0, 0},  {1, 0, 0}, {0, 1, 0}, {0, 0, 1}},
-       {{1, 2, 3, 4}}
-  };
-  if (ten) ToTen(mesh);
-  return mesh;
-}
-
 /// Ten nodes with every edge curved.
 TestMesh Curved() {
-  TestMesh mesh = Unit(true);
+  TestMesh mesh = UnitTetrahedron(true);
   CurveEdges(mesh, 4);
   return mesh;
 }
@@ -68,7 +59,8 @@ std::vector<double> OnFace(bool ten, int face, const Vector3& force) {
 // --- volume loads -------------------------------------------------------------------------------
 
 TEST(SolidVolumeLoads, OfFourNodesPutAQuarterOnEach) {
-  const auto f = LoadsOf(Deck(Unit(false), Section("global_pressure_loads", "1 -1 24 0 -48\n")));
+  const auto f =
+      LoadsOf(Deck(UnitTetrahedron(false), Section("global_pressure_loads", "1 -1 24 0 -48\n")));
   for (int node = 1; node <= 4; ++node) {
     const Vector3 force = At(f, node, 3);
     EXPECT_NEAR(force[0], 1, 1e-14);
@@ -78,7 +70,8 @@ TEST(SolidVolumeLoads, OfFourNodesPutAQuarterOnEach) {
 }
 
 TEST(SolidVolumeLoads, OfTenNodesAreTheIntegralsOfTheShapeFunctions) {
-  const auto f = LoadsOf(Deck(Unit(true), Section("global_pressure_loads", "1 -1 120 0 0\n")));
+  const auto f =
+      LoadsOf(Deck(UnitTetrahedron(true), Section("global_pressure_loads", "1 -1 120 0 0\n")));
   for (int node = 1; node <= 10; ++node)  // -V/20 and V/5, but for the seven digits of the points
     EXPECT_NEAR(At(f, node, 3)[0], node <= 4 ? -1 : 4, 1e-5) << node;
 }
@@ -110,17 +103,19 @@ TEST(SolidVolumeLoads, OfACurvedElementAreTheSumOverTheFourPoints) {
 
 TEST(SolidVolumeLoads, AreGlobalWhateverTheirKind) {
   for (const bool ten : {false, true}) {
-    const auto global = LoadsOf(Deck(Unit(ten), Section("global_pressure_loads", "1 -1 1 2 3\n")));
+    const auto global =
+        LoadsOf(Deck(UnitTetrahedron(ten), Section("global_pressure_loads", "1 -1 1 2 3\n")));
     EXPECT_NE(At(global, 1, 3)[2], 0);
     for (const char* const kind : kKinds)
-      EXPECT_EQ(LoadsOf(Deck(Unit(ten), Section(kind, "1 -1 1 2 3\n"))), global) << kind;
+      EXPECT_EQ(LoadsOf(Deck(UnitTetrahedron(ten), Section(kind, "1 -1 1 2 3\n"))), global) << kind;
   }
 }
 
 TEST(SolidOwnWeight, ActsAlongGravity) {
   const std::string heavy = "E=1 nu=0 Weight=24";
-  const auto upwards = LoadsOf(Deck(Unit(false), "", heavy));  // along +z without a keyword
-  const auto along = LoadsOf(Deck(Unit(false), "", heavy, "GravityDirection 0 -5 0"));
+  const auto upwards =
+      LoadsOf(Deck(UnitTetrahedron(false), "", heavy));  // along +z without a keyword
+  const auto along = LoadsOf(Deck(UnitTetrahedron(false), "", heavy, "GravityDirection 0 -5 0"));
   for (int node = 1; node <= 4; ++node) {
     EXPECT_EQ(At(upwards, node, 3), (Vector3{0, 0, 1}));
     EXPECT_EQ(At(along, node, 3), (Vector3{0, -1, 0}));
@@ -134,16 +129,17 @@ TEST(SolidOwnWeight, OfTenNodesIsAVolumeLoad) {
 
 TEST(SolidOwnWeight, ThatIsNotGivenOrNothingIsNone) {
   for (const char* const material : {"E=1 nu=0", "E=1 nu=0 Weight=0", "E=1 nu=0 Weight=9e-16"})
-    EXPECT_THAT(LoadsOf(Deck(Unit(false), "", material)), testing::Each(0.0)) << material;
+    EXPECT_THAT(LoadsOf(Deck(UnitTetrahedron(false), "", material)), testing::Each(0.0))
+        << material;
 }
 
 TEST(SolidOwnWeight, CountsFromAQuadrillionthOn) {
-  EXPECT_GT(At(LoadsOf(Deck(Unit(false), "", "E=1 nu=0 Weight=2e-15")), 1, 3)[2], 0.0);
+  EXPECT_GT(At(LoadsOf(Deck(UnitTetrahedron(false), "", "E=1 nu=0 Weight=2e-15")), 1, 3)[2], 0.0);
 }
 
 TEST(SolidOwnWeight, StaysInThePlaneOfAPlaneProblem) {
   const auto plane = [](const char* gravity) {
-    std::string deck = Deck(Unit(false), "", "E=1 nu=0 Weight=24", gravity);
+    std::string deck = Deck(UnitTetrahedron(false), "", "E=1 nu=0 Weight=24", gravity);
     return LoadsOf(deck.replace(deck.find("3d"), 2, "2d"));
   };
   // Deliberate: only a positive z is refused; a negative one is ignored.
@@ -158,7 +154,7 @@ TEST(SolidOwnWeight, StaysInThePlaneOfAPlaneProblem) {
 TEST(SolidOwnWeight, AddsToTheLoadsOfTheElement) {
   const std::string sections = Section("global_pressure_loads", "1 -1 24 0 0\n1 0 0 0 6\n") +
                                Section("local_pressure_loads", "1 0 0 0 -12\n");
-  const auto f = LoadsOf(Deck(Unit(false), sections, "E=1 nu=0 Weight=48"));
+  const auto f = LoadsOf(Deck(UnitTetrahedron(false), sections, "E=1 nu=0 Weight=48"));
   for (int node = 1; node <= 4; ++node) {
     EXPECT_NEAR(At(f, node, 3)[0], 1, 1e-14);
     // Face 0 is an area of 1/2 with the normal -z; it takes 6 + 12 per area.
@@ -173,7 +169,7 @@ INSTANTIATE_TEST_SUITE_P(FourAndTenNodes, SolidFaceLoads, testing::Bool());
 
 TEST_P(SolidFaceLoads, PressureActsAlongTheOutwardNormal) {
   for (int face = 0; face < 4; ++face)
-    EXPECT_THAT(LoadsOf(Deck(Unit(GetParam()),
+    EXPECT_THAT(LoadsOf(Deck(UnitTetrahedron(GetParam()),
                              Section("local_pressure_loads", Print("1 %d 0 0 6\n", face)))),
                 Is(OnFace(GetParam(), face, Times(kArea[face], 2))))
         << face;
@@ -196,8 +192,8 @@ TEST_P(SolidFaceLoads, LocalAxesFollowTheRuleOfSurfacesWithoutGivenAxes) {
   for (int face = 0; face < 4; ++face) {
     const double third = 2 * Norm(kArea[face]);  // of a load of 6
     const auto load = [&](const char* q) {
-      return LoadsOf(
-          Deck(Unit(GetParam()), Section("local_pressure_loads", Print("1 %d %s\n", face, q))));
+      return LoadsOf(Deck(UnitTetrahedron(GetParam()),
+                          Section("local_pressure_loads", Print("1 %d %s\n", face, q))));
     };
     EXPECT_THAT(load("6 0 0"), Is(OnFace(GetParam(), face, Times(kX[face], third)))) << face;
     EXPECT_THAT(load("0 6 0"), Is(OnFace(GetParam(), face, Times(kY[face], third)))) << face;
@@ -207,14 +203,16 @@ TEST_P(SolidFaceLoads, LocalAxesFollowTheRuleOfSurfacesWithoutGivenAxes) {
 TEST_P(SolidFaceLoads, GlobalAndFaceLoadsArePerAreaOfTheFace) {
   for (const char* const kind : {"global_pressure_loads", "face_loads"})
     for (int face = 0; face < 4; ++face)
-      EXPECT_THAT(LoadsOf(Deck(Unit(GetParam()), Section(kind, Print("1 %d 3 -6 9\n", face)))),
-                  Is(OnFace(GetParam(), face, Times({3, -6, 9}, Norm(kArea[face]) / 3))))
+      EXPECT_THAT(
+          LoadsOf(Deck(UnitTetrahedron(GetParam()), Section(kind, Print("1 %d 3 -6 9\n", face)))),
+          Is(OnFace(GetParam(), face, Times({3, -6, 9}, Norm(kArea[face]) / 3))))
           << kind << face;
 }
 
 TEST_P(SolidFaceLoads, ProjectedLoadsAreReducedByTheSlopeOnEitherSide) {
   const auto load = [](const char* line) {
-    return LoadsOf(Deck(Unit(GetParam()), Section("global_projected_pressure_loads", line)));
+    return LoadsOf(
+        Deck(UnitTetrahedron(GetParam()), Section("global_projected_pressure_loads", line)));
   };
   for (const int q : {6, -6}) {  // the area of face 1 projected along z is 1/2
     EXPECT_THAT(load(Print("1 1 0 0 %d\n", q).c_str()), Is(OnFace(GetParam(), 1, {0, 0, q / 6.0})));
@@ -225,7 +223,7 @@ TEST_P(SolidFaceLoads, ProjectedLoadsAreReducedByTheSlopeOnEitherSide) {
 }
 
 TEST_P(SolidFaceLoads, EulerAnglesTurnTheLoadItself) {
-  EXPECT_THAT(LoadsOf(Deck(Unit(GetParam()),
+  EXPECT_THAT(LoadsOf(Deck(UnitTetrahedron(GetParam()),
                            Section("face_loads", "1 0 6 0 0 Euler3=1.5707963267948966\n"))),
               Is(OnFace(GetParam(), 0, {0, 1, 0})));
 }

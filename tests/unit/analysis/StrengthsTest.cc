@@ -12,15 +12,6 @@
 
 namespace {
 
-Vector3 Same(double x, double y, double z) {
-  return {x, y, z};
-}
-
-/// The unit square cut along 1-4: elements 1 2 4 and 1 4 3, both in the same axes.
-TestMesh Square() {
-  return Grid(1, 1, Cut::Right, Same);
-}
-
 std::string Held(const TestMesh& mesh, const char* codes) {
   std::string lines;
   for (std::size_t i = 1; i <= mesh.nodes.size(); ++i) lines += Print("%d %s\n", int(i), codes);
@@ -33,7 +24,7 @@ const char* const kMaterial =
     "materials\n1 E=1000 nu=0.25 G=400 t=0.1 A=1 Iy=1 Iz=1 J=1\nend materials\n";
 
 TEST(ComputeStrengths, KeepsTheValuesOfEveryPointOfEachMesh) {
-  TestMesh six = Square();
+  TestMesh six = UnitSquare();
   ToSix(six);
   const auto shells = RunDeck(
       DeckOf(six, "",
@@ -55,7 +46,7 @@ TEST(ComputeStrengths, KeepsTheValuesOfEveryPointOfEachMesh) {
 }
 
 TEST(ComputeStrengths, RefusesElementsThatAreOnlyRead) {
-  const auto project = ReadDeck(DeckOf(Square(), "", kMaterial));
+  const auto project = ReadDeck(DeckOf(UnitSquare(), "", kMaterial));
   for (const int type : {Quadrilateral, Hexahedra}) {
     project->meshes[0]->elemType = type;
     EXPECT_FATAL(ComputeStrengths(*project, nullptr), "error: elemtype unknown\n");
@@ -64,9 +55,9 @@ TEST(ComputeStrengths, RefusesElementsThatAreOnlyRead) {
 
 TEST(ComputeStrengths, AnEmptyTriangleMeshHasBlocksWithoutLines) {
   for (const char* const option : {"", "MainStresses\n", "MainAndLocalStresses\n"}) {
-    const auto project =
-        RunDeck(DeckOf(Square(), std::string(option) + "DoSmoothing 0.1",
-                       std::string(kEmptyMesh) + kMaterial + Held(Square(), "111111 0 0 0 0 0 0")));
+    const auto project = RunDeck(
+        DeckOf(UnitSquare(), std::string(option) + "DoSmoothing 0.1",
+               std::string(kEmptyMesh) + kMaterial + Held(UnitSquare(), "111111 0 0 0 0 0 0")));
     OutputText results;
     WriteVemoFiles(*project, results, nullptr);
     const std::string text = results.Text();
@@ -79,7 +70,7 @@ TEST(ComputeStrengths, AnEmptyTriangleMeshHasBlocksWithoutLines) {
 // --- main values and smoothing ------------------------------------------------------------------
 
 std::string Bent(const std::string& keywords) {
-  return DeckOf(Square(), keywords,
+  return DeckOf(UnitSquare(), keywords,
                 kMaterial + Section("constraints", "1 111111 0 0 0 0 0 0\n3 111111 0 0 0 0 0 0\n") +
                     Section("nodal_point_loads", "2 1 2 3 0 0 0\n4 0.5 -1 2 0 0 0\n"));
 }
