@@ -1,3 +1,4 @@
+#include <limits>
 #include <memory>
 #include <unordered_map>
 #include <utility>
@@ -25,6 +26,14 @@ std::vector<int> NumbersOf(const Plex<T>& plex) {
   return numbers;
 }
 
+/// The number behind all those in use.
+template <class T>
+int NumberBehind(const Plex<T>& plex) {
+  constexpr int kLast = std::numeric_limits<int>::max();
+  if (plex.Highest() == kLast) Fatal("error: There is no number behind ", kLast, "\n");
+  return plex.Highest() + 1;
+}
+
 std::unique_ptr<Node> CopyOf(const Node& node) {
   auto copy = std::make_unique<Node>();
   copy->x = node.x;
@@ -41,7 +50,7 @@ NodeMap AddNodes(Mesh& mesh, const Mesh& other, Give give) {
   NodeMap places;
   for (const int key : NumbersOf(*other.nodes)) {
     const Node* source = other.nodes->Get(key);
-    const int number = source->number == 0 ? mesh.nodes->Highest() + 1 : key;
+    const int number = source->number == 0 ? NumberBehind(*mesh.nodes) : key;
     Node* node = mesh.nodes->Get(number);
     if (node == nullptr) {
       node = mesh.nodes->Insert(number, give(key));
@@ -63,7 +72,7 @@ NodeMap CopyNodes(Mesh& mesh, const Mesh& other) {
 /// Stores an element under its own number if that is free, else under the next one.
 void StoreElem(Mesh& mesh, std::unique_ptr<Elem> elem) {
   if (elem->number == 0 || mesh.elems.Get(elem->number) != nullptr)
-    elem->number = mesh.elems.Highest() + 1;
+    elem->number = NumberBehind(mesh.elems);
   elem->mesh = &mesh;
   const int number = elem->number;
   mesh.elems.Insert(number, std::move(elem));

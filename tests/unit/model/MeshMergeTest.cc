@@ -1,3 +1,4 @@
+#include <limits>
 #include <memory>
 #include <string>
 #include <utility>
@@ -208,6 +209,19 @@ TEST(MeshMerge, OnlyTwoNodedElementsCanBeTurnedAround) {
                "error in Mesh::AddMeshAllNewReverse. Only implemented Nnode=2\n");
   EXPECT_FATAL(mesh.AddMeshNewReverseElms(other),
                "error in Mesh::AddMeshNewReverseElms. Only implemented Nnode=2\n");
+}
+
+TEST(MeshMerge, RefusesToCountOnBehindTheLastNumber) {
+  constexpr int kLast = std::numeric_limits<int>::max();
+  Beams full({1, 2}, 0.0);
+  full.AddBeam(1, 1, 2);
+  full.AddBeam(kLast, 2, 1);
+  EXPECT_FATAL(full.AddMesh(*Right()), "error: There is no number behind 2147483647\n");
+
+  Beams far({1, kLast}, 0.0);
+  const auto unnumbered = Left();
+  unnumbered->nodes->Get(2)->number = 0;
+  EXPECT_FATAL(far.AddMesh(*unnumbered), "error: There is no number behind 2147483647\n");
 }
 
 }  // namespace
