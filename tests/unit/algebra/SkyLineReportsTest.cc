@@ -1,7 +1,9 @@
+#include <limits>
 #include <sstream>
 
 #include "algebra/SkyLine.h"
 #include "tests/support/FatalExit.h"
+#include "tests/support/FlushCounter.h"
 
 namespace {
 
@@ -63,6 +65,14 @@ TEST(SkyLineReports, StorageReportOfNoDegreesHasAverageZero) {
   K.Allocate(3);
   EXPECT_THAT(TextOf([&](auto& s) { K.PrintInfo(s); }),
               testing::HasSubstr("Average column size= 0\nTotal number of positions= 0\n"));
+}
+
+TEST(SkyLineReports, StorageReportIsFlushed) {
+  SkyLine K = Full(2, {1, 0, 1});
+  FlushCounter stream;
+  K.PrintInfo(stream);
+  EXPECT_GE(stream.Flushes(), 1);
+  EXPECT_THAT(stream.Text(), testing::EndsWith("Mb\n\n"));
 }
 
 TEST(SkyLineReports, PrintGoesFromTheFirstToTheLastEntryOfEachRow) {
@@ -161,6 +171,30 @@ TEST(SkyLineReports, RatiosThatDifferAreNotDependent) {
   SkyLine K = Full(2, {1, 1, 1 + 1e-14});
   K.ReportDependence(2);
   K.ReportDependence(1);
+}
+
+TEST(SkyLineReports, RatiosWithinTheZeroToleranceAreDependent) {
+  const double epsilon = std::numeric_limits<double>::epsilon();
+  SkyLine K = Full(2, {1, 1, 1 + 4 * epsilon});  // 0.9e-15 above 1
+  EXPECT_FATAL(K.ReportDependence(1), "error: Degree of freedom 1 and 2 are dependent\n");
+}
+
+TEST(SkyLineReports, RatiosAreHeldAgainstTheFirstOne) {
+  const double epsilon = std::numeric_limits<double>::epsilon();
+  // Each ratio of row 2 lies within the tolerance of the one before, the last not of the first.
+  SkyLine K = Full(3, {1, 1, 1,                           //
+                       1 + 4 * epsilon, 1 + 8 * epsilon,  //
+                       5});
+  K.ReportDependence(1);
+}
+
+TEST(SkyLineReports, TheLowestDependentRowIsNamed) {
+  SkyLine K = Full(4, {7, 0, 0, 0,  //
+                       1, 2, 3,     //
+                       4, 6,        //
+                       9});
+  EXPECT_FATAL(K.ReportDependence(3), "error: Degree of freedom 3 and 2 are dependent\n");
+  EXPECT_FATAL(K.ReportDependence(2), "error: Degree of freedom 2 and 3 are dependent\n");
 }
 
 TEST(SkyLineReports, AVanishingRowIsADependentMultipleOfAnother) {

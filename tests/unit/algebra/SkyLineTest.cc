@@ -229,6 +229,19 @@ TEST(SkyLine, CopyMirrorsTheUpperTriangle) {
   EXPECT_THAT(Entries(K), ElementsAre(1, 2, 3, 2, 4, 5, 3, 5, 6));
 }
 
+TEST(SkyLine, CopyGivesTheDenseMatrixItsOwnShape) {
+  SkyLine K = Full(3, {1, 2, 3, 4, 5, 6});
+  for (const int columns : {0, 2, 9, 12}) {  // as many entries as K has, fewer and more
+    Matriu dense(1, columns);
+    if (columns != 0) dense.Fill(-7.0);
+    K.CopyFromYouToMat(dense);
+    EXPECT_EQ(dense.nrows, 3);
+    EXPECT_EQ(dense.ncols, 3);
+    EXPECT_EQ(dense(2, 3), 5.0);
+    EXPECT_EQ(dense(3, 1), 3.0);
+  }
+}
+
 TEST(SkyLine, CopyHasZerosOutsideTheProfile) {
   SkyLine K = Chain(3);
   EXPECT_THAT(Entries(K), ElementsAre(2, -1, 0, -1, 2, -1, 0, -1, 2));

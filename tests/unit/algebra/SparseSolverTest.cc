@@ -188,6 +188,16 @@ TEST(SparseSolver, TheSolutionAsStartingVectorNeedsNoIteration) {
   EXPECT_EQ(f(4), 4.0);
 }
 
+TEST(SparseSolver, AllocateClearsTheStartOnlyWhereThereIsNone) {
+  SparseSolver cleared(2);
+  cleared.Allocate(1);
+  EXPECT_THAT(cleared.x, testing::ElementsAre(0.0, 0.0));
+  SparseSolver given(2);
+  given.SetInitialValues(Filled(2, 3.0));
+  given.Allocate(1);
+  EXPECT_THAT(given.x, testing::ElementsAre(3.0, 3.0));
+}
+
 TEST(SparseSolver, StartsFromZerosAfterASolution) {
   Chain K(4);
   ReaVecT f = Filled(4, 1.0);
