@@ -51,8 +51,9 @@ public:
   /// runs against the beam, and brought onto the beam when x is not along it within a cosine of
   /// 1 - 1e-5.
   ///
-  /// Ends the run for a beam of no length, out of the plane of a plane problem, with given axes at
-  /// a right angle to it or out of that plane, and for `alpha` on a beam that is not vertical.
+  /// Ends the run for a beam of no length (of no length in the plane, in a plane problem), out of
+  /// the plane of a plane problem, with given axes at a right angle to it or out of that plane, and
+  /// for `alpha` on a beam that is not vertical.
   void CalcTransfMatrixBeam(Matriu& T, const Material* material, int problemType) const;
 
   /// Normal of a triangle, by the right hand along the order of its corners. Ends the run for a

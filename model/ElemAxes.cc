@@ -45,16 +45,16 @@ Vector3 ChordOf(const Elem& elem, int from, int to) {
   return Minus(PositionOf(*elem.nodes[to]), PositionOf(*elem.nodes[from]));
 }
 
-/// Unit vector along the beam; in the plane of x and y for a plane problem.
+/// Unit vector along the beam; in the plane of x and y for a plane problem, where the length is
+/// that in the plane.
 Vector3 DirectionOf(const Elem& beam, int problemType) {
   Vector3 chord = ChordOf(beam, 0, 1);
-  if (problemType == Plane) {
-    if (std::abs(chord[2]) > kZero * std::max(1.0, Norm(chord)))
-      Fatal("error: element: ", beam.number, " is not in the plane of a 2d problem\n");
-    chord[2] = 0.0;
-  }
+  const double height = chord[2];
+  if (problemType == Plane) chord[2] = 0.0;
   const double length = Norm(chord);
   if (!(length >= kZero)) Fatal("error: element: ", beam.number, " has length 0\n");
+  if (problemType == Plane && std::abs(height) > kZero * std::max(1.0, length))
+    Fatal("error: element: ", beam.number, " is not in the plane of a 2d problem\n");
   return {chord[0] / length, chord[1] / length, chord[2] / length};
 }
 

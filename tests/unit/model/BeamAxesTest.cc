@@ -269,9 +269,15 @@ TEST_F(BeamAxes, BeamOfNoLengthEndsTheRun) {
 TEST_F(BeamAxes, BeamOutOfThePlaneEndsAPlaneProblem) {
   const char* const text = "error: element: 7 is not in the plane of a 2d problem\n";
   EXPECT_FATAL(Calc({1, 0, 1}, Plane), text);
-  EXPECT_FATAL(Calc({0, 0, 1}, Plane), text);
   EXPECT_FATAL(Calc({1, 0, -2e-15}, Plane), text);
   EXPECT_FATAL(Calc({1000, 0, 2e-12}, Plane), text);
+}
+
+TEST_F(BeamAxes, LengthInThePlaneIsTestedBeforeTheHeight) {
+  EXPECT_FATAL(Calc({0, 0, 1}, Plane), "error: element: 7 has length 0\n");
+  EXPECT_FATAL(Calc({5e-16, 0, -1}, Plane), "error: element: 7 has length 0\n");
+  EXPECT_FATAL(Calc({2e-15, 0, 1}, Plane),
+               "error: element: 7 is not in the plane of a 2d problem\n");
 }
 
 TEST_F(BeamAxes, HeightWithinRoundingCountsAsInThePlane) {
