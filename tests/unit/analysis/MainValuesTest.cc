@@ -85,20 +85,33 @@ TEST(MainValues, AxesTurnAboutTheNormalOfTheElement) {
   }
 }
 
-TEST(MainValuesOfMesh, TurnFromTheAxesOfTheMaterial) {
-  const TestMesh mesh{
-      "Triangle", {{0, 0, 0},  {1, 0, 0}, {0, 1, 0}},
-       {{1, 2, 3}}
-  };
-  const auto project = ReadDeck(
-      DeckOf(mesh, "MainStresses", "materials\n1 E=1 nu=0 G=1 t=1 Euler3=1.5\nend materials\n"));
-  ReaVecT& values = project->gaussVariables[0];
-  values = ReaVecT(8);
-  values(4) = values(5) = 4;
-  values(6) = 3;
-  MainValuesOfMesh(*project, 0);
-  EXPECT_NEAR(project->mainDirections[0](3), 1.5, 1e-14);
-  EXPECT_NEAR(project->mainDirections[0](6), 1.5 - kPi / 4, 1e-14);
+TEST(MainValuesOfMesh, TurnEveryPointFromTheAxesOfItsMaterial) {
+  for (const bool six : {false, true}) {
+    TestMesh mesh = UnitSquare();
+    if (six) ToSix(mesh);
+    std::string deck = DeckOf(mesh, "MainStresses",
+                              "materials\n1 E=1 nu=0 G=1 t=1 Euler3=1.5\n"
+                              "2 E=1 nu=0 G=1 t=1 Euler3=1\nend materials\n");
+    deck.replace(deck.find(" 1\nend elements"), 2, " 2");
+    const auto project = ReadDeck(deck);
+    const int points = six ? 3 : 1;
+    ReaVecT& values = project->gaussVariables[0];
+    values = ReaVecT(2 * points * 8);
+    for (int p = 0; p < 2 * points; ++p) {
+      values(8 * p + 4) = values(8 * p + 5) = 4;
+      values(8 * p + 6) = 3;
+    }
+    MainValuesOfMesh(*project, 0);
+    const ReaVecT& directions = project->mainDirections[0];
+    ASSERT_EQ(directions.n, 2 * points * 6);
+    for (int p = 0; p < 2 * points; ++p) {
+      const double axes = p < points ? 1.5 : 1.0;
+      EXPECT_NEAR(directions(6 * p + 3), axes, 1e-14) << p;
+      EXPECT_NEAR(directions(6 * p + 6), axes - kPi / 4, 1e-14) << p;
+      EXPECT_NEAR(values(8 * p + 4), 1, 1e-14) << p;
+      EXPECT_NEAR(values(8 * p + 5), 7, 1e-14) << p;
+    }
+  }
 }
 
 TEST(MainValues, KeepTheInvariantsAndRemoveTheShear) {
