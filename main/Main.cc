@@ -92,12 +92,12 @@ void Run(const RunOptions& options) {
 }  // namespace
 
 int main(int argc, char** argv) {
+  std::set_new_handler(HeapExhausted);
   const std::optional<RunOptions> options = ScanCommandLine(argc, argv);
   if (!options) {
     std::fputs(UsageText(argc > 0 ? argv[0] : "").c_str(), stdout);
     return 2;
   }
-  std::set_new_handler(HeapExhausted);
   try {
     Run(*options);
   } catch (const std::bad_alloc&) {

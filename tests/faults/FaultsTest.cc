@@ -56,6 +56,11 @@ TEST_F(Faults, EveryFailingAllocationEndsWithTheStatedMessage) {
   EXPECT_GT(failures, 50);
 }
 
+TEST_F(Faults, FailingAllocationOfTheUsageTextEndsWithTheStatedMessage) {
+  EXPECT_EQ(Run("KESTOL_FAIL_AT=1 '" KESTOL_FAILING_HEAP "' >stdout"), 2);
+  EXPECT_EQ(Output(), "Not space available on heap");
+}
+
 TEST_F(Faults, FullDeviceAsReportIsReported) {
   EXPECT_EQ(Run("'" KESTOL_PROGRAM "' model.dat /dev/full >stdout"), 2);
   EXPECT_EQ(Output(), kFull);
