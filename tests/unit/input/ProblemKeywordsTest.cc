@@ -169,6 +169,10 @@ TEST(NumOfDivisions, MustBePositive) {
   }
 }
 
+TEST(NumOfDivisions, MayBeOne) {
+  EXPECT_EQ(ReadKeywords("NumOfDivisions 1")->NumOfDivisions, 1);
+}
+
 TEST(NumOfDivisions, TakesTheLeadingIntegerAndSaturates) {
   EXPECT_EQ(ReadKeywords("NumOfDivisions 7.9")->NumOfDivisions, 7);
   EXPECT_EQ(ReadKeywords("NumOfDivisions 4294967297")->NumOfDivisions, 2147483647);
@@ -215,6 +219,7 @@ TEST(CoplanarityAngle, TakesAnAngleUpToPi) {
 TEST(GravityDirection, IsMadeAUnitVector) {
   EXPECT_THAT(ReadKeywords("GravityDirection 0 -2 0")->gravity.data, ElementsAre(0.0, -1.0, 0.0));
   EXPECT_THAT(ReadKeywords("GravityDirection=3 0 4")->gravity.data, ElementsAre(0.6, 0.0, 0.8));
+  EXPECT_THAT(ReadKeywords("GravityDirection 0 1e-15 0")->gravity.data, ElementsAre(0.0, 1.0, 0.0));
 }
 
 TEST(GravityDirection, RefusesAVectorWithoutDirection) {

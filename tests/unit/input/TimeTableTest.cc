@@ -130,6 +130,33 @@ TEST_F(TimeTableTest, RestOfALongPhaseIsOtherOperations) {
                           "    . Other operations.............. 3.00000[s] (75.0[%])\n\n\n");
 }
 
+TEST_F(TimeTableTest, PhaseOfExactlyASecondHasNoOtherOperations) {
+  const auto root = table.Start("run");
+  Spend("part", 500.0);
+  now += 500.0;
+  table.Stop(root);
+  EXPECT_EQ(Report().find("Other"), std::string::npos);
+}
+
+TEST_F(TimeTableTest, PhaseOfLittleMoreThanASecondHasOtherOperations) {
+  const auto root = table.Start("run");
+  Spend("part", 251.0);
+  now += 753.0;
+  table.Stop(root);
+  EXPECT_NE(Report().find("\n    . Other operations.............. 0.75300[s] (75.0[%])\n"),
+            std::string::npos);
+}
+
+TEST_F(TimeTableTest, OtherOperationsHaveARateToo) {
+  table.SetCount("elements", 1000);
+  const auto root = table.Start("run");
+  Spend("part", 1000.0);
+  now += 3000.0;
+  table.Stop(root);
+  EXPECT_NE(Report().find("\n    . Other operations.............. 3.00000[s] (75.0[%]) -- 20000\n"),
+            std::string::npos);
+}
+
 TEST_F(TimeTableTest, SmallRestIsNotListed) {
   const auto root = table.Start("run");
   Spend("part", 4000.0);
@@ -142,6 +169,14 @@ TEST_F(TimeTableTest, RestBelowATenthOfAPercentIsNotListed) {
   const auto root = table.Start("run");
   Spend("part", 400000.0);
   now += 300.0;
+  table.Stop(root);
+  EXPECT_EQ(Report().find("Other"), std::string::npos);
+}
+
+TEST_F(TimeTableTest, RestOfExactlyATenthOfAPercentIsNotListed) {
+  const auto root = table.Start("run");
+  Spend("part", 124875.0);
+  now += 125.0;
   table.Stop(root);
   EXPECT_EQ(Report().find("Other"), std::string::npos);
 }
@@ -187,6 +222,16 @@ TEST_F(TimeTableTest, LongNameIsNotCut) {
   const std::string name(40, 'n');
   Spend(name.c_str(), 1.0);
   EXPECT_NE(Report().find("   " + name + " 0.00100[s]"), std::string::npos);
+}
+
+TEST_F(TimeTableTest, NameDotsAndBlankTake31Characters) {
+  for (int length = 28; length <= 30; ++length) {
+    const std::string name(length, 'n');
+    Spend(name.c_str(), 1.0);
+    EXPECT_NE(Report().find("   " + name + std::string(30 - length, '.') + " 0.00100[s]"),
+              std::string::npos)
+        << length;
+  }
 }
 
 TEST_F(TimeTableTest, LongTimesGrowOutOfTheirField) {

@@ -49,6 +49,7 @@ TEST(UnitsKeywords, ResultUnitsBringTheirNames) {
   EXPECT_EQ(project->units.resultForceName, "kN");
   EXPECT_EQ(project->units.resultLengthName, "m");
   EXPECT_EQ(project->units.resultPressureName, "kPa");
+  EXPECT_EQ(ReadKeywords(kSystems + "units_res N-mm")->units.resultLengthName, "mm");
   EXPECT_FATAL(ReadKeywords(kSystems + "units_res zero"),
                "error: units_res must be two positive numbers and three names\n");
   EXPECT_FATAL(ReadKeywords(kSystems + "units_res = SI"),
