@@ -131,6 +131,14 @@ TEST(SkyLineReports, FirstZeroRowIsTheLowestWithoutAnEntry) {
   EXPECT_EQ(K.FirstZeroRow(), 3);
 }
 
+TEST(SkyLineReports, FirstZeroRowLooksAtEveryRow) {
+  for (int zero = 1; zero <= 3; ++zero) {
+    SkyLine K = Full(3, {0, 0, 0, 0, 0, 0});
+    for (int i = 1; i <= 3; ++i) K.Entry(i, i) = i == zero ? 0.0 : 1.0;
+    EXPECT_EQ(K.FirstZeroRow(), zero);
+  }
+}
+
 TEST(SkyLineReports, FirstZeroRowIsZeroWhenEveryRowHasAnEntry) {
   SkyLine K = Full(2, {0, 2e-15, 0});
   EXPECT_EQ(K.FirstZeroRow(), 0);

@@ -156,6 +156,15 @@ TEST(SparseMatrix, UnclaimedSlotsNextToAStoredDiagonalCountForNothing) {
   EXPECT_EQ(A.UnitSlot(0), -1);
 }
 
+TEST(SparseMatrix, AFullRowWithoutDiagonalHasNone) {
+  SparseMatrix A(2, {1, 1});
+  A.Add(0, 1, 3.0);
+  A.Add(1, 1, 5.0);
+  A.ReplaceByUnitRow(0);
+  EXPECT_EQ(A.UnitSlot(0), -1);  // the slot behind the row belongs to the next one
+  EXPECT_EQ(A.Diagonal(0), 0.0);
+}
+
 TEST(SparseMatrix, UnclaimedSlotsAreNeverMultiplied) {
   SparseMatrix A(2, {2, 2});
   A.Add(0, 1, 2.0);
@@ -286,6 +295,23 @@ TEST(SparseMatrix, BlocksThatOverlapTheirMirrorClaimEntryByEntry) {
   // Row 3 is touched by the mirror three times before the block itself comes to it.
   EXPECT_THAT(ClaimsOf(A, 3), ElementsAre(0, 1, 2, 3, 4, 5, 6, 7, 8));
   ExpectLikeScalars(A, B);
+}
+
+TEST(SparseMatrix, MirrorsThatClaimBeforeTheBlockSplitTheMatrix) {
+  const std::vector<int> room(9, 9);
+  SparseMatrix A(9, room, 3), B(9, room);
+  for (SparseMatrix* matrix : {&A, &B}) matrix->AddBlock(3, 0, Counting(6, 6));
+  // The mirror of row 3 claims column 3 of row 4 before the block comes to row 4.
+  EXPECT_THAT(ClaimsOf(A, 4), ElementsAre(3, 0, 1, 2, 4, 5, 6, 7, 8));
+  ExpectLikeScalars(A, B);
+}
+
+TEST(SparseMatrix, BlocksWithoutEntriesDoNothing) {
+  SparseMatrix A = TwoNodes();
+  A.AddBlock(0, 0, Matriu(0, 3));
+  A.AddBlock(0, 0, Matriu(3, 0));
+  EXPECT_THAT(A.colIndex, testing::Each(-1));
+  EXPECT_EQ(A.blockSize, 3);
 }
 
 TEST(SparseMatrix, EntriesOfClaimedNodeBlocksKeepTheBlocks) {

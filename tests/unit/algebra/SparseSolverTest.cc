@@ -90,6 +90,14 @@ TEST(SparseSolver, RoomIsForTheNodeAndItsNeighbours) {
   EXPECT_TRUE(K.adjacency.empty());
 }
 
+TEST(SparseSolver, NodesOfThreeAndSixDegreesAreStoredInBlocks) {
+  for (const int dofs : {1, 2, 3, 6}) {
+    SparseSolver K(4 * dofs);
+    K.Allocate(dofs);
+    EXPECT_EQ(K.matrix->blockSize, dofs < 3 ? 1 : dofs);
+  }
+}
+
 TEST(SparseSolver, RefusesThe201stNeighbourOfANode) {
   SparseSolver K(3 * 300);
   for (int other = 2; other <= 201; ++other) K.AddNodePair(1, other, 3);
