@@ -282,6 +282,15 @@ TEST_F(TimeTableTest, ErrorNoticeListsTheOpenPhasesAndReplacesTheTable) {
   EXPECT_EQ(Report(), "\n\n *** Time Table not produced due to error ***\n\n");
 }
 
+TEST_F(TimeTableTest, StartAfterAnErrorNoticeOpensANewTable) {
+  table.Start("run");
+  std::ostringstream stream;
+  table.ErrorNotice(stream);
+  Spend("again", 10.0);
+  EXPECT_EQ(Report(), kHeader + std::string("   again......................... ") +
+                          "0.01000[s] (100.0[%]) 1\n\n\n");
+}
+
 TEST_F(TimeTableTest, ErrorNoticeWithoutATableIsSilent) {
   std::ostringstream stream;
   table.ErrorNotice(stream);
