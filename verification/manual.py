@@ -14,6 +14,7 @@ import sys
 import compare
 import limits
 import problems_beams  # noqa: F401  (registers its problems)
+import problems_frames  # noqa: F401
 import problems_shells  # noqa: F401
 import problems_solids  # noqa: F401
 from page import PROBLEMS, table
