@@ -160,6 +160,18 @@ TEST(VemoBeams, DisplacementsArePrintedInGlobalAxes) {
   EXPECT_THAT(model.Vemo(), HasSubstr("X\nY\nZ\n3 1 2 3 \n 4 5 6 \nX'_Shear"));
 }
 
+TEST(VemoBeams, DisplacementsAreGlobalWhateverTheAxesOfTheMaterial) {
+  SmallModel model = SpaceBeam();
+  model.NodeOf(2).x = 1.0;
+  model.NodeOf(2).y = model.NodeOf(2).z = 2.0;
+  Material& material = *model.project.materials.Get(1);
+  material.hasEuler = 1;
+  material.Euler1 = 0.6;  // local y is not level, as it is without given axes
+  model.Displace(1, {1.0, 2.0, 3.0});
+  model.Displace(2, {4.0, 5.0, 6.0});
+  EXPECT_THAT(model.Vemo(), HasSubstr("X\nY\nZ\n3 1 2 3 \n 4 5 6 \nX'_Shear"));
+}
+
 TEST(VemoBeams, OwnWeightBendsTheDiagrams) {
   SmallModel model = PlaneBeam(2);
   model.NodeOf(2).x = 2.0;
