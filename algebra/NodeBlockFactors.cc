@@ -42,14 +42,13 @@ void NodeBlockFactors::FindFixed(const SparseMatrix& A) {
   }
 }
 
-/// The node blocks of the diagonal, row by row. False when one is not symmetric in its free
-/// degrees.
+/// The node blocks of the diagonal, row by row; zeros for a node that was never assembled, whose
+/// unit rows fixed_ knows. False when a block is not symmetric in its free degrees.
 bool NodeBlockFactors::CopyDiagonal(const SparseMatrix& A) {
   const int B = size_;
   inverse_.assign(static_cast<std::size_t>(nodes_) * B * B + SparseMatrix::kPadding, 0.0);
   for (int node = 0; node < nodes_; ++node) {
     double* const D = DiagonalBlock(node);
-    for (int d = 0; d < B; ++d) D[d * B + d] = A.Diagonal(node * B + d);
     ForEachNodeBlock(A, node, [&](const double* block, int first) {
       if (first == node * B) CopyTransposed(B, block, D);
     });

@@ -141,6 +141,28 @@ TEST(SparseSolver, AnIsolatedNodeThatIsFixedAltogetherSolvesExactly) {
   }
 }
 
+TEST(SparseSolver, AFixedIsolatedNodeCostsNoIterations) {
+  for (const int dofs : {1, 3, 6}) {
+    const GridModel grid = SmallGrid(dofs);
+    std::string counts[2];
+    for (const int isolated : {0, 1}) {
+      SparseSolver K(grid.NumDegrees() + isolated * dofs, 1e-10, 1e-8, 1000);
+      grid.Structure(K);
+      grid.Assemble(K);
+      ReaVecT f = Filled(K.n, 1.0);
+      grid.Hold(K, 0.0, f);
+      for (int i = grid.NumDegrees() + 1; i <= K.n; ++i) K.Prescribe(i, 0.25, f);
+      std::ostringstream info;
+      ASSERT_EQ(K.Solve(f, &info), 0);
+      const std::string text = info.str();
+      const auto at = text.find("Converged it number. ");
+      ASSERT_NE(at, std::string::npos) << text;
+      counts[isolated] = text.substr(at, text.find(" resid=", at) - at);
+    }
+    EXPECT_EQ(counts[1], counts[0]) << dofs;
+  }
+}
+
 TEST(SparseSolver, AnEntryThatIsNotANumberIsABreakdown) {
   Chain K(3);
   K.Entry(2, 2) = std::nan("");
