@@ -26,7 +26,8 @@ struct FixedMatrix {
 private:
   static std::size_t PlaceOf(int i, int j) {
     assert(1 <= i && i <= R && 1 <= j && j <= C);
-    return static_cast<std::size_t>((i - 1) * C + (j - 1));
+    const int place = (i - 1) * C + (j - 1);
+    return static_cast<std::size_t>(place);
   }
 };
 

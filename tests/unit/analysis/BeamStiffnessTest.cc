@@ -201,6 +201,14 @@ TEST(BeamStiffness, RefusesEveryMissingValueForEveryEndCode) {
       }
 }
 
+TEST(BeamStiffness, AcceptsValuesFromAQuadrillionthOn) {
+  for (const Missing& missing : kMissing) {
+    Material material = Given();
+    material.*missing.value = 1e-15;
+    EXPECT_EQ(Stiffness(material, kL, Space, 11).Size(), 12);
+  }
+}
+
 TEST(BeamStiffness, NeedsNothingOfTheThirdDirectionInThePlane) {
   Material material = Given();
   material.Iy = material.Gxy = material.J = -1.0;

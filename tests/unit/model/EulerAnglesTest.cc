@@ -190,4 +190,9 @@ TEST(EulerAngles, MeanOfThreeAcrossZeroStaysAcrossZero) {
   EXPECT_NEAR(MeanAngles({0, -0.3, 0}, {0, 0.1, 0}, {0, 0.5, 0})(2), 0.1, 1e-15);
 }
 
+TEST(EulerAngles, AMeanOfAWholeTurnIsZero) {
+  const double turn = 2 * kPi;
+  EXPECT_EQ(MeanAngles({turn - 0.5, 0, 0}, {0.5, 0, 0})(1), 0);
+}
+
 }  // namespace
