@@ -1,6 +1,6 @@
 // What this machine can do with one thread at most, to hold the solvers against: the bandwidth of
-// its memory, and its rate of fused multiply-adds in a product of matrices whose
-// factors come from the first cache.
+// its memory, and its rate of fused multiply-adds in a product of matrices whose factors come from
+// the first cache.
 #include <benchmark/benchmark.h>
 
 #include <cstddef>
@@ -15,13 +15,11 @@
 
 namespace {
 
-using Array = std::vector<double, LargePageAllocator<double>>;
-
 /// a = b + s c over arrays far larger than the caches; three doubles are moved per element, the
 /// line that the store reads first not counted.
 void BM_Triad(benchmark::State& state) {
   const std::size_t n = static_cast<std::size_t>(state.range(0)) << 17;
-  Array a(n, 0.0), b(n, 1.0), c(n, 2.0);
+  LargeVector<double> a(n, 0.0), b(n, 1.0), c(n, 2.0);
   double s = 3.0;
   benchmark::DoNotOptimize(s);
   for (auto _ : state) {
@@ -35,7 +33,7 @@ BENCHMARK(BM_Triad)->ArgName("MiB_per_array")->Arg(64)->Arg(256)->Unit(benchmark
 /// The sum of an array: what a kernel that only reads may hope for.
 void BM_Read(benchmark::State& state) {
   const std::size_t n = static_cast<std::size_t>(state.range(0)) << 17;
-  const Array a(n, 1.0);
+  const LargeVector<double> a(n, 1.0);
   for (auto _ : state) {
     double sums[32] = {};
     for (std::size_t i = 0; i < n; i += 32)

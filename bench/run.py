@@ -3,8 +3,9 @@
 
     bench/run.py PROGRAM [--largest EQUATIONS] [--only WORD]
 
-Stages are told apart by the lines of the information stream, read as they come. Each model is run once:
-times on a shared machine vary by 10 to 20 per cent.
+Stages are told apart by the lines of the information stream, read as they come. Each model is run twice
+and the shorter time of each stage counts: memory that the machine has not used for a while costs a first
+run up to a second a gigabyte. Times on a shared machine vary by 10 to 20 per cent.
 """
 import argparse
 import datetime
@@ -79,6 +80,17 @@ def peak_of(pid):
     return int(match[1]) / 1024 if match else 0.0
 
 
+def best_of_two(program, deck):
+    """The shorter time of each stage; the rest is the same in both runs."""
+    runs = []
+    for _ in range(2):
+        runs.append(run(program, deck))
+        for result in deck.parent.glob("*.kestol.res"):
+            result.unlink()
+    first, second = (seconds for seconds, *_ in runs)
+    return {stage: min(first[stage], second[stage]) for stage in first}, *runs[0][1:]
+
+
 def rows(program, largest, only):
     with tempfile.TemporaryDirectory() as folder:
         for name, generator, sizes in MODELS:
@@ -95,9 +107,7 @@ def rows(program, largest, only):
                     count = equations_of(text)
                     if count > min(largest, LIMIT[solver]):
                         continue
-                    yield name, solver.split()[0], run(program, deck)
-                    for result in pathlib.Path(folder).glob("*.kestol.res"):
-                        result.unlink()
+                    yield name, solver.split()[0], best_of_two(program, deck)
 
 
 def equations_of(text):
