@@ -172,6 +172,14 @@ TEST_F(PressureLoadsTest, AKeyWithoutValueBehindADistributedLoadIsRefused) {
                  "Not reading correctly the preassure_loads. ElemNum=101\n");
 }
 
+TEST_F(PressureLoadsTest, AFourthNumberBehindAFaceIsRefused) {
+  Model(Space, {Triangle, Tetrahedra});
+  for (const int elem : {kTriangle, kTetra})
+    EXPECT_FATAL(
+        Read(kFace, elem, "1 0 0 -5 7"),
+        "Not reading correctly the preassure_loads. ElemNum=" + std::to_string(elem) + "\n");
+}
+
 TEST_F(PressureLoadsTest, OtherKeysOfADistributedLoadAreIgnored) {
   Model(Plane, {Linear});
   EXPECT_EQ(Read(kGlobal, kBeam, "1 2 name=wind case: 3"), (Numbers{1, 2, 0}));
