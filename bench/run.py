@@ -5,7 +5,7 @@
 
 Stages are told apart by the lines of the information stream, read as they come. Each model is run twice
 and the shorter time of each stage counts: memory that the machine has not used for a while costs a first
-run up to a second a gigabyte. Times on a shared machine vary by 10 to 20 per cent.
+run seconds per gigabyte. Times on a shared machine vary by 10 to 20 per cent.
 """
 import argparse
 import datetime
