@@ -1,5 +1,7 @@
 #include "algebra/BlockKernels.h"
 
+namespace kestol {
+
 // One source per family of processors defines these.
 namespace block_kernels {
 extern const BlockKernels kOf3With128, kOf6With128;
@@ -41,3 +43,5 @@ const BlockKernels* BlockKernelsFor(int blockSize) {
   const std::vector<BlockKernels>& supported = SupportedBlockKernels(blockSize);
   return supported.empty() ? nullptr : &supported.front();
 }
+
+}  // namespace kestol

@@ -2,6 +2,8 @@
 
 #include <vector>
 
+namespace kestol {
+
 /// The rows of a SparseMatrix whose slots come in node blocks: see there for the layout. `values`
 /// is readable kPadding doubles beyond the last slot.
 struct BlockRows {
@@ -47,3 +49,5 @@ const std::vector<BlockKernels>& SupportedBlockKernels(int blockSize);
 
 /// The first of them, or null.
 const BlockKernels* BlockKernelsFor(int blockSize);
+
+}  // namespace kestol

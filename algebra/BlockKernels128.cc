@@ -2,6 +2,8 @@
 #define KESTOL_LANES 2
 #include "algebra/BlockKernels.inc"
 
+namespace kestol {
+
 namespace block_kernels {
 
 extern const BlockKernels kOf3With128 = {
@@ -12,3 +14,5 @@ extern const BlockKernels kOf6With128 = {
 };
 
 }  // namespace block_kernels
+
+}  // namespace kestol

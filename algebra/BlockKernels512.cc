@@ -2,6 +2,8 @@
 #define KESTOL_LANES 8
 #include "algebra/BlockKernels.inc"
 
+namespace kestol {
+
 namespace block_kernels {
 
 extern const BlockKernels kOf3With512 = {
@@ -12,3 +14,5 @@ extern const BlockKernels kOf6With512 = {
 };
 
 }  // namespace block_kernels
+
+}  // namespace kestol

@@ -8,6 +8,8 @@
 #include "algebra/SparseKernels.h"
 #include "algebra/SparseMatrix.h"
 
+namespace kestol {
+
 namespace {
 
 // Sums run from the first entry. The loops with one dependent sum also do the neighbouring update:
@@ -91,3 +93,5 @@ int ConjugateGradient(const SparseMatrix& A, double* x, const double* b, const P
   }
   return 1;
 }
+
+}  // namespace kestol

@@ -2,6 +2,8 @@
 
 #include <ostream>
 
+namespace kestol {
+
 class Preconditioner;
 class SparseMatrix;
 
@@ -16,3 +18,5 @@ class SparseMatrix;
 /// that is not a number, with which the iterations stop.
 int ConjugateGradient(const SparseMatrix& A, double* x, const double* b, const Preconditioner& M,
                       int& limit, double& tolerance, std::ostream* info);
+
+}  // namespace kestol

@@ -5,6 +5,8 @@
 #include "algebra/SparseMatrix.h"
 #include "main/ErrorChannel.h"
 
+namespace kestol {
+
 DiagPreconditioner::DiagPreconditioner(const SparseMatrix& A)
     : Preconditioner("Diagonal"), diagonal_(A.rows) {
   for (int i = 0; i < A.rows; ++i) {
@@ -26,3 +28,5 @@ void DiagPreconditioner::TransposedSolve(const double* r, double* z) const {
 void DiagPreconditioner::New_Matrix(const SparseMatrix& /*A*/) {
   Fatal("Wrong use of DiagPreconditioner::New_Matrix");
 }
+
+}  // namespace kestol

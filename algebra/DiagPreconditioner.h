@@ -4,6 +4,8 @@
 
 #include "algebra/Preconditioner.h"
 
+namespace kestol {
+
 /// M is the diagonal of A: z_i = r_i / a_ii.
 class DiagPreconditioner : public Preconditioner {
 public:
@@ -17,3 +19,5 @@ public:
 private:
   std::vector<double> diagonal_;
 };
+
+}  // namespace kestol

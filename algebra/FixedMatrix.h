@@ -4,6 +4,8 @@
 #include <cassert>
 #include <cstddef>
 
+namespace kestol {
+
 /// Dense R x C matrix of doubles held in place, row by row, indices from 1. The element kernels
 /// work on these: no heap, sizes known to the compiler, which also checks the shapes of products.
 /// A new one is 0.0 throughout.
@@ -59,3 +61,5 @@ FixedMatrix<C, R> Transpose(const FixedMatrix<R, C>& A) {
     for (int j = 1; j <= C; ++j) transpose(j, i) = A(i, j);
   return transpose;
 }
+
+}  // namespace kestol

@@ -8,6 +8,8 @@
 #include "algebra/SparseMatrix.h"
 #include "main/ErrorChannel.h"
 
+namespace kestol {
+
 using namespace kernel_code;
 
 namespace {
@@ -71,3 +73,5 @@ void ICPreconditioner::TransposedSolve(const double* r, double* z) const {
 void ICPreconditioner::New_Matrix(const SparseMatrix& /*A*/) {
   Fatal("Wrong use of ICPreconditioner::New_Matrix");
 }
+
+}  // namespace kestol

@@ -3,6 +3,8 @@
 #include "algebra/Preconditioner.h"
 #include "algebra/SparseKernels.h"
 
+namespace kestol {
+
 /// Incomplete Cholesky factors on the pattern of the lower triangle of A: M = L L^T with
 ///
 ///     l_ik = (a_ik - sum over j < k of l_ij l_kj) / l_kk
@@ -24,3 +26,5 @@ private:
 
   CompressedRows lower_;  ///< L, columns ascending: the diagonal ends each row
 };
+
+}  // namespace kestol

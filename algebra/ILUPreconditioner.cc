@@ -8,6 +8,8 @@
 #include "algebra/SparseMatrix.h"
 #include "main/ErrorChannel.h"
 
+namespace kestol {
+
 using namespace kernel_code;
 
 namespace {
@@ -90,3 +92,5 @@ void ILUPreconditioner::TransposedSolve(const double* r, double* z) const {
 void ILUPreconditioner::New_Matrix(const SparseMatrix& /*A*/) {
   Fatal("Wrong use of ILUPreconditioner::New_Matrix");
 }
+
+}  // namespace kestol

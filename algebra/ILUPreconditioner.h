@@ -6,6 +6,8 @@
 #include "algebra/Preconditioner.h"
 #include "algebra/SparseKernels.h"
 
+namespace kestol {
+
 /// Incomplete LU factors of A without fill: M = L U, L unit lower, U upper, both on the claimed
 /// pattern of A (stored zeros included). For each row i and its k < i, ascending:
 ///
@@ -33,3 +35,5 @@ private:
   CompressedRows upper_;  ///< U, columns ascending: the diagonal begins each row
   bool isPositive_ = true;
 };
+
+}  // namespace kestol

@@ -5,6 +5,8 @@
 #include <new>
 #include <vector>
 
+namespace kestol {
+
 /// Asks the system to back the memory with large pages, where it knows such a wish; a hint only.
 void PreferLargePages(void* memory, std::size_t bytes);
 
@@ -42,3 +44,5 @@ struct LargePageAllocator {
 
 template <class T>
 using LargeVector = std::vector<T, LargePageAllocator<T>>;
+
+}  // namespace kestol

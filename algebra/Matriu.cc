@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <limits>
+#include <new>
 #include <utility>
 
 #include "algebra/MatriuRefusals.h"
@@ -10,19 +11,21 @@
 #include "algebra/ReaVecT.h"
 #include "main/ErrorChannel.h"
 
+namespace kestol {
+
 namespace {
 
 // rows * columns, neither negative; a product beyond the field counts as an exhausted heap.
 unsigned EntryCount(int rows, int columns) {
   const std::int64_t count = std::int64_t{rows} * columns;
-  if (count > std::numeric_limits<unsigned>::max()) HeapExhausted();
+  if (count > std::numeric_limits<unsigned>::max()) throw std::bad_alloc();
   return static_cast<unsigned>(count);
 }
 
 // Rows or columns that hold `count` more behind the first `before`, and not less than `present`.
 int GrownTo(int present, int before, int count) {
   const std::int64_t last = std::int64_t{before} + count;
-  if (last > std::numeric_limits<int>::max()) HeapExhausted();
+  if (last > std::numeric_limits<int>::max()) throw std::bad_alloc();
   return std::max(present, static_cast<int>(last));
 }
 
@@ -167,3 +170,5 @@ Matriu VerticalConcatenation(const Matriu& A, const Matriu& B) {
   CopyBlock(B, A.nrows + 1, 1, both);
   return both;
 }
+
+}  // namespace kestol

@@ -5,6 +5,8 @@
 #include <iosfwd>
 #include <memory>
 
+namespace kestol {
+
 class ReaVec3;
 class ReaVecT;
 
@@ -205,3 +207,5 @@ Matriu CroutDecomposition(const Matriu& A);
 
 /// A table with the numbers of the rows and columns; "\n\t(Zero size Matriu)\n" for zero size.
 std::ostream& operator<<(std::ostream& stream, const Matriu& M);
+
+}  // namespace kestol

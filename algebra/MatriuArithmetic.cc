@@ -8,6 +8,8 @@
 #include "algebra/ReaVec3.h"
 #include "algebra/ReaVecT.h"
 
+namespace kestol {
+
 namespace {
 
 template <class Operation>
@@ -246,3 +248,5 @@ bool Equal(const Matriu& A, const Matriu& B, double tol) {
          std::equal(A.begin(), A.end(), B.begin(),
                     [tol](double a, double b) { return std::abs(a - b) <= tol; });
 }
+
+}  // namespace kestol

@@ -5,6 +5,8 @@
 #include "algebra/Matriu.h"
 #include "algebra/MatriuRefusals.h"
 
+namespace kestol {
+
 double Matriu::Trace() const {
   RefuseZeroSize(*this, "Can't compute the trace of a zero size Matriu");
   if (nrows != ncols) Fatal("Can't compute the trace of a non square Matriu");
@@ -59,3 +61,5 @@ void Matriu::scorn(double tol) {
   std::replace_if(
       begin(), end(), [tol](double entry) { return std::abs(entry) <= tol; }, 0.0);
 }
+
+}  // namespace kestol

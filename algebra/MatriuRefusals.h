@@ -3,6 +3,8 @@
 #include "algebra/Matriu.h"
 #include "main/ErrorChannel.h"
 
+namespace kestol {
+
 /// The tests of operands that the operations of Matriu share; for its own source files. The texts
 /// stay with the operations, whole.
 
@@ -17,3 +19,5 @@ void RefuseZeroSize(const Matriu& M, const Pieces&... text) {
   Fatal(headline, "\tMatriu 1 : nrows=", A.nrows, ", ncols=", A.ncols, "\n",
         "\tMatriu 2 : nrows=", B.nrows, ", ncols=", B.ncols);
 }
+
+}  // namespace kestol

@@ -9,6 +9,8 @@
 #include "algebra/ReaVecT.h"
 #include "algebra/Zero.h"
 
+namespace kestol {
+
 namespace {
 
 // Refuses zero size and rectangular matrices, each in its own words.
@@ -204,3 +206,5 @@ int Matriu::Solve(ReaVecT& b, ReaVecT& x) {
 int Matriu::Solve(ReaVec3& b, ReaVec3& x) {
   return SolveInPlace(*this, b, x);
 }
+
+}  // namespace kestol

@@ -5,6 +5,8 @@
 #include "algebra/Matriu.h"
 #include "algebra/MatriuRefusals.h"
 
+namespace kestol {
+
 namespace {
 
 // One number by a printf format; the buffer holds the largest double written out in full.
@@ -53,3 +55,5 @@ void Matriu::ReadAscii(std::istream& stream) {
   for (double& entry : *this)
     if (!(stream >> entry)) Fatal("error: can't ascii read matrix\n");
 }
+
+}  // namespace kestol

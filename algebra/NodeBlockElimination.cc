@@ -5,6 +5,8 @@
 #include "algebra/NodeBlockFactors.h"
 #include "algebra/SparseMatrix.h"
 
+namespace kestol {
+
 namespace {
 
 /// T = G S.
@@ -159,3 +161,5 @@ void NodeBlockFactors::Scale() {
 
 template void NodeBlockFactors::Eliminate<3>(const SparseMatrix& A);
 template void NodeBlockFactors::Eliminate<6>(const SparseMatrix& A);
+
+}  // namespace kestol

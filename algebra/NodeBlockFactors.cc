@@ -7,6 +7,8 @@
 
 #include "algebra/SparseMatrix.h"
 
+namespace kestol {
+
 namespace {
 
 /// Differences of (i, j) and (j, i) below this part of the greater diagonal are rounding.
@@ -179,3 +181,5 @@ void NodeBlockFactors::TransposedSolve(const double* r, double* z) const {
     });
   }
 }
+
+}  // namespace kestol

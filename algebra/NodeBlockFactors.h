@@ -7,6 +7,8 @@
 #include "algebra/BlockKernels.h"
 #include "algebra/LargePages.h"
 
+namespace kestol {
+
 class SparseMatrix;
 
 /// The incomplete LU factors, without fill, of a matrix of node blocks that is symmetric apart from
@@ -76,3 +78,5 @@ private:
   bool isPositive_ = true;
   mutable LargeVector<double> work_;  ///< the vector between the two sweeps
 };
+
+}  // namespace kestol

@@ -6,6 +6,8 @@
 
 #include "algebra/VoidPlex.h"
 
+namespace kestol {
+
 /// A VoidPlex of objects of one class that it owns: what is stored is deleted with the container.
 /// Keys are positive numbers with gaps; null pointers are not stored. To walk it:
 ///
@@ -67,3 +69,5 @@ public:
 private:
   VoidPlex slots_;
 };
+
+}  // namespace kestol

@@ -1,5 +1,7 @@
 #pragma once
 
+namespace kestol {
+
 class SparseMatrix;
 
 /// An approximation M of a matrix, whose inverse is cheap to apply. Vectors have as many entries as
@@ -24,3 +26,5 @@ public:
 protected:
   explicit Preconditioner(const char* nameString = "Preconditioner") : name(nameString) {}
 };
+
+}  // namespace kestol

@@ -4,6 +4,8 @@
 #include <cassert>
 #include <numeric>
 
+namespace kestol {
+
 namespace {
 
 constexpr int kRows = kTileRows;
@@ -99,3 +101,5 @@ void ProfileBlocks::StoreColumn(int j, int row, const double* from) const {
     for (int r = missing; r < kRows; ++r) last[kRows - 1 - r] = from[kWidth * r];
   }
 }
+
+}  // namespace kestol

@@ -5,6 +5,8 @@
 
 #include "algebra/Txolesky.h"
 
+namespace kestol {
+
 /// Working copy of the columns of one tile width, row after row from row `first` on; the values
 /// above a column are zeros.
 struct Sliver {
@@ -54,3 +56,5 @@ private:
 
   std::vector<double> padded_;  // copies of PointTo
 };
+
+}  // namespace kestol

@@ -2,6 +2,8 @@
 
 #include "algebra/ReaVecT.h"
 
+namespace kestol {
+
 ReaVec3::ReaVec3(const ReaVecT& v) : n(v.n) {
   if (v.n > 3) RequireEqualLengths(3, v.n);
   std::copy(v.begin(), v.end(), data);
@@ -10,3 +12,5 @@ ReaVec3::ReaVec3(const ReaVecT& v) : n(v.n) {
 double DistanceSquared(const ReaVec3& a, const ReaVec3& b) {
   return SumSquare(a - b);
 }
+
+}  // namespace kestol

@@ -4,6 +4,8 @@
 
 #include "algebra/VectorOperations.h"
 
+namespace kestol {
+
 /// Vector of at most three doubles held in place: coordinates, directions, normals, angles.
 /// Positions are counted from 1. Arithmetic, products, reductions and text: VectorOperations.h;
 /// matrix times vector: Matriu.h.
@@ -42,3 +44,5 @@ public:
 
 /// Sum over the entries of (a_i - b_i)^2; refuses different lengths.
 double DistanceSquared(const ReaVec3& a, const ReaVec3& b);
+
+}  // namespace kestol

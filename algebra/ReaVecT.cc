@@ -2,11 +2,14 @@
 
 #include <cstdint>
 #include <limits>
+#include <new>
 #include <utility>
 
 #include "algebra/Matriu.h"
 #include "algebra/ReaVec3.h"
 #include "main/ErrorChannel.h"
+
+namespace kestol {
 
 namespace {
 
@@ -129,7 +132,7 @@ void ReaVecT::Assign(const double* entries, int length) {
 
 int JointLength(const ReaVecT& a, const ReaVecT& b) {
   const std::int64_t length = std::int64_t{a.n} + b.n;
-  if (length > std::numeric_limits<int>::max()) HeapExhausted();
+  if (length > std::numeric_limits<int>::max()) throw std::bad_alloc();
   return static_cast<int>(length);
 }
 
@@ -138,3 +141,5 @@ ReaVecT Concatenate(const ReaVecT& a, const ReaVecT& b) {
   std::copy(b.begin(), b.end(), std::copy(a.begin(), a.end(), both.begin()));
   return both;
 }
+
+}  // namespace kestol

@@ -5,6 +5,8 @@
 
 #include "algebra/VectorOperations.h"
 
+namespace kestol {
+
 class Matriu;
 
 /// Vector of `n` doubles on the heap: right-hand sides, solutions, result arrays. Positions are
@@ -115,3 +117,5 @@ ReaVecT Merge(const ReaVecT& a, const ReaVecT& b, Compare compare) {
   std::copy(fromB, b.end(), std::copy(fromA, a.end(), place));
   return merged;
 }
+
+}  // namespace kestol

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cassert>
 #include <cmath>
+#include <new>
 #include <numeric>
 
 #include "algebra/LargePages.h"
@@ -12,6 +13,8 @@
 #include "algebra/Zero.h"
 #include "main/ErrorChannel.h"
 #include "output/InfoFile.h"
+
+namespace kestol {
 
 namespace {
 
@@ -50,7 +53,7 @@ void SkyLine::Allocate(int dofsPerNode) {
   const auto total = static_cast<std::size_t>(NumStored());
   storage_.reset(
       static_cast<double*>(std::calloc(std::max<std::size_t>(total, 1), sizeof(double))));
-  if (!storage_) HeapExhausted();
+  if (!storage_) throw std::bad_alloc();
   PreferLargePagesWithin(storage_.get(), total * sizeof(double));
 
   double* column = storage_.get();
@@ -152,3 +155,5 @@ int SkyLine::Solve(ReaVecT& f, std::ostream* info) {
   SubstituteBackward(profile, f.begin());
   return 0;
 }
+
+}  // namespace kestol

@@ -6,6 +6,8 @@
 
 #include "algebra/StiffnessMatrix.h"
 
+namespace kestol {
+
 /// Symmetric matrix stored by columns, each from its first structurally non-zero row down to the
 /// diagonal, and solved by K = U^T D U, U unit upper triangular ("Txolesky").
 ///
@@ -99,3 +101,5 @@ private:
   std::vector<int> lastColumn_;              // of each row: the last column that may reach it
   double outside_ = 0.0;                     // what Entry hands out outside the profile
 };
+
+}  // namespace kestol

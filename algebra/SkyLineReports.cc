@@ -10,6 +10,8 @@
 #include "main/ErrorChannel.h"
 #include "output/InfoFile.h"
 
+namespace kestol {
+
 namespace {
 
 bool IsZero(double entry) {
@@ -158,3 +160,5 @@ void SkyLine::ReportDependence(int p) {
     }
   }
 }
+
+}  // namespace kestol

@@ -6,6 +6,8 @@
 #include "algebra/SparseMatrix.h"
 #include "main/ErrorChannel.h"
 
+namespace kestol {
+
 using namespace kernel_code;
 
 namespace {
@@ -13,7 +15,7 @@ namespace {
 // Deliberate: the refusals of the kernels end the process with status 1, not 2.
 [[noreturn]] void Refuse(const char* text) {
   error.message << text;
-  KernelExit(error);
+  throw FatalError(error, kKernelRefused);
 }
 
 void CheckFactors(int transpose, double beta) {
@@ -124,3 +126,5 @@ void Multiply(const SparseMatrix& A, const double* x, double* y) {
   const BlockRows rows{A.rows / A.blockSize, A.rowStart.data(), A.colIndex.data(), A.values.data()};
   BlockKernelsFor(A.blockSize)->multiply(rows, x, y);
 }
+
+}  // namespace kestol

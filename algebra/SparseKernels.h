@@ -2,6 +2,8 @@
 
 #include <vector>
 
+namespace kestol {
+
 class SparseMatrix;
 
 /// Compressed rows without unclaimed slots: entry s of row i, rowStart[i] <= s < rowStart[i+1], is
@@ -49,3 +51,5 @@ void SolveRows(int transpose, double unitd, const MatrixDescriptor& descriptor,
 /// y = A x, the product of the conjugate-gradient iterations: every row is
 /// SparseMatrix::RowTimesVector to the last bit.
 void Multiply(const SparseMatrix& A, const double* x, double* y);
+
+}  // namespace kestol

@@ -4,9 +4,12 @@
 #include <cassert>
 #include <cstdlib>
 #include <limits>
+#include <new>
 
 #include "algebra/Matriu.h"
 #include "main/ErrorChannel.h"
+
+namespace kestol {
 
 namespace {
 
@@ -17,7 +20,7 @@ int SumOf(const std::vector<int>& lengths) {
     sum += length;
   }
   if (sum < 1) Fatal("Sparse Matrix size must be greater than 0");
-  if (sum > std::numeric_limits<int>::max() - SparseMatrix::kPadding) HeapExhausted();
+  if (sum > std::numeric_limits<int>::max() - SparseMatrix::kPadding) throw std::bad_alloc();
   return static_cast<int>(sum);
 }
 
@@ -237,3 +240,5 @@ double SparseMatrix::Diagonal(int i) const {
   const int k = own >= 0 ? own : UnitSlot(i);
   return k < 0 ? 0.0 : values[Place(i, k)];
 }
+
+}  // namespace kestol

@@ -6,6 +6,8 @@
 
 #include "algebra/LargePages.h"
 
+namespace kestol {
+
 class Matriu;
 
 /// Sparse matrix in compressed rows of fixed room, whose slots are claimed in the order in which
@@ -138,3 +140,5 @@ void ForEachNodeBlock(const SparseMatrix& A, int node, Function f) {
   const int blocks = A.Length(node * B) / B;
   for (int b = 0; b < blocks && column[b] >= 0; ++b) f(values + b * B * B, column[b]);
 }
+
+}  // namespace kestol

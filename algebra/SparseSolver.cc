@@ -12,6 +12,8 @@
 #include "main/ErrorChannel.h"
 #include "output/InfoFile.h"
 
+namespace kestol {
+
 namespace {
 
 constexpr double kDefaultTolerance1 = 1e-10;
@@ -175,3 +177,5 @@ void SparseSolver::PrintInfo(std::ostream& stream) {
            "Amount of memory= %.1lfMb\n\n",
            n, matrix->nnz, megabytes);
 }
+
+}  // namespace kestol

@@ -6,6 +6,8 @@
 #include "algebra/SparseMatrix.h"
 #include "algebra/StiffnessMatrix.h"
 
+namespace kestol {
+
 class Preconditioner;
 
 /// Compressed rows and preconditioned conjugate gradients. Both triangles are stored.
@@ -75,3 +77,5 @@ private:
   void BuildPreconditioner();
   int Accept(double residual, int flag, std::ostream* info) const;
 };
+
+}  // namespace kestol

@@ -2,6 +2,8 @@
 
 #include <ostream>
 
+namespace kestol {
+
 class Matriu;
 class ReaVecT;
 
@@ -58,3 +60,5 @@ public:
   /// The storage report of the information file.
   virtual void PrintInfo(std::ostream& stream) = 0;
 };
+
+}  // namespace kestol

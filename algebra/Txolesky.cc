@@ -11,6 +11,8 @@
 #include "algebra/Zero.h"
 #include "output/InfoFile.h"
 
+namespace kestol {
+
 // The factorisation in blocks. The degrees are cut into blocks of equal size; the columns of one
 // block are a panel. A panel is brought to its final form block by block from its top downwards,
 // with G = D U in place of U, so that no division stands inside a product:
@@ -266,3 +268,5 @@ int Txolesky(const Profile& K, std::ostream* info) {
 int Txolesky(const Profile& K, std::ostream* info, const TileKernel& kernel) {
   return Factorisation(K, kernel).Run(info);
 }
+
+}  // namespace kestol

@@ -4,6 +4,8 @@
 
 #include "algebra/TxoleskyKernel.h"
 
+namespace kestol {
+
 /// A symmetric matrix by columns, each from its first stored row down to the diagonal. Degrees are
 /// counted from 1; columns[j - 1][k] is entry (j - k, j), 0 <= k < heights[j - 1].
 struct Profile {
@@ -32,3 +34,5 @@ void DivideByDiagonal(const Profile& D, double* f);
 
 /// f := U^-1 f.
 void SubstituteBackward(const Profile& U, double* f);
+
+}  // namespace kestol

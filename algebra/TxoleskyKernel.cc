@@ -8,6 +8,8 @@
 #include <immintrin.h>
 #endif
 
+namespace kestol {
+
 // The product is where the time goes, and it is written for each family by hand: a block of sums
 // stays in registers while every value of b is used for all rows and every value of a for all
 // columns of the block. How many rows and columns follows from the number of registers. The other
@@ -211,3 +213,5 @@ const std::vector<TileKernel>& SupportedTileKernels() {
   }();
   return supported;
 }
+
+}  // namespace kestol

@@ -2,6 +2,8 @@
 
 #include <vector>
 
+namespace kestol {
+
 /// A tile is the piece of the matrix that is summed in registers: 8 rows of 24 columns, row after
 /// row, every row on a boundary of 64 bytes.
 constexpr int kTileRows = 8;
@@ -32,3 +34,5 @@ struct TileKernel {
 /// All kernels of this build that the processor supports, the fastest first. The last one runs
 /// everywhere.
 const std::vector<TileKernel>& SupportedTileKernels();
+
+}  // namespace kestol

@@ -3,6 +3,8 @@
 
 #include "algebra/Txolesky.h"
 
+namespace kestol {
+
 // The columns of the profile go upwards in the matrix, so f is turned round and both run in the
 // same direction. The time is that of reading the profile: once from its first number to the last
 // and once backwards, always without a step aside, as the memory likes it.
@@ -62,3 +64,5 @@ void SubstituteBackward(const Profile& U, double* f) {
   }
   std::reverse_copy(upwards.begin(), upwards.end(), f);
 }
+
+}  // namespace kestol

@@ -3,6 +3,8 @@
 #include <array>
 #include <cmath>
 
+namespace kestol {
+
 /// Three components held in place, for the inner arithmetic of the geometry: no length to check,
 /// everything inline. Indices from 0.
 using Vector3 = std::array<double, 3>;
@@ -34,3 +36,5 @@ inline Vector3 Unit(const Vector3& a) {
   const double length = Norm(a);
   return {a[0] / length, a[1] / length, a[2] / length};
 }
+
+}  // namespace kestol

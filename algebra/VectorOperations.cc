@@ -5,6 +5,8 @@
 
 #include "main/ErrorChannel.h"
 
+namespace kestol {
+
 void RequireEqualLengths(int na, int nb) {
   if (na != nb) Fatal("Different lenght vectors ", na, " != ", nb);
 }
@@ -45,3 +47,5 @@ void ReadEntries(std::istream& stream, double* entries, int n) {
   if (n == 0) Fatal("\t(Zero size vector)\n");
   for (int i = 0; i < n; ++i) stream >> entries[i];
 }
+
+}  // namespace kestol

@@ -7,6 +7,8 @@
 #include <iosfwd>
 #include <numeric>
 
+namespace kestol {
+
 class ReaVec3;
 class ReaVecT;
 
@@ -216,3 +218,5 @@ std::istream& operator>>(std::istream& stream, V& v) {
   ReadEntries(stream, v.begin(), v.n);
   return stream;
 }
+
+}  // namespace kestol

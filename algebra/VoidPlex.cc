@@ -6,6 +6,8 @@
 
 #include "main/ErrorChannel.h"
 
+namespace kestol {
+
 namespace {
 
 int CheckedBlockSize(int blockSize) {
@@ -175,3 +177,5 @@ int VoidPlex::OccupiedAbove(int index) const {
     candidate = block->first;
   }
 }
+
+}  // namespace kestol

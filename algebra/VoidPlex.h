@@ -5,6 +5,8 @@
 #include <memory>
 #include <unordered_map>
 
+namespace kestol {
+
 /// Object pointers under positive numbers that may have gaps: nodes, elements, materials, supports
 /// and loads by the numbers of the input. The objects belong to somebody else (see Plex.h for the
 /// container that owns them); a null pointer means "nothing under this number".
@@ -102,3 +104,5 @@ private:
   std::unordered_map<int, Block*> directory_;      ///< the same blocks; none when empty
   int fullBelow_ = 1;                              ///< no index below this one is free
 };
+
+}  // namespace kestol

@@ -6,11 +6,13 @@
 #include "algebra/FixedMatrix.h"
 #include "analysis/ElementRoutines.h"
 #include "analysis/RigidMotions.h"
+#include "analysis/SupportCheck.h"
 #include "analysis/TurnBlock.h"
 #include "input/Project.h"
 #include "main/ErrorChannel.h"
-#include "model/SupportCheck.h"
 #include "output/InfoFile.h"
+
+namespace kestol {
 
 namespace {
 
@@ -127,3 +129,5 @@ void AssembleAndSolve(Project& project, std::ostream* info) {
   TurnToGlobalAxes(project, project.global);
   Progress(info, "Solver finished\n");
 }
+
+}  // namespace kestol

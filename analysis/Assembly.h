@@ -5,6 +5,8 @@
 #include "algebra/ReaVecT.h"
 #include "analysis/NodeBlocks.h"
 
+namespace kestol {
+
 class Project;
 
 /// Builds K u = f of the model as it stands in project.solver and project.global, imposes the
@@ -20,3 +22,5 @@ void AddStiffnessOfAllMeshes(Project& project, BlockAxes axes);
 /// Turns the entries of nodes with inclined supports: into the axes of the support, and back.
 void TurnToSupportAxes(const Project& project, ReaVecT& vector);
 void TurnToGlobalAxes(const Project& project, ReaVecT& vector);
+
+}  // namespace kestol

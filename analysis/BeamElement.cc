@@ -7,6 +7,8 @@
 #include "input/Project.h"
 #include "main/ErrorChannel.h"
 
+namespace kestol {
+
 namespace {
 
 /// 0.0 when a factor is not positive: two marks of "not given" would multiply to 1.
@@ -146,3 +148,5 @@ void BeamStrengths(const Project& project, const Mesh& mesh, ReaVecT& values) {
     place += 2 * dofs;
   }
 }
+
+}  // namespace kestol

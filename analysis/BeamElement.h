@@ -8,6 +8,8 @@
 #include "model/BeamLoad.h"
 #include "model/PreassureLT.h"
 
+namespace kestol {
+
 class Elem;
 class Material;
 class Mesh;
@@ -59,3 +61,5 @@ void AddBeamLoads(Project& project, const Mesh& mesh);
 /// End strengths in local axes, 2 x dofsPerNode per element: stiffness times displacements.
 /// `values` has its size.
 void BeamStrengths(const Project& project, const Mesh& mesh, ReaVecT& values);
+
+}  // namespace kestol

@@ -9,6 +9,8 @@
 #include "model/Elem.h"
 #include "model/Material.h"
 
+namespace kestol {
+
 namespace {
 
 /// A value that every beam needs, and what is said when it is missing.
@@ -107,3 +109,5 @@ void Material::ConstructLocalK(int elementNumber, double L2, int problemType, in
   AddBending(K, 2, 6, *terms, 1.0, E1 * Iz, L);
   AddBending(K, 3, 5, *terms, -1.0, E1 * Iy, L);
 }
+
+}  // namespace kestol

@@ -6,6 +6,8 @@
 #include "input/Project.h"
 #include "main/ErrorChannel.h"
 
+namespace kestol {
+
 namespace {
 
 // Values per point times points.
@@ -32,3 +34,5 @@ const ElementRoutines& RoutinesFor(const Mesh& mesh) {
     if (routines.elemType == mesh.elemType) return routines;
   Fatal("error: elemtype unknown\n");
 }
+
+}  // namespace kestol

@@ -3,6 +3,8 @@
 #include "algebra/ReaVecT.h"
 #include "analysis/NodeBlocks.h"
 
+namespace kestol {
+
 class Mesh;
 class Project;
 
@@ -23,3 +25,5 @@ struct ElementRoutines {
 /// The routines for the mesh's type; ends the run with "error: elemtype unknown\n" for a type that
 /// is read but not analysed.
 const ElementRoutines& RoutinesFor(const Mesh& mesh);
+
+}  // namespace kestol

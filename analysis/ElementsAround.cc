@@ -4,6 +4,8 @@
 #include "main/ErrorChannel.h"
 #include "model/Mesh.h"
 
+namespace kestol {
+
 ElementsAround::ElementsAround(const Project& project, const Mesh& mesh)
     : start_(project.numNodes + 1, 0) {
   // First pass: how many around each node; start_[i] counts the node with index i.
@@ -24,3 +26,5 @@ ElementsAround::ElementsAround(const Project& project, const Mesh& mesh)
       if (const Node* node = elements_[position]->nodes[k])
         positions_[next[node->number - 1]++] = position;
 }
+
+}  // namespace kestol

@@ -3,6 +3,8 @@
 #include <span>
 #include <vector>
 
+namespace kestol {
+
 class Elem;
 class Mesh;
 class Project;
@@ -29,3 +31,5 @@ private:
   std::vector<int> start_;      ///< by node index - 1, one more at the end
   std::vector<int> positions_;  ///< node after node
 };
+
+}  // namespace kestol

@@ -10,6 +10,8 @@
 #include "model/EulerAngles.h"
 #include "model/Mesh.h"
 
+namespace kestol {
+
 namespace {
 
 constexpr double kQuarterPi = 0.7853981633974483;
@@ -88,3 +90,5 @@ void MainValuesOfMesh(Project& project, int m) {
     point += points;
   }
 }
+
+}  // namespace kestol

@@ -1,5 +1,7 @@
 #pragma once
 
+namespace kestol {
+
 class Matriu;
 class Project;
 class ReaVecT;
@@ -18,3 +20,5 @@ void MainValues(ReaVecT& values, int firstValue, int points, ReaVecT& directions
 /// project.mainDirections[m], and overwrites project.gaussVariables[m] (option 1) or fills
 /// project.localValues[m] (option 2). Does nothing with option 0.
 void MainValuesOfMesh(Project& project, int m);
+
+}  // namespace kestol

@@ -1,5 +1,7 @@
 #pragma once
 
+namespace kestol {
+
 class Elem;
 class Material;
 class Project;
@@ -7,3 +9,5 @@ class Project;
 /// The material of an element; ends the run with
 /// "error: Material in element: N doesn't exist\n" when there is none.
 const Material& MaterialOf(const Project& project, const Elem& elem);
+
+}  // namespace kestol

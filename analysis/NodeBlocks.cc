@@ -5,6 +5,8 @@
 #include "analysis/TurnBlock.h"
 #include "input/Project.h"
 
+namespace kestol {
+
 namespace {
 
 void TransposeInPlace(Matriu& K) {
@@ -61,3 +63,5 @@ const FixedMatrix<3, 3>& NodeBlocks::ToSupport(const Node& node) {
   if (isNew) place->second = Transpose(*SupportAxes(project_, node));
   return place->second;
 }
+
+}  // namespace kestol

@@ -6,6 +6,8 @@
 #include "algebra/FixedMatrix.h"
 #include "algebra/Matriu.h"
 
+namespace kestol {
+
 class Project;
 struct Node;
 
@@ -37,3 +39,5 @@ private:
   int dofs_;
   std::unordered_map<const Node*, FixedMatrix<3, 3>> toSupport_;  ///< of the inclined ones so far
 };
+
+}  // namespace kestol

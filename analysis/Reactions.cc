@@ -5,6 +5,8 @@
 #include "analysis/Assembly.h"
 #include "input/Project.h"
 
+namespace kestol {
+
 namespace {
 
 void ReactionsOfNodes(Project& project) {
@@ -51,3 +53,5 @@ void ComputeReactions(Project& project) {
   project.solver.reset();
   if (project.ConvertTo6Nodes != 0) MoveMidSideReactions(project);
 }
+
+}  // namespace kestol

@@ -1,5 +1,7 @@
 #pragma once
 
+namespace kestol {
+
 class Project;
 
 /// Fills the reactions of all supports: the rows of the stiffness without supports, assembled once
@@ -7,3 +9,5 @@ class Project;
 /// that the conversion to 6 nodes made go to their corners, half to each. Deletes project.solver,
 /// which was only needed for this.
 void ComputeReactions(Project& project);
+
+}  // namespace kestol

@@ -20,6 +20,8 @@
 #include "analysis/NodeBlocks.h"
 #include "input/Project.h"
 
+namespace kestol {
+
 namespace {
 
 using Point = std::array<double, 3>;
@@ -207,3 +209,5 @@ bool SupportsStopRigidMotions(const Project& project) {
   }
   return true;
 }
+
+}  // namespace kestol

@@ -1,5 +1,7 @@
 #pragma once
 
+namespace kestol {
+
 class Project;
 
 /// Whether the supports stop every motion of every part of the model as a rigid body. A part is a
@@ -10,3 +12,5 @@ class Project;
 /// would be 0, and the solution is then noise. Only supports are looked at, so a mechanism that
 /// hinges make is not found.
 bool SupportsStopRigidMotions(const Project& project);
+
+}  // namespace kestol

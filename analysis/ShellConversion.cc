@@ -8,6 +8,8 @@
 #include "main/ErrorChannel.h"
 #include "model/Mesh.h"
 
+namespace kestol {
+
 namespace {
 
 /// An edge by the internal indices of its corners, in either order.
@@ -87,3 +89,5 @@ bool ConvertMeshesTo6Nodes(Project& project) {
     }
   return converted;
 }
+
+}  // namespace kestol

@@ -5,6 +5,8 @@
 #include "input/Project.h"
 #include "model/Mesh.h"
 
+namespace kestol {
+
 namespace {
 
 /// Spreads a load per unit area over the nodes that carry it: the corners of a three-noded
@@ -71,3 +73,5 @@ void AddShellLoads(Project& project, const Mesh& mesh) {
   else
     AddLoads<6, 3>(project, mesh);
 }
+
+}  // namespace kestol

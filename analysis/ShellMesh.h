@@ -1,5 +1,7 @@
 #pragma once
 
+namespace kestol {
+
 class Mesh;
 class Project;
 
@@ -24,3 +26,5 @@ bool ConvertMeshesTo6Nodes(Project& project);
 /// of its corners have in common. An edge that already has a mid-side node in another triangle mesh
 /// takes that one: two nodes on one edge would be a crack.
 void ConvertTo6Nodes(Project& project, Mesh& mesh);
+
+}  // namespace kestol

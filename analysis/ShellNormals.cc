@@ -6,6 +6,8 @@
 #include "main/ErrorChannel.h"
 #include "model/Mesh.h"
 
+namespace kestol {
+
 namespace {
 
 /// Unit normals of all elements, in element order.
@@ -75,3 +77,5 @@ void CheckNormals(Project& project) {
     if (flag == -1) flag = 0;
   project.coplanar = std::move(flags.flag);
 }
+
+}  // namespace kestol

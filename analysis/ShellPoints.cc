@@ -7,6 +7,8 @@
 #include "main/ErrorChannel.h"
 #include "model/Elem.h"
 
+namespace kestol {
+
 void ShellElement::Take(const Elem& next) {
   elem = &next;
   material = &MaterialOf(project_, next);
@@ -93,3 +95,5 @@ ShellStrain ShellStrainMatrices(double Nx, double Ny, double N) {
           {{0, 0, Nx, -N, 0,  //
             0, 0, Ny, 0, -N}}};
 }
+
+}  // namespace kestol

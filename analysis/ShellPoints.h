@@ -6,6 +6,8 @@
 #include "algebra/Matriu.h"
 #include "analysis/Surface.h"
 
+namespace kestol {
+
 class Elem;
 class Material;
 class Project;
@@ -62,3 +64,5 @@ struct ShellStrain {
 /// Strain matrices of a node with the shape function N and the derivatives Nx, Ny at a point: for
 /// three nodes b/J, c/J and N at the centroid.
 ShellStrain ShellStrainMatrices(double Nx, double Ny, double N);
+
+}  // namespace kestol

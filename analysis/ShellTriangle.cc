@@ -4,6 +4,8 @@
 #include "input/Project.h"
 #include "model/Mesh.h"
 
+namespace kestol {
+
 namespace {
 
 /// Drilling stiffness per unit area over t Gxy. It grounds the rotation about the normal, so it
@@ -175,3 +177,5 @@ void ShellResultants(const Project& project, const Mesh& mesh, ReaVecT& values) 
   else
     Resultants<6, 3>(project, mesh, values);
 }
+
+}  // namespace kestol

@@ -3,6 +3,8 @@
 #include "algebra/ReaVecT.h"
 #include "analysis/NodeBlocks.h"
 
+namespace kestol {
+
 class Mesh;
 class Project;
 
@@ -15,3 +17,5 @@ void AddShellLoads(Project& project, const Mesh& mesh);
 /// Resultants at the integration points, 8 each (Nx' Ny' Nxy' Mx' My' Mxy' Qx' Qy'), in local axes:
 /// one point per 3-noded element, three per 6-noded one.
 void ShellResultants(const Project& project, const Mesh& mesh, ReaVecT& values);
+
+}  // namespace kestol

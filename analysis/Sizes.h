@@ -3,15 +3,18 @@
 #include <cstdint>
 #include <iterator>
 #include <limits>
+#include <new>
 
 #include "input/Project.h"
 #include "main/ErrorChannel.h"
+
+namespace kestol {
 
 /// Length of a vector of `count` items of `perItem` values; one that does not fit an int cannot be
 /// stored.
 inline int VectorLength(std::int64_t count, int perItem) {
   const std::int64_t length = count * perItem;
-  if (length > std::numeric_limits<int>::max()) HeapExhausted();
+  if (length > std::numeric_limits<int>::max()) throw std::bad_alloc();
   return static_cast<int>(length);
 }
 
@@ -26,3 +29,5 @@ inline std::int64_t ElementCount(const Mesh& mesh) {
   for (auto it = mesh.elems.begin(); it != mesh.elems.end(); ++it) ++count;
   return count;
 }
+
+}  // namespace kestol

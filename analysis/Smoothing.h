@@ -1,5 +1,7 @@
 #pragma once
 
+namespace kestol {
+
 class Project;
 class ReaVec3;
 
@@ -17,3 +19,5 @@ bool OrientationsMatch(const ReaVec3& a, const ReaVec3& b, double tolerance);
 /// Fills project.nodalStresses from the stresses of the tetrahedra of mesh `m` (from 0). Ends the
 /// run with "error: node N has no elements around\n" for a node outside every element.
 void AverageSolidStresses(Project& project, int m);
+
+}  // namespace kestol

@@ -8,6 +8,8 @@
 #include "model/EulerAngles.h"
 #include "model/Mesh.h"
 
+namespace kestol {
+
 bool OrientationsMatch(const ReaVec3& a, const ReaVec3& b, double tolerance) {
   constexpr double kTwoPi = 6.283185307179586;
   for (int k = 1; k <= 3; ++k) {
@@ -182,3 +184,5 @@ void SmoothShell(Project& project, int m) {
   smooth(project.gaussVariables[m], project.stressOption == MainStresses);
   if (project.stressOption == MainAndLocalStresses) smooth(project.localValues[m], true);
 }
+
+}  // namespace kestol

@@ -8,6 +8,8 @@
 #include "main/ErrorChannel.h"
 #include "model/Mesh.h"
 
+namespace kestol {
+
 namespace {
 
 /// The inverse of the 4x4 matrix with kNear on and kFar off its diagonal, which gives point values
@@ -54,3 +56,5 @@ void AverageSolidStresses(Project& project, int m) {
     for (int component = 0; component < 6; ++component) sums.data[6 * i + component] /= counts[i];
   }
 }
+
+}  // namespace kestol

@@ -6,6 +6,8 @@
 #include "input/Project.h"
 #include "model/Mesh.h"
 
+namespace kestol {
+
 namespace {
 
 /// The isotropic elasticity matrix by its three different entries.
@@ -100,3 +102,5 @@ void SolidStresses(const Project& project, const Mesh& mesh, ReaVecT& values) {
   else
     Stresses<10, 4>(project, mesh, values, EvaluateTetra10);
 }
+
+}  // namespace kestol

@@ -3,6 +3,8 @@
 #include "algebra/ReaVecT.h"
 #include "analysis/NodeBlocks.h"
 
+namespace kestol {
+
 class Mesh;
 class Project;
 
@@ -15,3 +17,5 @@ void AddSolidLoads(Project& project, const Mesh& mesh);
 /// Stresses x, y, z, xy, xz, yz at the integration points: one per 4-noded element, four per
 /// 10-noded one.
 void SolidStresses(const Project& project, const Mesh& mesh, ReaVecT& values);
+
+}  // namespace kestol

@@ -8,6 +8,8 @@
 #include "input/Project.h"
 #include "model/Mesh.h"
 
+namespace kestol {
+
 namespace {
 
 /// Corners of the faces 0..3 and, with ten nodes, their mid-sides in the order of the edges
@@ -89,3 +91,5 @@ void AddSolidLoads(Project& project, const Mesh& mesh) {
   else
     AddLoads<10, 4>(project, mesh, EvaluateTetra10);
 }
+
+}  // namespace kestol

@@ -6,6 +6,8 @@
 #include "model/Elem.h"
 #include "model/Node.h"
 
+namespace kestol {
+
 namespace {
 
 /// Coordinates of the element's nodes from its first corner: the shift changes no gradient and
@@ -101,3 +103,5 @@ FixedMatrix<6, 3> TetraStrainMatrix(int i, const std::array<double, 4>& b,
                                     double sixV) {
   return SolidStrainMatrix({b[i - 1] / sixV, c[i - 1] / sixV, d[i - 1] / sixV});
 }
+
+}  // namespace kestol

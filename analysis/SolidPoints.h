@@ -5,6 +5,8 @@
 #include "algebra/FixedMatrix.h"
 #include "algebra/Vector3.h"
 
+namespace kestol {
+
 class Elem;
 
 /// What a solid element of N nodes knows at its P integration points: shape functions, their
@@ -33,3 +35,5 @@ FixedMatrix<6, 3> TetraStrainMatrix(int i, const std::array<double, 4>& b,
 
 /// Strain matrix of a node with the gradient g = (N,x, N,y, N,z).
 FixedMatrix<6, 3> SolidStrainMatrix(const Vector3& g);
+
+}  // namespace kestol

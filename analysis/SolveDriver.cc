@@ -7,13 +7,15 @@
 #include "algebra/SkyLine.h"
 #include "algebra/SparseSolver.h"
 #include "analysis/Assembly.h"
+#include "analysis/Hinges.h"
 #include "analysis/ShellMesh.h"
 #include "analysis/Sizes.h"
 #include "analysis/StartVector.h"
 #include "input/Project.h"
 #include "main/ErrorChannel.h"
-#include "model/Rotules.h"
 #include "output/InfoFile.h"
+
+namespace kestol {
 
 namespace {
 
@@ -112,7 +114,7 @@ std::unique_ptr<StiffnessMatrix> NewSolver(const Project& project, const ReaVecT
 void SolveProject(Project& project, int renumber, std::ostream* info) {
   RefuseUnknownNodes(project);
   RefusePlaneTriangles(project);
-  if (project.hasRotules) PrepareRotules(project);
+  if (project.hasRotules) PrepareHinges(project);
 
   ResolveAutomatic(project);
   const bool twice = project.solverChoice == SolveDouble;
@@ -123,3 +125,5 @@ void SolveProject(Project& project, int renumber, std::ostream* info) {
   ClearGlobal(project);
   AssembleAndSolve(project, info);
 }
+
+}  // namespace kestol

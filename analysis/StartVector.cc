@@ -7,6 +7,8 @@
 #include "input/Project.h"
 #include "main/ErrorChannel.h"
 
+namespace kestol {
+
 namespace {
 
 /// Mid-side node k + 3 lies between the corners k and k + 1 (cyclic).
@@ -45,3 +47,5 @@ ReaVecT StartVector(const Project& project, const ReaVecT& preSolved) {
   TurnToSupportAxes(project, start);
   return start;
 }
+
+}  // namespace kestol

@@ -8,6 +8,8 @@
 #include "input/Project.h"
 #include "output/InfoFile.h"
 
+namespace kestol {
+
 namespace {
 
 /// Values at the integration points of one mesh; none for a mesh without elements.
@@ -35,3 +37,5 @@ void ComputeStrengths(Project& project, std::ostream* info) {
     SmoothGaussVariables(project);
   }
 }
+
+}  // namespace kestol

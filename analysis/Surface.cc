@@ -5,6 +5,8 @@
 #include "algebra/Zero.h"
 #include "main/ErrorChannel.h"
 
+namespace kestol {
+
 void AddToNode(Project& project, const Node& node, int first, const Vector3& load, double factor) {
   double* const f = &project.global(FirstEquation(node.number, project.dofsPerNode)) + first;
   for (int d = 0; d < 3; ++d) f[d] += load[d] * factor;
@@ -27,3 +29,5 @@ Vector3 WeightAlongGravity(const Project& project, double w) {
   }
   return {g(1) * w, g(2) * w, g(3) * w};
 }
+
+}  // namespace kestol

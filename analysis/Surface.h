@@ -5,6 +5,8 @@
 #include "model/Frame.h"
 #include "model/Node.h"
 
+namespace kestol {
+
 // Distributed loads as forces at nodes, for shells, solids and beams.
 
 /// Adds `load` times `factor` to three equations of a node, from its degree `first` (from 0) on:
@@ -19,3 +21,5 @@ Vector3 SurfaceLoad(int kind, const Vector3& q, const Frame& axes);
 /// The own weight w along the gravity direction of the project: a global load. In a plane problem
 /// the run ends with "error: for 2D problems GravityDirection_Z must be 0.0\n" when gz is positive.
 Vector3 WeightAlongGravity(const Project& project, double w);
+
+}  // namespace kestol

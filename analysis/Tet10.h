@@ -2,6 +2,8 @@
 
 #include <array>
 
+namespace kestol {
+
 /// The ten-noded tetrahedron in its natural coordinates r, s, t with L1 = 1 - r - s - t, L2 = r,
 /// L3 = s, L4 = t.
 ///
@@ -55,3 +57,5 @@ constexpr Derivatives ShapeDerivatives(Point p) {
 }
 
 }  // namespace tet10
+
+}  // namespace kestol

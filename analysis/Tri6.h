@@ -2,6 +2,8 @@
 
 #include <array>
 
+namespace kestol {
+
 /// The six-noded triangle in its natural coordinates s, t with L = 1 - s - t.
 ///
 ///     t
@@ -42,3 +44,5 @@ constexpr Derivatives ShapeDerivatives(Point p) {
 }
 
 }  // namespace tri6
+
+}  // namespace kestol

@@ -3,6 +3,8 @@
 #include "algebra/FixedMatrix.h"
 #include "algebra/Matriu.h"
 
+namespace kestol {
+
 /// The 3x3 rotation in the upper left corner of T (3x3 or 6x6).
 inline FixedMatrix<3, 3> RotationOf(const Matriu& T) {
   FixedMatrix<3, 3> R;
@@ -37,3 +39,5 @@ inline void TurnVector(const FixedMatrix<3, 3>& A, double* x, int n) {
     for (int i = 1; i <= 3; ++i) v[i - 1] = A(i, 1) * v1 + A(i, 2) * v2 + A(i, 3) * v3;
   }
 }
+
+}  // namespace kestol

@@ -9,6 +9,8 @@
 #include "analysis/BeamElement.h"
 #include "input/Project.h"
 
+namespace kestol {
+
 namespace {
 
 /// A square grid of beams, `side` nodes wide.
@@ -87,3 +89,5 @@ BENCHMARK(SpaceIntoSkyLine)->Arg(20)->Arg(40);
 BENCHMARK(SpaceIntoSparse)->Arg(20)->Arg(60)->Arg(120);
 
 }  // namespace
+
+}  // namespace kestol

@@ -14,6 +14,8 @@
 #include "tests/support/MeshDeck.h"
 #include "tests/support/RunDeck.h"
 
+namespace kestol {
+
 namespace {
 
 /// A solver that drops what it is handed.
@@ -162,3 +164,5 @@ BENCHMARK_CAPTURE(Normals, Shell6, Shell6)->Arg(50)->Arg(100)->Arg(200);
 BENCHMARK(Conversion)->Arg(50)->Arg(100)->Arg(200);
 
 }  // namespace
+
+}  // namespace kestol

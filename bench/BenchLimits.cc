@@ -13,6 +13,8 @@
 #include <immintrin.h>
 #endif
 
+namespace kestol {
+
 namespace {
 
 /// a = b + s c over arrays far larger than the caches; three doubles are moved per element, the
@@ -110,3 +112,5 @@ BENCHMARK(BM_MatrixProduct256);
 #endif
 
 }  // namespace
+
+}  // namespace kestol

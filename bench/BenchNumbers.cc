@@ -9,6 +9,8 @@
 
 #include "output/NumberText.h"
 
+namespace kestol {
+
 namespace {
 
 // Results of a frame: magnitudes from 1e-9 to 1e6, both signs.
@@ -66,3 +68,5 @@ BENCHMARK(VectorFormByPrintf);
 BENCHMARK(VectorFormOfZero);
 
 }  // namespace
+
+}  // namespace kestol

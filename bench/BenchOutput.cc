@@ -11,6 +11,8 @@
 #include "output/VemoFiles.h"
 #include "tests/support/SmallModel.h"
 
+namespace kestol {
+
 namespace {
 
 std::string FileName() {
@@ -99,3 +101,5 @@ BENCHMARK(Triangles)->Arg(100000)->Unit(benchmark::kMillisecond);
 BENCHMARK(TextReport)->Arg(100000)->Unit(benchmark::kMillisecond);
 
 }  // namespace
+
+}  // namespace kestol

@@ -20,6 +20,8 @@
 #include "input/ProjectReader.h"
 #include "input/TextInput.h"
 
+namespace kestol {
+
 namespace {
 
 enum class Numbering { InOrder, AtRandom };
@@ -121,3 +123,5 @@ BENCHMARK(ReadDeck<Numbering::AtRandom>)
     ->Complexity(benchmark::oN);
 
 }  // namespace
+
+}  // namespace kestol

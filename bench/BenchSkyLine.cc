@@ -15,6 +15,8 @@
 #include "tests/support/Profiles.h"
 #include "tests/support/Reference.h"
 
+namespace kestol {
+
 namespace {
 
 /// Additions and multiplications of the profile alone: for every stored entry, the rows that its
@@ -137,3 +139,5 @@ int main(int argc, char** argv) {
   benchmark::Initialize(&argc, argv);
   benchmark::RunSpecifiedBenchmarks();
 }
+
+}  // namespace kestol

@@ -12,6 +12,8 @@
 #include "algebra/SparseSolver.h"
 #include "tests/support/GridModel.h"
 
+namespace kestol {
+
 namespace {
 
 constexpr double kBytesPerEntry = 12.0;
@@ -120,3 +122,5 @@ BENCHMARK(BM_Assembly)->Apply(Grids);
 BENCHMARK(BM_Solve)->Apply(Grids)->Iterations(1);
 
 }  // namespace
+
+}  // namespace kestol

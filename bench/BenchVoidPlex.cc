@@ -8,6 +8,8 @@
 
 #include "algebra/VoidPlex.h"
 
+namespace kestol {
+
 namespace {
 
 constexpr int kNumbers = 1000000;
@@ -61,3 +63,5 @@ BENCHMARK_CAPTURE(Get, at_random, AtRandom())->Unit(benchmark::kMillisecond);
 BENCHMARK(Walk)->Unit(benchmark::kMillisecond);
 
 }  // namespace
+
+}  // namespace kestol

@@ -5,6 +5,8 @@
 #include "input/Units.h"
 #include "input/Words.h"
 
+namespace kestol {
+
 /// The key and value pairs behind the numbers of a line of constraints or loads, one after the
 /// other. Units keys are dealt with here: they change `factors` and are not handed out.
 class LinePairs {
@@ -39,3 +41,5 @@ private:
   std::string_view text_, behindKey_;
   const Units& units_;
 };
+
+}  // namespace kestol

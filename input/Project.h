@@ -14,6 +14,8 @@
 #include "model/Mesh.h"
 #include "model/PreassureLT.h"
 
+namespace kestol {
+
 class OutputText;
 
 /// Most meshes that a model can hold.
@@ -77,3 +79,5 @@ public:
   /// The number in the input of a node's internal index.
   int ExternalNumber(int index) const { return meshes[0]->ExternalNumber(index); }
 };
+
+}  // namespace kestol

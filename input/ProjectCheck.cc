@@ -5,6 +5,8 @@
 #include "input/Project.h"
 #include "main/ErrorChannel.h"
 
+namespace kestol {
+
 namespace {
 
 // Finds the lowest number of the earliest mesh that repeats one of the meshes before it.
@@ -39,3 +41,5 @@ void CheckProject(Project& project) {
   CheckElementNumbers(project);
   CheckTetrahedra(project);
 }
+
+}  // namespace kestol

@@ -8,13 +8,15 @@
 #include <string>
 
 #include "algebra/Zero.h"
+#include "input/ConstraintsReader.h"
+#include "input/LoadsReader.h"
 #include "input/Project.h"
 #include "input/ProjectCheck.h"
+#include "input/RotulesReader.h"
 #include "input/Words.h"
 #include "main/ErrorChannel.h"
-#include "model/ConstraintsReader.h"
-#include "model/LoadsReader.h"
-#include "model/Rotules.h"
+
+namespace kestol {
 
 namespace {
 
@@ -327,3 +329,5 @@ void ReadProject(Project& project, TextInput& input) {
   ReadKeywords(project, input);
   CheckProject(project);
 }
+
+}  // namespace kestol

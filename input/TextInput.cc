@@ -6,6 +6,8 @@
 
 #include "input/Words.h"
 
+namespace kestol {
+
 namespace {
 
 constexpr std::size_t kWindow = 64 * 1024;
@@ -65,3 +67,5 @@ std::string_view TextInput::PeekAhead(std::size_t wanted) {
   Refill(wanted);
   return {here_, static_cast<std::size_t>(end_ - here_)};
 }
+
+}  // namespace kestol

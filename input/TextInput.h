@@ -6,6 +6,8 @@
 #include <string>
 #include <string_view>
 
+namespace kestol {
+
 /// The characters of a deck, with one character to look ahead. Reads through a window that grows
 /// only for words and lines longer than itself, so that a long deck costs little memory.
 class TextInput {
@@ -47,3 +49,5 @@ private:
   const char* here_ = nullptr;
   const char* end_ = nullptr;
 };
+
+}  // namespace kestol

@@ -6,6 +6,8 @@
 
 #include "main/ErrorChannel.h"
 
+namespace kestol {
+
 namespace {
 
 constexpr int kHeaderField = 16;  // dots and the blank behind "Time Table: "
@@ -137,3 +139,5 @@ void TimeTable::WriteLine(const char* name, int depth, double seconds, double pe
   }
   report_ << "\n";
 }
+
+}  // namespace kestol

@@ -6,6 +6,8 @@
 #include <ostream>
 #include <string>
 
+namespace kestol {
+
 /// CPU time of nested phases, as a tree of named timers. The phase that opens the table is its
 /// root; when it stops, the table is written to the output name plus ".tim":
 ///
@@ -92,3 +94,5 @@ private:
 
 /// The table of the whole program.
 TimeTable& ProgramTimes();
+
+}  // namespace kestol

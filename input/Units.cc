@@ -8,6 +8,8 @@
 #include "input/Words.h"
 #include "main/ErrorChannel.h"
 
+namespace kestol {
+
 namespace {
 
 constexpr std::size_t kMaxNameLength = 20;
@@ -111,3 +113,5 @@ UnitFactors FactorsOf(const Units& units, const UnitSystem& system) {
 UnitFactors TakeUnits(const Units& units, std::string_view& text) {
   return FactorsOf(units, FindUnits(units, TakeSystemName(text)));
 }
+
+}  // namespace kestol

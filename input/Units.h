@@ -4,6 +4,8 @@
 #include <string_view>
 #include <vector>
 
+namespace kestol {
+
 class TextInput;
 
 /// One row of the units_names block.
@@ -69,3 +71,5 @@ UnitFactors FactorsOf(const Units& units, const UnitSystem& system);
 /// The rule for a units key inside a key and value list: skips white space, '=' and ':' at the
 /// front of `text`, takes one word as the name of a system and gives its factors.
 UnitFactors TakeUnits(const Units& units, std::string_view& text);
+
+}  // namespace kestol

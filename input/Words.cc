@@ -10,6 +10,8 @@
 
 #include "main/ErrorChannel.h"
 
+namespace kestol {
+
 namespace {
 
 // Characters looked at for a number at first; enough for almost every one.
@@ -254,3 +256,5 @@ bool StartsWithAnyCase(std::string_view word, std::string_view prefix) {
          std::equal(prefix.begin(), prefix.end(), word.begin(),
                     [](char a, char b) { return Lower(a) == Lower(b); });
 }
+
+}  // namespace kestol

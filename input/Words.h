@@ -6,6 +6,8 @@
 
 #include "input/TextInput.h"
 
+namespace kestol {
+
 // The lexical layer of the deck: characters, words, numbers, lines. White space is blank, tab,
 // carriage return, newline, vertical tab and form feed everywhere.
 
@@ -85,3 +87,5 @@ inline bool StartsWith(std::string_view word, std::string_view prefix) {
 }
 /// The same in any case.
 bool StartsWithAnyCase(std::string_view word, std::string_view prefix);
+
+}  // namespace kestol

@@ -1,5 +1,7 @@
 #include "main/CommandLine.h"
 
+namespace kestol {
+
 std::optional<RunOptions> ScanCommandLine(int argc, char* const* argv) {
   RunOptions options;
   int position = 1;
@@ -42,3 +44,5 @@ std::string UsageText(std::string_view program) {
 std::string ResultFileName(std::string_view inputFile, std::string_view extension) {
   return std::string(inputFile.substr(0, inputFile.rfind('.'))) + std::string(extension);
 }
+
+}  // namespace kestol

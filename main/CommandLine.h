@@ -4,6 +4,8 @@
 #include <string>
 #include <string_view>
 
+namespace kestol {
+
 /// What a run was asked for on the command line. Texts are those of the argument vector; null when
 /// not given.
 struct RunOptions {
@@ -25,3 +27,5 @@ std::string UsageText(std::string_view program);
 
 /// `inputFile` cut at its last '.' plus `extension`.
 std::string ResultFileName(std::string_view inputFile, std::string_view extension);
+
+}  // namespace kestol

@@ -1,6 +1,9 @@
 #include "main/ErrorChannel.h"
 
+#include <algorithm>
 #include <cstring>
+
+namespace kestol {
 
 ErrorChannel error;
 
@@ -9,6 +12,15 @@ ErrorChannel::ErrorChannel() : message(&buffer_) {}
 void ErrorChannel::Clear() {
   buffer_.Clear();
   message.clear();
+  deck[0] = '\0';
+  line = 0;
+}
+
+void ErrorChannel::SetPlace(std::string_view deckName, long lineNumber) {
+  const std::size_t length = std::min(deckName.size(), sizeof deck - 1);
+  std::memcpy(deck, deckName.data(), length);
+  deck[length] = '\0';
+  line = lineNumber;
 }
 
 void ErrorChannel::FixedBuffer::Clear() {
@@ -21,7 +33,4 @@ ErrorChannel::FixedBuffer::int_type ErrorChannel::FixedBuffer::overflow(int_type
   return traits_type::not_eof(c);
 }
 
-void HeapExhausted() {
-  error.Clear();
-  Fatal("Not space available on heap");
-}
+}  // namespace kestol

@@ -2,19 +2,18 @@
 
 #include "main/ErrorChannel.h"
 
-namespace {
+namespace kestol {
 
-[[noreturn]] void WriteAndEnd(ErrorChannel& channel, int status) {
-  std::fprintf(channel.file != nullptr ? channel.file : stdout, "%s", channel.Text());
-  std::exit(status);
+void ErrorExit(const FatalError& refusal) {
+  std::FILE* const file = refusal.ErrorFile();
+  std::fprintf(file != nullptr ? file : stdout, "%s", refusal.what());
+  std::exit(refusal.Status());
 }
 
-}  // namespace
-
-void ErrorExit(ErrorChannel& channel) {
-  WriteAndEnd(channel, 2);
+void HeapExit() {
+  error.Clear();
+  error.message << "Not space available on heap";
+  ErrorExit(FatalError(error, kRefused));
 }
 
-void KernelExit(ErrorChannel& channel) {
-  WriteAndEnd(channel, 1);
-}
+}  // namespace kestol

@@ -18,6 +18,8 @@
 #include "output/OutputText.h"
 #include "output/VemoFiles.h"
 
+namespace kestol {
+
 namespace {
 
 using Clock = std::chrono::steady_clock;
@@ -89,21 +91,29 @@ void Run(const RunOptions& options) {
   ReportTotalTime(start, info);
 }
 
-}  // namespace
-
-int main(int argc, char** argv) {
-  std::set_new_handler(HeapExhausted);
+int RunProgram(int argc, char** argv) {
   const std::optional<RunOptions> options = ScanCommandLine(argc, argv);
   if (!options) {
     std::fputs(UsageText(argc > 0 ? argv[0] : "").c_str(), stdout);
-    return 2;
+    return kRefused;
   }
-  try {
-    Run(*options);
-  } catch (const std::bad_alloc&) {
-    HeapExhausted();
-  } catch (const std::length_error&) {
-    HeapExhausted();
-  }
+  Run(*options);
   return 0;
+}
+
+}  // namespace
+
+}  // namespace kestol
+
+// The only place where a run ends early.
+int main(int argc, char** argv) {
+  try {
+    return kestol::RunProgram(argc, argv);
+  } catch (const kestol::FatalError& refusal) {
+    kestol::ErrorExit(refusal);
+  } catch (const std::bad_alloc&) {
+    kestol::HeapExit();
+  } catch (const std::length_error&) {
+    kestol::HeapExit();
+  }
 }

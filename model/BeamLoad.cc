@@ -8,6 +8,8 @@
 #include "model/Elem.h"
 #include "model/Mesh.h"
 
+namespace kestol {
+
 namespace {
 
 constexpr double kTwelfth = 0.08333333333333333;
@@ -152,3 +154,5 @@ double StationStrength(const BeamLoad& load, int c, double xi, double L, int pro
   const Value& value = problemType == Plane ? kPlane[c - 1] : kSpace[c - 1];
   return StrengthOf(value.component, xi, L, load.*value.intensity, endCode);
 }
+
+}  // namespace kestol

@@ -5,6 +5,8 @@
 #include "algebra/Matriu.h"
 #include "model/PreassureLT.h"
 
+namespace kestol {
+
 class Elem;
 
 /// A uniform load along a beam in its local axes: forces per length and the couple m per length
@@ -35,3 +37,5 @@ BeamEndForces EquivalentEndForces(const BeamLoad& load, double L, int problemTyp
 /// count them: axial, shears, torque, moments. Components of 0 add nothing.
 double StationStrength(const BeamLoad& load, int c, double xi, double L, int problemType,
                        int endCode);
+
+}  // namespace kestol

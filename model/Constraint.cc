@@ -11,6 +11,8 @@
 #include "main/ErrorChannel.h"
 #include "model/EulerAngles.h"
 
+namespace kestol {
+
 namespace {
 
 using Rotation = FixedMatrix<3, 3>;
@@ -125,3 +127,5 @@ std::unique_ptr<Constraint> MergeTwoConstraints(const Constraint* a, const Const
   MergeAxes(*a, *b, *merged);
   return merged;
 }
+
+}  // namespace kestol

@@ -3,6 +3,8 @@
 #include <array>
 #include <memory>
 
+namespace kestol {
+
 class Matriu;
 
 /// What a support does to one degree of freedom. Other digits are stored and have no effect.
@@ -38,3 +40,5 @@ int NodeAxesMatrix(const Constraint& constraint, int externalNumber, Matriu& T, 
 /// and at least one degree is prescribed at both. Prescribed values, each along its own local axes,
 /// are averaged, everything else is free; local axes are those half-way between the two.
 std::unique_ptr<Constraint> MergeTwoConstraints(const Constraint* a, const Constraint* b);
+
+}  // namespace kestol

@@ -7,6 +7,8 @@
 #include "model/Mesh.h"
 #include "model/Node.h"
 
+namespace kestol {
+
 namespace {
 
 /// What a crossing must keep from the border of a triangle, in barycentric coordinates.
@@ -92,3 +94,5 @@ double Elem::Length() const {
   assert(nnode >= 2 && nodes[0] != nullptr && nodes[1] != nullptr);
   return Norm(Minus(PositionOf(*nodes[1]), PositionOf(*nodes[0])));
 }
+
+}  // namespace kestol

@@ -7,6 +7,8 @@
 #include "algebra/Vector3.h"
 #include "model/Material.h"
 
+namespace kestol {
+
 class Matriu;
 class Mesh;
 struct Node;
@@ -87,3 +89,5 @@ public:
   int materialNumber = 0;              ///< 0 when none was given
   int attributes[2] = {0, 0};          ///< zero after reading
 };
+
+}  // namespace kestol

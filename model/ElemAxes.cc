@@ -11,6 +11,8 @@
 #include "model/Frame.h"
 #include "model/Node.h"
 
+namespace kestol {
+
 namespace {
 
 constexpr double kCosine = 1e-5;  ///< of a given local x against the beam: orthogonal, along
@@ -156,3 +158,5 @@ void Elem::ShellAxes(Matriu& T, Matriu& T6, const Material* given) const {
   PlaceOnce(frame, T);
   PlaceShellDegrees(frame, T6);
 }
+
+}  // namespace kestol

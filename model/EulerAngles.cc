@@ -7,6 +7,8 @@
 #include "algebra/Zero.h"
 #include "main/ErrorChannel.h"
 
+namespace kestol {
+
 namespace {
 
 constexpr double kPi = std::numbers::pi;
@@ -92,3 +94,5 @@ int WhichEulerAngle(std::string_view key) {
   if (digit < '1' || digit > '3') Fatal("error: Euler angles must be: Euler1,Euler2 or Euler3\n");
   return digit - '1';
 }
+
+}  // namespace kestol

@@ -5,6 +5,8 @@
 #include "algebra/FixedMatrix.h"
 #include "algebra/ReaVec3.h"
 
+namespace kestol {
+
 class Matriu;
 
 // Three angles in radians stand for the frame R = Rz(Euler3) Ry(Euler2) Rx(Euler1): turn about x
@@ -38,3 +40,5 @@ ReaVec3 MeanAngles(const ReaVec3& a, const ReaVec3& b, const ReaVec3& c);
 /// 2 or 3, what follows does not matter. Any other key ends the run with
 /// "error: Euler angles must be: Euler1,Euler2 or Euler3\n".
 int WhichEulerAngle(std::string_view key);
+
+}  // namespace kestol

@@ -4,6 +4,8 @@
 
 #include "main/ErrorChannel.h"
 
+namespace kestol {
+
 Frame FrameOf(const FixedMatrix<3, 3>& R) {
   return {
       {R(1, 1), R(2, 1), R(3, 1)},
@@ -28,3 +30,5 @@ Frame ArbitraryFrame(const Vector3& n) {
   const Vector3 x = Unit(Cross(reference, n));
   return {x, Cross(n, x), n};
 }
+
+}  // namespace kestol

@@ -3,6 +3,8 @@
 #include "algebra/FixedMatrix.h"
 #include "algebra/Vector3.h"
 
+namespace kestol {
+
 /// A local frame: its axes in global components, orthonormal and right-handed.
 struct Frame {
   Vector3 x, y, z;
@@ -23,3 +25,5 @@ void CheckInPlane(const Frame& frame, int elementNumber);
 /// The frame of a surface with the unit normal n when no other says which way x runs. z is n; x is
 /// horizontal, or in the plane of global x and z when n is vertical within 1/64.
 Frame ArbitraryFrame(const Vector3& n);
+
+}  // namespace kestol

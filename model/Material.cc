@@ -4,6 +4,8 @@
 #include <array>
 #include <cstdio>
 
+namespace kestol {
+
 namespace {
 
 constexpr double kTwelfth = 0.08333333333333333;
@@ -61,3 +63,5 @@ void Material::Print(std::ostream& stream) const {
                 number, E1, E2, nuXY, nuYX, Iy, Iz, Gxy, Gxz, Gyz, J, A, Weight, t);
   stream << line.data();
 }
+
+}  // namespace kestol

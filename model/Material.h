@@ -3,6 +3,8 @@
 #include <ostream>
 #include <string_view>
 
+namespace kestol {
+
 class Matriu;
 class TextInput;
 class Units;
@@ -71,3 +73,5 @@ public:
   int hasEuler = 0;                                 ///< 1 when any Euler angle was given
   double Euler1 = 0.0, Euler2 = 0.0, Euler3 = 0.0;  ///< radians; see EulerRotation
 };
+
+}  // namespace kestol

@@ -5,6 +5,8 @@
 #include "main/ErrorChannel.h"
 #include "model/Material.h"
 
+namespace kestol {
+
 namespace {
 
 constexpr double kFiveSixths = 0.8333333333333333;  ///< shear correction of a solid section
@@ -71,3 +73,5 @@ void Material::SolidMatrix(int elementNumber, Matriu& D) const {
     D(i + 3, i + 3) = (1.0 - 2.0 * nu) * c / (2.0 - 2.0 * nu);
   }
 }
+
+}  // namespace kestol

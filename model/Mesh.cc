@@ -6,6 +6,8 @@
 
 #include "main/ErrorChannel.h"
 
+namespace kestol {
+
 namespace {
 
 constexpr int kNumbersPerBlock = 100;
@@ -135,3 +137,5 @@ std::vector<std::pair<int, int>> Mesh::CalcEdges() const {
   std::sort(edges.begin(), edges.end());
   return edges;
 }
+
+}  // namespace kestol

@@ -11,6 +11,8 @@
 #include "model/Elem.h"
 #include "model/Node.h"
 
+namespace kestol {
+
 class TextInput;
 class Units;
 
@@ -109,3 +111,5 @@ public:
   /// share the nodes.
   std::shared_ptr<std::vector<int>> renumberMap;
 };
+
+}  // namespace kestol

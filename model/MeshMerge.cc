@@ -7,6 +7,8 @@
 #include "main/ErrorChannel.h"
 #include "model/Mesh.h"
 
+namespace kestol {
+
 namespace {
 
 enum class NodeOrder { Kept, Reversed };
@@ -131,3 +133,5 @@ void Mesh::AddMeshNewReverseElms(Mesh& other) {
   const NodeMap places = TakeNodes(*this, other);
   CopyElems(*this, other, places, NodeOrder::Reversed);
 }
+
+}  // namespace kestol

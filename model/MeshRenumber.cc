@@ -4,6 +4,8 @@
 
 #include "model/Mesh.h"
 
+namespace kestol {
+
 namespace {
 
 struct Point {
@@ -77,3 +79,5 @@ void Mesh::Renumber() {
   }
   *renumberMap = std::move(map);
 }
+
+}  // namespace kestol

@@ -2,6 +2,8 @@
 
 #include "model/Mesh.h"
 
+namespace kestol {
+
 namespace {
 
 constexpr const char* kTypeNames[] = {"Linear", "Triangle", "Quadrilateral", "Tetrahedra",
@@ -51,3 +53,5 @@ void Mesh::WriteMesh(std::ostream& stream, int externalNumbers, int compact) con
   }
   stream << "end elements\n";
 }
+
+}  // namespace kestol

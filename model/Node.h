@@ -6,6 +6,8 @@
 #include "algebra/Vector3.h"
 #include "model/Constraint.h"
 
+namespace kestol {
+
 /// A node of the model. It is owned by the node container of the first mesh, under its key: the
 /// number written in the input.
 struct Node {
@@ -26,3 +28,5 @@ inline Vector3 PositionOf(const Node& node) {
 inline int FirstEquation(int nodeIndex, int dofsPerNode) {
   return (nodeIndex - 1) * dofsPerNode + 1;
 }
+
+}  // namespace kestol

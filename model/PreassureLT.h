@@ -5,6 +5,8 @@
 
 #include "algebra/ReaVecT.h"
 
+namespace kestol {
+
 class Units;
 
 /// Kinds of distributed loads.
@@ -26,3 +28,5 @@ public:
   ReaVecT values;  ///< (q1, q2, q3), in space (q1, q2, q3, m, 0, 0); result units
   std::unique_ptr<PreassureLT> next;  ///< the next load of the same element
 };
+
+}  // namespace kestol

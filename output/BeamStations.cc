@@ -2,6 +2,8 @@
 
 #include "input/Project.h"
 
+namespace kestol {
+
 namespace {
 
 // Forces on the ends become internal forces by these signs at end 1, and their negatives at end 2.
@@ -107,3 +109,5 @@ double BeamStrength::At(double xi) const {
     value += StationStrength(load, c_, xi, beam_.L, beam_.project.problemType, beam_.endCode);
   return value;
 }
+
+}  // namespace kestol

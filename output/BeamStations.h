@@ -4,6 +4,8 @@
 
 #include "analysis/BeamElement.h"
 
+namespace kestol {
+
 // What happens along one beam, at the station x = xi L. The beam must have its axes and loads.
 
 /// Displacements along a beam: those of its ends by cubic interpolation (linear along the axis),
@@ -55,3 +57,5 @@ private:
   int c_;
   double end1_, end2_;  ///< without loads
 };
+
+}  // namespace kestol

@@ -5,6 +5,8 @@
 
 #include "model/Mesh.h"
 
+namespace kestol {
+
 namespace {
 
 constexpr std::size_t kTitleLength = 6;
@@ -54,3 +56,5 @@ void Mesh::WriteFemview(std::ostream& stream, const char* fileName) const {
   for (auto [number, elem] : elems) WriteElemCards(stream, *elem, nnode, femviewType);
   stream << " -3\n 9999\n";
 }
+
+}  // namespace kestol

@@ -3,6 +3,8 @@
 #include <cstdarg>
 #include <cstdio>
 
+namespace kestol {
+
 void Progress(std::ostream* info, const char* format, ...) {
   if (info == nullptr) return;
   char text[512];  // "%lf" of the largest double has 317 characters
@@ -12,3 +14,5 @@ void Progress(std::ostream* info, const char* format, ...) {
   va_end(arguments);
   *info << text << std::flush;
 }
+
+}  // namespace kestol

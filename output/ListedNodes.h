@@ -2,6 +2,8 @@
 
 #include "input/Project.h"
 
+namespace kestol {
+
 /// Calls action(number, node) for each node that the result files list, by rising number in the
 /// input: those that were read. Nodes that the conversion to 6 nodes added are listed nowhere.
 template <class Action>
@@ -12,3 +14,5 @@ void ForEachListedNode(const Project& project, Action action) {
     action(number, *node);
   }
 }
+
+}  // namespace kestol

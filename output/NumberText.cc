@@ -5,6 +5,8 @@
 #include <charconv>
 #include <cstring>
 
+namespace kestol {
+
 // How a double becomes P decimal digits.
 //
 // A positive double is x = m 2^(e-63) with 2^63 <= m < 2^64; k = floor(log10 x). The wanted digits
@@ -285,3 +287,5 @@ char* WriteVectorForm(char* to, double value) {
 char* WriteInteger(char* to, std::int64_t value) {
   return std::to_chars(to, to + kNumberLength, value).ptr;
 }
+
+}  // namespace kestol

@@ -2,6 +2,8 @@
 
 #include <cstdint>
 
+namespace kestol {
+
 // Numbers as the result files write them: the very bytes of printf, several times faster.
 //
 // Each function writes at `to`, where kNumberLength characters must be free, appends no NUL, and
@@ -18,3 +20,5 @@ char* WriteVectorForm(char* to, double value);
 
 /// printf's "%lld".
 char* WriteInteger(char* to, std::int64_t value);
+
+}  // namespace kestol

@@ -8,6 +8,8 @@
 
 #include "main/ErrorChannel.h"
 
+namespace kestol {
+
 namespace {
 
 // Large enough that system calls do not count, small enough to stay in the second-level cache.
@@ -31,7 +33,7 @@ OutputText::OutputText(const std::string& name) : OutputText() {
 }
 
 OutputText::~OutputText() {
-  HandOver(cursor_);
+  if (std::uncaught_exceptions() == exceptions_) HandOver(cursor_);
   if (file_ != kNoFile) ::close(file_);
 }
 
@@ -88,3 +90,5 @@ void OutputText::WriteToFile(std::string_view text) {
     }
   }
 }
+
+}  // namespace kestol

@@ -3,11 +3,14 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <exception>
 #include <memory>
 #include <string>
 #include <string_view>
 
 #include "output/NumberText.h"
+
+namespace kestol {
 
 /// A result file. Text is gathered and handed over in pieces that always end at a line end, so the
 /// file on disk never stops inside a line. A flush after each line would promise the same to a
@@ -25,7 +28,8 @@ public:
   explicit OutputText(const std::string& name);
   /// Gathers the text in memory; for tests.
   OutputText();
-  /// What was written before an end without Close stays in the file.
+  /// What was written before an end without Close stays in the file; of a refusal that passes
+  /// through, only what was handed over before.
   ~OutputText();
   OutputText(const OutputText&) = delete;
   OutputText& operator=(const OutputText&) = delete;
@@ -87,4 +91,7 @@ private:
   bool inMemory_;
   bool refused_ = false;  ///< the disk took less than it was given; the rest is dropped
   std::string memory_;
+  int exceptions_ = std::uncaught_exceptions();  ///< on their way when this was made
 };
+
+}  // namespace kestol

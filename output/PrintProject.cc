@@ -4,6 +4,8 @@
 
 #include "input/Project.h"
 
+namespace kestol {
+
 namespace {
 
 void PrintConstraints(const Project& project, std::ostream& stream) {
@@ -62,3 +64,5 @@ void PrintProject(const Project& project, std::ostream& stream) {
   }
   if (!project.coplanar.empty()) PrintCoplanarity(project, stream);
 }
+
+}  // namespace kestol

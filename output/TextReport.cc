@@ -6,6 +6,8 @@
 #include "output/ListedNodes.h"
 #include "output/OutputText.h"
 
+namespace kestol {
+
 namespace {
 
 void WriteHeading(const Project& project, const char* plane, const char* space,
@@ -114,3 +116,5 @@ void Project::WriteResults(OutputText& output) const {
   WriteStrengthsOfMeshes(*this, output);
   WriteReactions(*this, output);
 }
+
+}  // namespace kestol

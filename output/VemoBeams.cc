@@ -9,6 +9,8 @@
 #include "output/OutputText.h"
 #include "output/VemoBlocks.h"
 
+namespace kestol {
+
 // D = NumOfDivisions; the stations s = 0..D of a beam are at xi = s/D. They are computed one by one
 // as they are written: their number has no limit but the disk.
 
@@ -127,3 +129,5 @@ void WriteBeamResults(const Project& project, int m, OutputText& results) {
   for (int c = 1; c <= project.dofsPerNode; ++c) WriteStrength(project, m, c, beam, results);
   WriteAxes(project, mesh, beam, results);
 }
+
+}  // namespace kestol

@@ -1,5 +1,7 @@
 #pragma once
 
+namespace kestol {
+
 class OutputText;
 class Project;
 
@@ -20,3 +22,5 @@ void WriteVemoReactions(const Project& project, OutputText& results);
 
 /// The block of nodal displacements that shells and solids share.
 void WriteVemoDisplacements(const Project& project, OutputText& results);
+
+}  // namespace kestol

@@ -9,6 +9,8 @@
 #include "output/OutputText.h"
 #include "output/VemoBlocks.h"
 
+namespace kestol {
+
 namespace {
 
 void WriteNodes(const Project& project, OutputText& file) {
@@ -118,3 +120,5 @@ void WriteVemoDisplacements(const Project& project, OutputText& results) {
     results << '\n';
   });
 }
+
+}  // namespace kestol

@@ -2,6 +2,8 @@
 
 #include <string>
 
+namespace kestol {
+
 class OutputText;
 class Project;
 
@@ -11,3 +13,5 @@ class Project;
 /// run with "error: elemtype unknown\n", solids beside any other mesh with
 /// "tetrahedra elements cannot be mixed with other elements\n".
 void WriteVemoFiles(const Project& project, OutputText& results, const std::string* meshFileName);
+
+}  // namespace kestol

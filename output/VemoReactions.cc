@@ -3,6 +3,8 @@
 #include "output/OutputText.h"
 #include "output/VemoBlocks.h"
 
+namespace kestol {
+
 namespace {
 
 // One line per node with the reactions first..last (from 0, `last` excluded). The lines are
@@ -41,3 +43,5 @@ void WriteVemoReactions(const Project& project, OutputText& results) {
   }
   WriteLines(project, forces, dofs, results);
 }
+
+}  // namespace kestol

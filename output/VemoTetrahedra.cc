@@ -5,6 +5,8 @@
 #include "output/OutputText.h"
 #include "output/VemoBlocks.h"
 
+namespace kestol {
+
 namespace {
 
 const double* StressesOf(const Project& project, const Node& node) {
@@ -48,3 +50,5 @@ void WriteTetrahedraResults(const Project& project, int m, OutputText& results) 
   WriteStresses(project, results);
   WriteVonMisses(project, results);
 }
+
+}  // namespace kestol

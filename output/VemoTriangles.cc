@@ -4,6 +4,8 @@
 #include "output/OutputText.h"
 #include "output/VemoBlocks.h"
 
+namespace kestol {
+
 namespace {
 
 // Stress options under which a block is written, and where its values come from.
@@ -97,3 +99,5 @@ void WriteTriangleResults(const Project& project, int m, OutputText& results) {
   for (const PointBlock& block : kPointBlocks)
     if (IsWritten(block, project.stressOption)) WriteBlock(project, m, block, results);
 }
+
+}  // namespace kestol

@@ -19,6 +19,8 @@
 #include <string>
 #include <vector>
 
+namespace kestol {
+
 namespace {
 
 namespace fs = std::filesystem;
@@ -126,3 +128,5 @@ INSTANTIATE_TEST_SUITE_P(All, Example, testing::ValuesIn(AllExamples()),
                          });
 
 }  // namespace
+
+}  // namespace kestol

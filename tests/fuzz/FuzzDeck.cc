@@ -14,7 +14,9 @@
 #include "output/OutputText.h"
 #include "output/PrintProject.h"
 #include "output/VemoFiles.h"
-#include "tests/support/FatalExit.h"
+#include "tests/support/ExpectFatal.h"
+
+namespace kestol {
 
 namespace {
 
@@ -48,10 +50,13 @@ void RunAll(const std::string& text) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const std::string text(reinterpret_cast<const char*>(data), size);
   if (AsksForMuch(text)) return 0;
+  error.Clear();
   try {
     RunAll(text);
-  } catch (const FatalExit&) {
+  } catch (const FatalError&) {
     // A refusal is a good answer.
   }
   return 0;
 }
+
+}  // namespace kestol

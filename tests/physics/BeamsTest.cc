@@ -10,6 +10,8 @@
 #include "tests/support/FrameDeck.h"
 #include "tests/support/RunDeck.h"
 
+namespace kestol {
+
 namespace {
 
 constexpr double kRelative = 1e-6;
@@ -338,3 +340,5 @@ TEST_P(Beams, HangingBarUnderItsOwnWeight) {
 }
 
 }  // namespace
+
+}  // namespace kestol

@@ -8,6 +8,8 @@
 #include "tests/support/NodalFields.h"
 #include "tests/support/SampleModels.h"
 
+namespace kestol {
+
 namespace {
 
 const std::string kSparse = "Solver Sparse 1e-14 1e-10 20000\n";
@@ -143,3 +145,5 @@ TEST(ConvertedShell, MeshesOfThreeAndSixNodesStandTogether) {
 }
 
 }  // namespace
+
+}  // namespace kestol

@@ -8,6 +8,8 @@
 #include "tests/support/RunDeck.h"
 #include "tests/support/SpaceFrame.h"
 
+namespace kestol {
+
 namespace {
 
 Resultant OfSupports(const Project& project) {
@@ -98,3 +100,5 @@ TEST(FrameEquilibrium, HoldsForNodalLoadsAndPrintedReactions) {
 }
 
 }  // namespace
+
+}  // namespace kestol

@@ -7,6 +7,8 @@
 #include "tests/support/FrameDeck.h"
 #include "tests/support/RunDeck.h"
 
+namespace kestol {
+
 namespace {
 
 TEST(FrameHinges, TransmitNoMomentWhicheverEndTheyAreAt) {
@@ -72,3 +74,5 @@ TEST(FrameHinges, ATriangleOfHingedBarsIsATruss) {
 }
 
 }  // namespace
+
+}  // namespace kestol

@@ -11,6 +11,8 @@
 #include "tests/support/RunDeck.h"
 #include "tests/support/SpaceFrame.h"
 
+namespace kestol {
+
 namespace {
 
 TEST(FrameInvariance, SplittingABeamChangesNothingAtCommonNodes) {
@@ -195,3 +197,5 @@ TEST(FrameInvariance, NumbersDirectionsAndMeshesOfTheDeckDoNotMatter) {
 }
 
 }  // namespace
+
+}  // namespace kestol

@@ -10,6 +10,8 @@
 #include "tests/support/RunDeck.h"
 #include "tests/support/SpaceFrame.h"
 
+namespace kestol {
+
 namespace {
 
 TEST(FrameLinearity, LoadsSuperpose) {
@@ -80,3 +82,5 @@ TEST(FrameLinearity, RigidMotionsOfTheSupportsGiveNoForces) {
 }
 
 }  // namespace
+
+}  // namespace kestol

@@ -9,6 +9,8 @@
 #include "tests/support/FrameDeck.h"
 #include "tests/support/RunDeck.h"
 
+namespace kestol {
+
 namespace {
 
 /// What one author writes for the frame.
@@ -98,3 +100,5 @@ TEST(FrameUnits, AnswersComeInTheUnitsOfTheResults) {
 }
 
 }  // namespace
+
+}  // namespace kestol

@@ -7,6 +7,8 @@
 
 #include "tests/support/Balance.h"
 
+namespace kestol {
+
 namespace {
 
 class MeshEquilibrium : public testing::TestWithParam<Sample> {};
@@ -96,3 +98,5 @@ TEST(CurvedMeshEquilibrium, PressureOnAShellWithCurvedEdgesIsThatOnItsArea) {
 }
 
 }  // namespace
+
+}  // namespace kestol

@@ -9,6 +9,8 @@
 #include "tests/support/NodalFields.h"
 #include "tests/support/SampleModels.h"
 
+namespace kestol {
+
 namespace {
 
 class MeshInvariance : public testing::TestWithParam<Sample> {
@@ -139,3 +141,5 @@ TEST_P(MeshInvariance, TurningAndMovingTheModelTurnsTheAnswer) {
 }
 
 }  // namespace
+
+}  // namespace kestol

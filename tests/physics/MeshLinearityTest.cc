@@ -8,6 +8,8 @@
 
 #include "tests/support/Balance.h"
 
+namespace kestol {
+
 namespace {
 
 class MeshLinearity : public testing::TestWithParam<Sample> {
@@ -200,3 +202,5 @@ TEST(MeshWork, OfLoadsAndSupportsIsThatOfTheStrengths) {
 }
 
 }  // namespace
+
+}  // namespace kestol

@@ -8,6 +8,8 @@
 #include "tests/support/NodalFields.h"
 #include "tests/support/SampleModels.h"
 
+namespace kestol {
+
 namespace {
 
 class MeshSupports : public testing::TestWithParam<Sample> {
@@ -84,3 +86,5 @@ TEST_P(MeshSupports, InclinedSpringsPushBackAlongTheirAxes) {
 }
 
 }  // namespace
+
+}  // namespace kestol

@@ -6,6 +6,8 @@
 #include "tests/support/NodalFields.h"
 #include "tests/support/SampleModels.h"
 
+namespace kestol {
+
 namespace {
 
 constexpr UnitSizes kSI{1.0, 1.0};
@@ -78,3 +80,5 @@ TEST_P(MeshUnits, LinesMayNameTheirOwn) {
 }
 
 }  // namespace
+
+}  // namespace kestol

@@ -5,6 +5,8 @@
 
 #include "tests/support/Balance.h"
 
+namespace kestol {
+
 namespace {
 
 constexpr int kNone = MeshModel::kNoFace;
@@ -92,3 +94,5 @@ TEST_P(ShellEquilibrium, HoldsForOwnWeight) {
 }
 
 }  // namespace
+
+}  // namespace kestol

@@ -2,9 +2,11 @@
 #include <cmath>
 
 #include "tests/support/ElementStiffness.h"
-#include "tests/support/FatalExit.h"
+#include "tests/support/ExpectFatal.h"
 #include "tests/support/MeshDeck.h"
 #include "tests/support/RunDeck.h"
+
+namespace kestol {
 
 namespace {
 
@@ -398,3 +400,5 @@ TEST(CylindricalRoof, ConvertedQuarterIsWithinFivePerCent) {
 }
 
 }  // namespace
+
+}  // namespace kestol

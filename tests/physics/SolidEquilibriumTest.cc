@@ -5,6 +5,8 @@
 
 #include "tests/support/Balance.h"
 
+namespace kestol {
+
 namespace {
 
 class SolidEquilibrium : public testing::TestWithParam<Sample> {
@@ -70,3 +72,5 @@ TEST_P(SolidEquilibrium, HoldsForOwnWeight) {
 }
 
 }  // namespace
+
+}  // namespace kestol

@@ -3,9 +3,11 @@
 
 #include "analysis/Solid.h"
 #include "tests/support/ElementStiffness.h"
-#include "tests/support/FatalExit.h"
+#include "tests/support/ExpectFatal.h"
 #include "tests/support/MeshDeck.h"
 #include "tests/support/RunDeck.h"
+
+namespace kestol {
 
 namespace {
 
@@ -333,3 +335,5 @@ TEST(ThickPlate, StressAtTheInnerEllipseIsNearThePublishedOne) {
 }
 
 }  // namespace
+
+}  // namespace kestol

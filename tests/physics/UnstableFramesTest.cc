@@ -7,6 +7,8 @@
 #include "tests/support/Refused.h"
 #include "tests/support/SpaceFrame.h"
 
+namespace kestol {
+
 namespace {
 
 /// The frame of a house in SI units: large stiffnesses, pivots that rounding keeps from 0.
@@ -18,7 +20,7 @@ FrameDeck UnsupportedFrame() {
 
 void ExpectRefused(const FrameDeck& deck, const std::string& warnings) {
   const auto with = [&](const std::string& key) { return FrameDeck(deck).Key(key).Text(); };
-  ::ExpectRefused(with, warnings);
+  kestol::ExpectRefused(with, warnings);
 }
 
 TEST(UnstableFrames, WithoutSupportsAreRefused) {
@@ -58,3 +60,5 @@ TEST(UnstableFrames, WithAPartThatIsNotHeldAreRefused) {
 }
 
 }  // namespace
+
+}  // namespace kestol

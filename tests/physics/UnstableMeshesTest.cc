@@ -9,6 +9,8 @@
 #include "tests/support/Refused.h"
 #include "tests/support/SampleModels.h"
 
+namespace kestol {
+
 namespace {
 
 /// Steel in N and m: large stiffnesses, pivots that rounding keeps from 0.
@@ -35,7 +37,7 @@ void ExpectRefused(const MeshModel& model, const std::string& warnings) {
     copy.keys += "\n" + key;
     return copy.Text();
   };
-  ::ExpectRefused(with, warnings);
+  kestol::ExpectRefused(with, warnings);
 }
 
 void ExpectSolved(const MeshModel& model) {
@@ -177,3 +179,5 @@ TEST(UnstablePlate, ThatSpinsInItsPlaneIsRefusedThoughItsBeamsAreGrounded) {
 }
 
 }  // namespace
+
+}  // namespace kestol

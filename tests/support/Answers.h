@@ -6,6 +6,8 @@
 
 #include "tests/support/RunDeck.h"
 
+namespace kestol {
+
 // All numbers of a solved project, for tests that compare two models of one structure.
 
 inline double LargestDisplacement(const Project& project) {
@@ -27,3 +29,5 @@ inline std::vector<double> AnswersOf(const Project& project) {
     answers.insert(answers.end(), strengths.begin(), strengths.end());
   return answers;
 }
+
+}  // namespace kestol

@@ -9,6 +9,8 @@
 #include "algebra/Vector3.h"
 #include "model/Material.h"
 
+namespace kestol {
+
 // Expectations about the axes of beams and shells, the columns of T.
 
 /// A material whose Euler angles are given.
@@ -66,3 +68,5 @@ inline std::vector<Vector3> Directions() {
     directions.push_back(Unit({component(generator), component(generator), component(generator)}));
   return directions;
 }
+
+}  // namespace kestol

@@ -10,6 +10,8 @@
 #include "tests/support/NodalFields.h"
 #include "tests/support/SampleModels.h"
 
+namespace kestol {
+
 // Loads on shells and solids against the reactions of their supports.
 
 /// The elements of the first block that no support touches: their whole load reaches the printed
@@ -80,3 +82,5 @@ inline void LetWeigh(MeshModel& model, const std::vector<MeshModel::Element>& he
       if (element.number == other.number) element.material += 10;
   model.gravity = Unit({2, -1, -3});
 }
+
+}  // namespace kestol

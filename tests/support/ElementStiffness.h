@@ -11,6 +11,8 @@
 #include "analysis/Assembly.h"
 #include "tests/support/RunDeck.h"
 
+namespace kestol {
+
 /// The stiffness of a small project as a dense matrix, by equation, without supports and in global
 /// axes (or in those of inclined supports); with the drilling term where the project has
 /// coplanarity flags.
@@ -72,3 +74,5 @@ inline void TurnNode(Matriu& K, int node, int dofs, const FixedMatrix<3, 3>& A) 
     }
   }
 }
+
+}  // namespace kestol

@@ -7,6 +7,8 @@
 #include "model/Elem.h"
 #include "model/Node.h"
 
+namespace kestol {
+
 /// One element with nodes of its own, numbered from 1, for tests of geometry.
 class LoneElement {
 public:
@@ -28,3 +30,5 @@ public:
   std::vector<Node> nodes;
   Elem elem;
 };
+
+}  // namespace kestol

@@ -4,6 +4,8 @@
 #include <sstream>
 #include <string>
 
+namespace kestol {
+
 /// A stream that keeps its text and counts its flushes.
 class FlushCounter : public std::ostream {
 public:
@@ -18,3 +20,5 @@ private:
   };
   Buffer buffer_;
 };
+
+}  // namespace kestol

@@ -4,6 +4,8 @@
 #include <initializer_list>
 #include <string>
 
+namespace kestol {
+
 /// The deck of a frame in the making. Numbers are written with all their digits.
 class FrameDeck {
 public:
@@ -85,3 +87,5 @@ private:
   std::string keys_, coordinates_, elements_, materials_, constraints_, rotules_, nodalLoads_,
       lineLoads_;
 };
+
+}  // namespace kestol

@@ -6,6 +6,8 @@
 #include "algebra/Matriu.h"
 #include "algebra/ReaVecT.h"
 
+namespace kestol {
+
 /// Calls f(node, later node, direction) once for every spring; nodes from 1.
 template <class Function>
 void GridModel::ForEachSpring(Function f) const {
@@ -56,3 +58,5 @@ void GridModel::Hold(StiffnessMatrix& K, double value, ReaVecT& rhs) const {
     K.Prescribe(equation, value, rhs);
   }
 }
+
+}  // namespace kestol

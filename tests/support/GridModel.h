@@ -4,6 +4,8 @@
 
 #include "algebra/StiffnessMatrix.h"
 
+namespace kestol {
+
 /// A block of nx x ny x nz nodes in which every node is tied to its 26 neighbours by springs with
 /// `dofs` degrees of freedom: elastic material on a regular grid. All nodes of the plane z = 0 are
 /// held, when asked.
@@ -25,3 +27,5 @@ private:
   template <class Function>
   void ForEachSpring(Function f) const;
 };
+
+}  // namespace kestol

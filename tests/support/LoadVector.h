@@ -7,6 +7,8 @@
 #include "analysis/ElementRoutines.h"
 #include "tests/support/RunDeck.h"
 
+namespace kestol {
+
 /// What own weight and distributed loads of a deck put on its nodes: by equations in the order of
 /// the deck, in global axes. Nodal loads are left out.
 inline std::vector<double> LoadsOf(const std::string& deck) {
@@ -21,3 +23,5 @@ inline Vector3 At(const std::vector<double>& loads, int node, int dofs, int firs
   const double* const f = loads.data() + dofs * (node - 1) + first;
   return {f[0], f[1], f[2]};
 }
+
+}  // namespace kestol

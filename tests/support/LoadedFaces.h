@@ -8,6 +8,8 @@
 #include "tests/support/MeshModel.h"
 #include "tests/support/Resultant.h"
 
+namespace kestol {
+
 // The resultants of loads on straight triangles and tetrahedra, from their corners alone.
 
 /// A triangle in space.
@@ -80,3 +82,5 @@ inline Resultant OnFace(const Face& face, const Vector3& p) {
   sum.AddForce(face.Centroid(), Times(p, face.Area()));
   return sum;
 }
+
+}  // namespace kestol

@@ -8,9 +8,11 @@
 #include <utility>
 #include <vector>
 
+#include "input/LoadsReader.h"
 #include "input/Project.h"
 #include "input/TextInput.h"
-#include "model/LoadsReader.h"
+
+namespace kestol {
 
 /// A bare model: nodes 1 to 10, and one element, number 100 x type + 1, of every type asked for.
 class LoadsFixture : public testing::Test {
@@ -71,3 +73,5 @@ protected:
 };
 
 using Numbers = std::vector<double>;
+
+}  // namespace kestol

@@ -11,6 +11,8 @@
 
 #include "algebra/Vector3.h"
 
+namespace kestol {
+
 // Meshes of triangles and tetrahedra for the tests, and their text as a deck.
 
 /// Where a point of the unit square or cube goes.
@@ -187,3 +189,5 @@ inline TestMesh UnitTetrahedron(bool ten) {
   if (ten) ToTen(mesh);
   return mesh;
 }
+
+}  // namespace kestol

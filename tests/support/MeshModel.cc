@@ -8,6 +8,8 @@
 #include "model/EulerAngles.h"
 #include "tests/support/RunDeck.h"
 
+namespace kestol {
+
 namespace {
 
 std::string Angles(const std::optional<Vector3>& angles) {
@@ -288,3 +290,5 @@ std::unique_ptr<Project> Solved(MeshModel model, const std::string& keys, int re
   model.keys += "\n" + keys;
   return RunDeck(model.Text(), renumber);
 }
+
+}  // namespace kestol

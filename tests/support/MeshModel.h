@@ -13,6 +13,8 @@
 #include "input/Project.h"
 #include "tests/support/MeshDeck.h"
 
+namespace kestol {
+
 // A spatial structure as data, so that it can be turned, numbered anew and written in other units
 // as a whole before it becomes the text of a deck.
 
@@ -123,3 +125,5 @@ MeshModel InUnits(MeshModel model, const UnitSizes& mesh, const UnitSizes& lines
 
 /// The deck with further lines of keywords, solved.
 std::unique_ptr<Project> Solved(MeshModel model, const std::string& keys = "", int renumber = 1);
+
+}  // namespace kestol

@@ -7,6 +7,8 @@
 #include "input/Units.h"
 #include "model/Mesh.h"
 
+namespace kestol {
+
 // Mesh blocks as text, and their reading outside of a whole deck.
 
 /// A block of 2-noded elements in the plane.
@@ -36,3 +38,5 @@ inline std::string Heading(const std::string& elemType, int nnode) {
 inline std::unique_ptr<Mesh> ReadHeading(const std::string& elemType, int nnode) {
   return Read(Heading(elemType, nnode) + "coordinates 1 0 0\nend elements end");
 }
+
+}  // namespace kestol

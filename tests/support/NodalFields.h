@@ -10,6 +10,8 @@
 #include "tests/support/ElementStiffness.h"
 #include "tests/support/RunDeck.h"
 
+namespace kestol {
+
 // The answer of a spatial model node by node, in the numbers of the deck, for tests that compare
 // two models of one structure.
 
@@ -140,3 +142,5 @@ inline void ExpectSameAnswer(Project& got, Project& wanted, double tolerance) {
     for (const auto [number, elem] : mesh->elems)
       ExpectSameValues(ValuesOf(got, number), ValuesOf(wanted, number), 10 * tolerance, number);
 }
+
+}  // namespace kestol

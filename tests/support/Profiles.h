@@ -10,6 +10,8 @@
 
 #include "algebra/Txolesky.h"
 
+namespace kestol {
+
 // Profiles of matrices, and matrices on them, for the tests and timings of the factorisation.
 
 /// A matrix on a profile of given heights, with storage of its own.
@@ -136,3 +138,5 @@ inline std::vector<std::pair<std::string, std::vector<int>>> ProfileKinds() {
       {"spiked",                  SpikedHeights(530)                                 },
   };
 }
+
+}  // namespace kestol

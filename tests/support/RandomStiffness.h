@@ -8,6 +8,8 @@
 #include "algebra/Matriu.h"
 #include "algebra/SparseMatrix.h"
 
+namespace kestol {
+
 inline std::vector<double> RandomVector(std::mt19937& random, int n) {
   std::uniform_real_distribution<double> number(-1.0, 1.0);
   std::vector<double> x(n);
@@ -52,3 +54,5 @@ inline SparseMatrix RandomStiffness(std::mt19937& random, int nodes, int dofs, d
   }
   return A;
 }
+
+}  // namespace kestol

@@ -7,6 +7,8 @@
 #include "input/ProjectReader.h"
 #include "input/TextInput.h"
 
+namespace kestol {
+
 // Small decks, whole or from their problem section alone, into a model.
 
 inline constexpr char kHeader[] = "problem beams\ntype 2d\n";
@@ -35,3 +37,5 @@ inline std::unique_ptr<Project> Read(const std::string& deck) {
 inline std::unique_ptr<Project> ReadKeywords(const std::string& text) {
   return Read(kHeader + text + "\n" + kMesh);
 }
+
+}  // namespace kestol

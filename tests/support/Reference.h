@@ -8,6 +8,8 @@
 #include "algebra/Zero.h"
 #include "output/InfoFile.h"
 
+namespace kestol {
+
 /// Algorithms as a textbook writes them down: the slow twins of what the program computes in
 /// another order.
 namespace reference {
@@ -36,3 +38,5 @@ inline int Txolesky(const Profile& K, std::ostream* info) {
 }
 
 }  // namespace reference
+
+}  // namespace kestol

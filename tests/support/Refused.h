@@ -3,8 +3,10 @@
 #include <functional>
 #include <string>
 
-#include "tests/support/FatalExit.h"
+#include "tests/support/ExpectFatal.h"
 #include "tests/support/RunDeck.h"
+
+namespace kestol {
 
 /// Expects that a model is refused by both solvers, in both numberings, with these warnings in
 /// front of the solver's error. `deckWith` gives the text with a further line of keywords.
@@ -15,10 +17,13 @@ inline void ExpectRefused(const std::function<std::string(const std::string&)>& 
       try {
         RunDeck(deckWith(std::string("Solver ") + solver), renumber);
         ADD_FAILURE() << "solved by " << solver;
-      } catch (const FatalExit& exit) {
-        EXPECT_EQ(exit.status, 2);
-        EXPECT_THAT(exit.text, testing::StartsWith(warnings + "error when solving system"));
-        EXPECT_THAT(exit.text, testing::EndsWith("Probably conditions are not correct\n"));
+      } catch (const FatalError& refusal) {
+        EXPECT_EQ(refusal.Status(), 2);
+        EXPECT_THAT(refusal.what(), testing::StartsWith(warnings + "error when solving system"));
+        EXPECT_THAT(refusal.what(), testing::EndsWith("Probably conditions are not correct\n"));
+        error.Clear();
       }
     }
 }
+
+}  // namespace kestol

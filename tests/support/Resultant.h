@@ -4,6 +4,8 @@
 
 #include "algebra/Vector3.h"
 
+namespace kestol {
+
 /// Sum of forces, and of moments about the origin.
 struct Resultant {
   Vector3 force{}, moment{};
@@ -25,3 +27,5 @@ inline void ExpectNone(const Resultant& sum, double tolerance) {
     EXPECT_NEAR(sum.moment[i], 0.0, tolerance) << "moment " << i;
   }
 }
+
+}  // namespace kestol

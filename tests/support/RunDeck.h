@@ -13,6 +13,8 @@
 #include "input/ProjectReader.h"
 #include "input/TextInput.h"
 
+namespace kestol {
+
 // From the text of a deck to a solved project, in process, and questions to that project in the
 // numbers of the deck.
 
@@ -96,3 +98,5 @@ inline std::vector<double> SupportForces(const Project& project, int nodeNumber)
     for (int d = 0; d < dofs; ++d) sum[d] -= (*node.load)(d + 1);
   return sum;
 }
+
+}  // namespace kestol

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+namespace kestol {
+
 namespace {
 
 constexpr int kNone = MeshModel::kNoFace;
@@ -189,3 +191,5 @@ std::vector<Sample> AllSamples() {
       {"TenNodedSolid",   [](Dress dress) { return SampleSolid(true, dress, true); }   },
   };
 }
+
+}  // namespace kestol

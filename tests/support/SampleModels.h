@@ -7,6 +7,8 @@
 
 #include "tests/support/MeshModel.h"
 
+namespace kestol {
+
 // Models that are irregular in every way a deck allows, small enough for many runs.
 
 /// How much of a sample is there.
@@ -37,3 +39,5 @@ std::vector<Sample> AllSamples();
 inline std::string NameOf(const testing::TestParamInfo<Sample>& info) {
   return info.param.name;
 }
+
+}  // namespace kestol

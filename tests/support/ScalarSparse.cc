@@ -5,6 +5,8 @@
 
 #include "algebra/SparseMatrix.h"
 
+namespace kestol {
+
 namespace {
 
 double Dot(const std::vector<double>& a, const std::vector<double>& b) {
@@ -105,3 +107,5 @@ int ScalarSparse::ConjugateGradient(std::vector<double>& x, const std::vector<do
   }
   return -1;
 }
+
+}  // namespace kestol

@@ -3,6 +3,8 @@
 #include <map>
 #include <vector>
 
+namespace kestol {
+
 class SparseMatrix;
 
 /// The sparse algorithms as a textbook has them, entry by entry, without any thought of speed: what
@@ -31,3 +33,5 @@ public:
 private:
   std::vector<std::map<int, double>> rows_;
 };
+
+}  // namespace kestol

@@ -8,6 +8,8 @@
 #include "algebra/ReaVecT.h"
 #include "algebra/StiffnessMatrix.h"
 
+namespace kestol {
+
 /// A solver that keeps a diary of what is asked of it and answers as told.
 class ScriptedSolver : public StiffnessMatrix {
 public:
@@ -63,3 +65,5 @@ public:
 private:
   static std::string Text(int number) { return std::to_string(number) + ' '; }
 };
+
+}  // namespace kestol

@@ -10,6 +10,8 @@
 #include "output/OutputText.h"
 #include "output/VemoFiles.h"
 
+namespace kestol {
+
 /// A project filled by hand: what the writers of results read, without a reader or a solution.
 /// Nodes and elements are given by their numbers in the input; call Size() when all are there.
 class SmallModel {
@@ -133,3 +135,5 @@ private:
 public:
   Project& project = *owner_;
 };
+
+}  // namespace kestol

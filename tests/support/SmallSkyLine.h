@@ -8,6 +8,8 @@
 #include "algebra/ReaVecT.h"
 #include "algebra/SkyLine.h"
 
+namespace kestol {
+
 // Small matrices in the skyline solver, and their entries to compare.
 
 /// Springs of stiffness 1 in a row, both ends held: 2 on the diagonal, -1 beside it.
@@ -48,3 +50,5 @@ inline std::vector<double> Entries(SkyLine& K) {
   K.CopyFromYouToMat(dense);
   return {dense.data.get(), dense.data.get() + dense.size};
 }
+
+}  // namespace kestol

@@ -5,6 +5,8 @@
 #include "algebra/SparseSolver.h"
 #include "tests/support/GridModel.h"
 
+namespace kestol {
+
 // Small models in the sparse solver: chains of springs and a grid.
 
 inline Matriu Single(double value) {
@@ -56,3 +58,5 @@ struct Held : SparseSolver {
     grid.Hold(*this, 0.0, rhs);
   }
 };
+
+}  // namespace kestol

@@ -6,6 +6,8 @@
 #include "algebra/Vector3.h"
 #include "tests/support/FrameDeck.h"
 
+namespace kestol {
+
 /// A spatial frame without any symmetry: four columns of different heights, a ring, a diagonal.
 inline const std::vector<Vector3> kFrame = {
     {0.0, 0.0, 0.0},
@@ -53,3 +55,5 @@ inline FrameDeck SpaceFrame(const std::function<Vector3(const Vector3&)>& place 
   for (int n = 1; n <= kFeet; ++n) deck.Clamp(n);
   return deck;
 }
+
+}  // namespace kestol

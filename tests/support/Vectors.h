@@ -7,6 +7,8 @@
 #include "algebra/ReaVec3.h"
 #include "algebra/ReaVecT.h"
 
+namespace kestol {
+
 /// Short ways to write vectors and matrices in tests and to compare their entries.
 
 /// A vector of type V of the given entries.
@@ -29,3 +31,5 @@ template <class Container>
 std::vector<double> Entries(const Container& container) {
   return {container.begin(), container.end()};
 }
+
+}  // namespace kestol

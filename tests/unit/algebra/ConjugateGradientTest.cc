@@ -6,6 +6,8 @@
 #include "algebra/SparseMatrix.h"
 #include "tests/support/FlushCounter.h"
 
+namespace kestol {
+
 namespace {
 
 /// M = I.
@@ -162,3 +164,5 @@ TEST(ConjugateGradient, ChainOfSpringsIsLinear) {
 }
 
 }  // namespace
+
+}  // namespace kestol

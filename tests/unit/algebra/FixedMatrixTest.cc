@@ -1,5 +1,7 @@
 #include "algebra/FixedMatrix.h"
-#include "tests/support/FatalExit.h"
+#include "tests/support/ExpectFatal.h"
+
+namespace kestol {
 
 namespace {
 
@@ -47,3 +49,5 @@ TEST(FixedMatrix, AddsAndScalesInPlace) {
 }
 
 }  // namespace
+
+}  // namespace kestol

@@ -6,6 +6,8 @@
 
 #include "algebra/LargePages.h"
 
+namespace kestol {
+
 namespace {
 
 using Allocator = LargePageAllocator<double>;
@@ -36,3 +38,5 @@ TEST(LargePageAllocator, CountsWhoseBytesCannotBeCountedAreRefused) {
 }
 
 }  // namespace
+
+}  // namespace kestol

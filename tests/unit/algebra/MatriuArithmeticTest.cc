@@ -2,8 +2,10 @@
 #include <utility>
 
 #include "algebra/Matriu.h"
-#include "tests/support/FatalExit.h"
+#include "tests/support/ExpectFatal.h"
 #include "tests/support/Vectors.h"
+
+namespace kestol {
 
 namespace {
 
@@ -258,3 +260,5 @@ TEST(Matriu, TimesAVectorRefusesOtherLengths) {
 }
 
 }  // namespace
+
+}  // namespace kestol

@@ -1,8 +1,10 @@
 #include <limits>
 
 #include "algebra/Matriu.h"
-#include "tests/support/FatalExit.h"
+#include "tests/support/ExpectFatal.h"
 #include "tests/support/Vectors.h"
+
+namespace kestol {
 
 namespace {
 
@@ -83,3 +85,5 @@ TEST(Matriu, EqualityWithinATolerance) {
 }
 
 }  // namespace
+
+}  // namespace kestol

@@ -3,8 +3,10 @@
 #include <random>
 
 #include "algebra/Matriu.h"
-#include "tests/support/FatalExit.h"
+#include "tests/support/ExpectFatal.h"
 #include "tests/support/Vectors.h"
+
+namespace kestol {
 
 namespace {
 
@@ -216,3 +218,5 @@ TEST(Matriu, SolveRefusesSizesThatDoNotFit) {
 }
 
 }  // namespace
+
+}  // namespace kestol

@@ -1,8 +1,10 @@
 #include <utility>
 
 #include "algebra/Matriu.h"
-#include "tests/support/FatalExit.h"
+#include "tests/support/ExpectFatal.h"
 #include "tests/support/Vectors.h"
+
+namespace kestol {
 
 namespace {
 
@@ -39,8 +41,8 @@ TEST(Matriu, ZeroSizeKeepsItsShape) {
 }
 
 TEST(Matriu, SizesBeyondTheFieldCountAsExhaustedHeap) {
-  EXPECT_FATAL(Matriu(65536, 65536), "Not space available on heap");
-  EXPECT_FATAL(Matriu(kLargest, kLargest), "Not space available on heap");
+  EXPECT_NO_MEMORY(Matriu(65536, 65536));
+  EXPECT_NO_MEMORY(Matriu(kLargest, kLargest));
 }
 
 TEST(Matriu, EntriesLieRowByRow) {
@@ -246,7 +248,7 @@ TEST(Matriu, PlaceBlockRefusesPlacesBeforeTheFirstEntry) {
 
 TEST(Matriu, PlaceBlockBeyondTheLargestRowCountsAsExhaustedHeap) {
   Matriu M(2, 2);
-  EXPECT_FATAL(M.PlaceBlock(kLargest, 1, Matriu(2, 1)), "Not space available on heap");
+  EXPECT_NO_MEMORY(M.PlaceBlock(kLargest, 1, Matriu(2, 1)));
 }
 
 // --- concatenation ---------------------------------------------------------------------------
@@ -276,3 +278,5 @@ TEST(Matriu, ConcatenationsRefuseZeroSizeBeforeTheyLookAtShapes) {
 }
 
 }  // namespace
+
+}  // namespace kestol

@@ -3,8 +3,10 @@
 #include <sstream>
 
 #include "algebra/Matriu.h"
-#include "tests/support/FatalExit.h"
+#include "tests/support/ExpectFatal.h"
 #include "tests/support/Vectors.h"
+
+namespace kestol {
 
 namespace {
 
@@ -88,3 +90,5 @@ TEST(Matriu, BinaryReadIsAlwaysRefused) {
 }
 
 }  // namespace
+
+}  // namespace kestol

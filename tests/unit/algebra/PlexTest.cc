@@ -1,7 +1,9 @@
 #include <vector>
 
 #include "algebra/Plex.h"
-#include "tests/support/FatalExit.h"
+#include "tests/support/ExpectFatal.h"
+
+namespace kestol {
 
 namespace {
 
@@ -87,3 +89,5 @@ TEST(Plex, WalkOfAnEmptyOneTakesNoStep) {
 }
 
 }  // namespace
+
+}  // namespace kestol

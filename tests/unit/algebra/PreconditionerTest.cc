@@ -7,9 +7,11 @@
 #include "algebra/ILUPreconditioner.h"
 #include "algebra/NodeBlockFactors.h"
 #include "algebra/Preconditioner.h"
-#include "tests/support/FatalExit.h"
+#include "tests/support/ExpectFatal.h"
 #include "tests/support/RandomStiffness.h"
 #include "tests/support/ScalarSparse.h"
+
+namespace kestol {
 
 namespace {
 
@@ -349,3 +351,5 @@ TEST(ILUPreconditioner, IsNotRebuilt) {
 }
 
 }  // namespace
+
+}  // namespace kestol

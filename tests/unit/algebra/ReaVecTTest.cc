@@ -2,8 +2,10 @@
 #include <utility>
 
 #include "algebra/ReaVecT.h"
-#include "tests/support/FatalExit.h"
+#include "tests/support/ExpectFatal.h"
 #include "tests/support/Vectors.h"
+
+namespace kestol {
 
 namespace {
 
@@ -243,3 +245,5 @@ TEST(ReaVecT, MergeTakesTheFirstVectorWhenTheComparisonIsBelowOne) {
 }
 
 }  // namespace
+
+}  // namespace kestol

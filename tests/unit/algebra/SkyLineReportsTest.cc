@@ -2,8 +2,10 @@
 #include <sstream>
 
 #include "algebra/SkyLine.h"
-#include "tests/support/FatalExit.h"
+#include "tests/support/ExpectFatal.h"
 #include "tests/support/FlushCounter.h"
+
+namespace kestol {
 
 namespace {
 
@@ -211,3 +213,5 @@ TEST(SkyLineReports, AVanishingRowIsADependentMultipleOfAnother) {
 }
 
 }  // namespace
+
+}  // namespace kestol

@@ -2,9 +2,11 @@
 #include <cmath>
 #include <sstream>
 
-#include "tests/support/FatalExit.h"
+#include "tests/support/ExpectFatal.h"
 #include "tests/support/FlushCounter.h"
 #include "tests/support/SmallSkyLine.h"
+
+namespace kestol {
 
 namespace {
 
@@ -176,3 +178,5 @@ TEST(SkyLine, ReportsProgressOfADegreeBeforeItFails) {
 }
 
 }  // namespace
+
+}  // namespace kestol

@@ -1,7 +1,9 @@
 #include <numeric>
 
-#include "tests/support/FatalExit.h"
+#include "tests/support/ExpectFatal.h"
 #include "tests/support/SmallSkyLine.h"
+
+namespace kestol {
 
 namespace {
 
@@ -203,3 +205,5 @@ TEST(SkyLine, CopyHasZerosOutsideTheProfile) {
 }
 
 }  // namespace
+
+}  // namespace kestol

@@ -4,10 +4,12 @@
 
 #include "algebra/ConjugateGradient.h"
 #include "algebra/ILUPreconditioner.h"
-#include "tests/support/FatalExit.h"
+#include "tests/support/ExpectFatal.h"
 #include "tests/support/FlushCounter.h"
 #include "tests/support/ScalarSparse.h"
 #include "tests/support/SmallSparse.h"
+
+namespace kestol {
 
 namespace {
 
@@ -255,3 +257,5 @@ TEST(SparseSolver, IterationsAreThoseOfTheScalarAlgorithm) {
 }
 
 }  // namespace
+
+}  // namespace kestol

@@ -3,8 +3,10 @@
 #include "algebra/BlockKernels.h"
 #include "algebra/SparseKernels.h"
 #include "algebra/SparseMatrix.h"
-#include "tests/support/FatalExit.h"
+#include "tests/support/ExpectFatal.h"
 #include "tests/support/RandomStiffness.h"
+
+namespace kestol {
 
 namespace {
 
@@ -190,3 +192,5 @@ TEST(SparseKernels, NodeBlockKernelsExistForThreeAndSixDegrees) {
 }
 
 }  // namespace
+
+}  // namespace kestol

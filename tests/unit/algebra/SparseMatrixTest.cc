@@ -2,7 +2,9 @@
 
 #include "algebra/Matriu.h"
 #include "algebra/SparseMatrix.h"
-#include "tests/support/FatalExit.h"
+#include "tests/support/ExpectFatal.h"
+
+namespace kestol {
 
 namespace {
 
@@ -46,7 +48,7 @@ TEST(SparseMatrix, RefusesNegativeRowLengths) {
 }
 
 TEST(SparseMatrix, SumsRowLengthsBeyond32Bits) {
-  EXPECT_FATAL(SparseMatrix(3, {1 << 30, 1 << 30, 1 << 30}), "Not space available on heap");
+  EXPECT_NO_MEMORY(SparseMatrix(3, {1 << 30, 1 << 30, 1 << 30}));
 }
 
 TEST(SparseMatrix, SlotsAreClaimedInTheOrderOfFirstUse) {
@@ -346,3 +348,5 @@ TEST(SparseMatrix, PrintsClaimedEntriesRowByRow) {
 }
 
 }  // namespace
+
+}  // namespace kestol

@@ -1,9 +1,11 @@
 #include <climits>
 #include <sstream>
 
-#include "tests/support/FatalExit.h"
+#include "tests/support/ExpectFatal.h"
 #include "tests/support/FlushCounter.h"
 #include "tests/support/SmallSparse.h"
+
+namespace kestol {
 
 namespace {
 
@@ -176,3 +178,5 @@ TEST(SparseSolver, StorageReportCountsTwelveBytesAnEntryAndFourARow) {
 }
 
 }  // namespace
+
+}  // namespace kestol

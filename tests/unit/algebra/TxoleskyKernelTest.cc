@@ -6,6 +6,8 @@
 
 #include "algebra/TxoleskyKernel.h"
 
+namespace kestol {
+
 namespace {
 
 constexpr int kLongest = 200;
@@ -84,3 +86,5 @@ TEST(TxoleskyKernels, TheLastOneRunsEverywhere) {
 }
 
 }  // namespace
+
+}  // namespace kestol

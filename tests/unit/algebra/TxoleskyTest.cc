@@ -4,9 +4,11 @@
 #include <vector>
 
 #include "algebra/Txolesky.h"
-#include "tests/support/FatalExit.h"
+#include "tests/support/ExpectFatal.h"
 #include "tests/support/Profiles.h"
 #include "tests/support/Reference.h"
+
+namespace kestol {
 
 namespace {
 
@@ -26,7 +28,7 @@ double Difference(const TestMatrix& A, const TestMatrix& B) {
 class Txolesky : public testing::TestWithParam<TileKernel> {
 protected:
   int Factorise(TestMatrix& K, std::ostream* info = nullptr) {
-    return ::Txolesky(K.View(), info, GetParam());
+    return kestol::Txolesky(K.View(), info, GetParam());
   }
 };
 
@@ -183,7 +185,7 @@ TEST_P(Txolesky, NothingBesideTheProfileIsTouched) {
     columns.push_back(next);
     next += height;
   }
-  EXPECT_EQ(::Txolesky({500, heights.data(), columns.data()}, nullptr, GetParam()), 0);
+  EXPECT_EQ(kestol::Txolesky({500, heights.data(), columns.data()}, nullptr, GetParam()), 0);
   EXPECT_EQ(guarded.front(), -7.0);
   EXPECT_EQ(guarded.back(), -7.0);
 }
@@ -195,7 +197,7 @@ TEST(TxoleskySubstitution, SolvesForAKnownVector) {
     std::vector<double> x(n);
     std::iota(x.begin(), x.end(), 1.0);
     std::vector<double> f = K.Times(x);
-    ASSERT_EQ(::Txolesky(K.View(), nullptr), 0);
+    ASSERT_EQ(kestol::Txolesky(K.View(), nullptr), 0);
     SubstituteForward(K.View(), f.data());
     DivideByDiagonal(K.View(), f.data());
     SubstituteBackward(K.View(), f.data());
@@ -221,3 +223,5 @@ TEST(TxoleskySubstitution, GoesForwardsWithTheTransposedAndBackwardsWithTheFacto
 }
 
 }  // namespace
+
+}  // namespace kestol

@@ -4,9 +4,11 @@
 #include <sstream>
 
 #include "algebra/VectorOperations.h"
-#include "tests/support/FatalExit.h"
+#include "tests/support/ExpectFatal.h"
 #include "tests/support/FlushCounter.h"
 #include "tests/support/Vectors.h"
+
+namespace kestol {
 
 namespace {
 
@@ -279,3 +281,5 @@ TEST(ReaVecT, NewVectorsAreZero) {
 }
 
 }  // namespace
+
+}  // namespace kestol

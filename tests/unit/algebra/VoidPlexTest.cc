@@ -5,7 +5,9 @@
 #include <vector>
 
 #include "algebra/VoidPlex.h"
-#include "tests/support/FatalExit.h"
+#include "tests/support/ExpectFatal.h"
+
+namespace kestol {
 
 namespace {
 
@@ -349,3 +351,5 @@ TEST(VoidPlex, AgreesWithAnOrderedMapOverARandomHistory) {
 }
 
 }  // namespace
+
+}  // namespace kestol

@@ -2,10 +2,12 @@
 #include <sstream>
 
 #include "analysis/Assembly.h"
-#include "tests/support/FatalExit.h"
+#include "tests/support/ExpectFatal.h"
 #include "tests/support/FrameDeck.h"
 #include "tests/support/RunDeck.h"
 #include "tests/support/ScriptedSolver.h"
+
+namespace kestol {
 
 namespace {
 
@@ -256,3 +258,5 @@ TEST(Assembly, AWeightNeedsBothOfItsFactorsPositive) {
 }
 
 }  // namespace
+
+}  // namespace kestol

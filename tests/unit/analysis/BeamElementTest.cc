@@ -1,7 +1,9 @@
 #include "analysis/BeamElement.h"
-#include "tests/support/FatalExit.h"
+#include "tests/support/ExpectFatal.h"
 #include "tests/support/FrameDeck.h"
 #include "tests/support/RunDeck.h"
+
+namespace kestol {
 
 namespace {
 
@@ -109,3 +111,5 @@ TEST(BeamStrengths, OfAMeshWithoutElementsAreNone) {
 }
 
 }  // namespace
+
+}  // namespace kestol

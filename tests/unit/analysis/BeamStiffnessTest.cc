@@ -5,7 +5,9 @@
 #include "algebra/Matriu.h"
 #include "model/Elem.h"
 #include "model/Material.h"
-#include "tests/support/FatalExit.h"
+#include "tests/support/ExpectFatal.h"
+
+namespace kestol {
 
 namespace {
 
@@ -230,3 +232,5 @@ TEST(BeamStiffness, RefusesAnUnknownProblemType) {
 }
 
 }  // namespace
+
+}  // namespace kestol

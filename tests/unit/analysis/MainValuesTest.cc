@@ -5,9 +5,11 @@
 #include "analysis/MainValues.h"
 #include "analysis/Smoothing.h"
 #include "model/EulerAngles.h"
-#include "tests/support/FatalExit.h"
+#include "tests/support/ExpectFatal.h"
 #include "tests/support/MeshDeck.h"
 #include "tests/support/RunDeck.h"
+
+namespace kestol {
 
 namespace {
 
@@ -208,3 +210,5 @@ TEST(SmoothShell, KeepsThreeOrientationsAndDropsTheFourth) {
 }
 
 }  // namespace
+
+}  // namespace kestol

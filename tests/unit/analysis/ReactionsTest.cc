@@ -1,8 +1,10 @@
 #include "analysis/Reactions.h"
-#include "tests/support/FatalExit.h"
+#include "tests/support/ExpectFatal.h"
 #include "tests/support/FrameDeck.h"
 #include "tests/support/RunDeck.h"
 #include "tests/support/ScriptedSolver.h"
+
+namespace kestol {
 
 namespace {
 
@@ -122,3 +124,5 @@ TEST(Reactions, OfMidSidesMoveOnlyInConvertedModels) {
 }
 
 }  // namespace
+
+}  // namespace kestol

@@ -1,7 +1,9 @@
 #include "analysis/RigidMotions.h"
-#include "tests/support/FatalExit.h"
+#include "tests/support/ExpectFatal.h"
 #include "tests/support/FrameDeck.h"
 #include "tests/support/RunDeck.h"
+
+namespace kestol {
 
 namespace {
 
@@ -124,3 +126,5 @@ TEST(RigidMotions, AreTheSameForPartsOfAnySizeAtAnyPlace) {
 }
 
 }  // namespace
+
+}  // namespace kestol

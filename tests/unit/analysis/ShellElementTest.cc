@@ -2,9 +2,11 @@
 
 #include "analysis/ShellPoints.h"
 #include "analysis/Tri6.h"
-#include "tests/support/FatalExit.h"
+#include "tests/support/ExpectFatal.h"
 #include "tests/support/MeshDeck.h"
 #include "tests/support/RunDeck.h"
+
+namespace kestol {
 
 namespace {
 
@@ -233,3 +235,5 @@ TEST(ShellRefusals, EdgeThatDoesNotExist) {
 }
 
 }  // namespace
+
+}  // namespace kestol

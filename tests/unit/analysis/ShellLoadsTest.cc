@@ -1,9 +1,11 @@
 // Nodal forces of own weight, surface loads and edge loads of shells, by hand.
 #include <cmath>
 
-#include "tests/support/FatalExit.h"
+#include "tests/support/ExpectFatal.h"
 #include "tests/support/LoadVector.h"
 #include "tests/support/MeshDeck.h"
+
+namespace kestol {
 
 namespace {
 
@@ -207,3 +209,5 @@ TEST(ShellLoadsOnCurvedEdges, EdgeLoadsCountTheChord) {
 }
 
 }  // namespace
+
+}  // namespace kestol

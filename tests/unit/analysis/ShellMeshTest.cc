@@ -3,9 +3,11 @@
 #include <sstream>
 
 #include "analysis/ShellMesh.h"
-#include "tests/support/FatalExit.h"
+#include "tests/support/ExpectFatal.h"
 #include "tests/support/MeshDeck.h"
 #include "tests/support/RunDeck.h"
+
+namespace kestol {
 
 namespace {
 
@@ -267,3 +269,5 @@ TEST(TrianglesOfAPlaneProblem, AreRefused) {
 }
 
 }  // namespace
+
+}  // namespace kestol

@@ -2,9 +2,11 @@
 #include <cmath>
 
 #include "analysis/ShellMesh.h"
-#include "tests/support/FatalExit.h"
+#include "tests/support/ExpectFatal.h"
 #include "tests/support/MeshDeck.h"
 #include "tests/support/RunDeck.h"
+
+namespace kestol {
 
 namespace {
 
@@ -256,3 +258,5 @@ TEST(CheckNormals, TheLimitOfElementsIsForEachMesh) {
 }
 
 }  // namespace
+
+}  // namespace kestol

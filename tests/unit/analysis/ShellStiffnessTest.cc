@@ -7,8 +7,10 @@
 #include "analysis/Tri6.h"
 #include "model/EulerAngles.h"
 #include "tests/support/ElementStiffness.h"
-#include "tests/support/FatalExit.h"
+#include "tests/support/ExpectFatal.h"
 #include "tests/support/MeshDeck.h"
+
+namespace kestol {
 
 namespace {
 
@@ -221,3 +223,5 @@ TEST_P(ShellStiffness, ResultantsAreElasticityTimesStrainAtEachPointInTurn) {
 }
 
 }  // namespace
+
+}  // namespace kestol

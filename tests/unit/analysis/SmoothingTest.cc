@@ -1,9 +1,11 @@
 // Averages around nodes: shell values per orientation, stresses of solids.
 #include "analysis/Smoothing.h"
-#include "tests/support/FatalExit.h"
+#include "tests/support/ExpectFatal.h"
 #include "tests/support/MeshDeck.h"
 #include "tests/support/RunDeck.h"
 #include "tests/support/Vectors.h"
+
+namespace kestol {
 
 namespace {
 
@@ -272,3 +274,5 @@ TEST(AverageSolidStresses, NodesOutsideEveryElementAreRefused) {
 }
 
 }  // namespace
+
+}  // namespace kestol

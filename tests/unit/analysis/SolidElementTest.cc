@@ -2,10 +2,12 @@
 
 #include "analysis/SolidPoints.h"
 #include "analysis/Tet10.h"
-#include "tests/support/FatalExit.h"
+#include "tests/support/ExpectFatal.h"
 #include "tests/support/LoadVector.h"
 #include "tests/support/MeshDeck.h"
 #include "tests/support/RunDeck.h"
+
+namespace kestol {
 
 namespace {
 
@@ -216,3 +218,5 @@ TEST(SolidsInAPlaneProblem, AreSolvedWithTwoNumberLoads) {
 }
 
 }  // namespace
+
+}  // namespace kestol

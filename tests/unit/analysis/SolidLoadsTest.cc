@@ -3,9 +3,11 @@
 
 #include "analysis/Tet10.h"
 #include "analysis/Tri6.h"
-#include "tests/support/FatalExit.h"
+#include "tests/support/ExpectFatal.h"
 #include "tests/support/LoadVector.h"
 #include "tests/support/MeshDeck.h"
+
+namespace kestol {
 
 namespace {
 
@@ -277,3 +279,5 @@ TEST(SolidCurvedFaces, EachMidSideHasItsOwnAreaAndNormal) {
 }
 
 }  // namespace
+
+}  // namespace kestol

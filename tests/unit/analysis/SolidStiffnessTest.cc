@@ -7,8 +7,10 @@
 #include "analysis/Tet10.h"
 #include "model/EulerAngles.h"
 #include "tests/support/ElementStiffness.h"
-#include "tests/support/FatalExit.h"
+#include "tests/support/ExpectFatal.h"
 #include "tests/support/MeshDeck.h"
+
+namespace kestol {
 
 namespace {
 
@@ -185,3 +187,5 @@ TEST_P(SolidStiffness, StressesAreElasticityTimesStrainAtEachPointInTurn) {
 }
 
 }  // namespace
+
+}  // namespace kestol

@@ -3,10 +3,12 @@
 #include <string>
 
 #include "analysis/SolveDriver.h"
-#include "tests/support/FatalExit.h"
+#include "tests/support/ExpectFatal.h"
 #include "tests/support/FlushCounter.h"
 #include "tests/support/FrameDeck.h"
 #include "tests/support/RunDeck.h"
+
+namespace kestol {
 
 namespace {
 
@@ -147,9 +149,10 @@ TEST(SolveDriver, AModelWithoutSupportsEndsWithWarningsAndTheError) {
     try {
       Solve(copy.Key(std::string("Solver ") + solver).Text());
       ADD_FAILURE() << "solved";
-    } catch (const FatalExit& exit) {
-      EXPECT_THAT(exit.text, testing::StartsWith("There are no prescribed nodes in the model!!!\n"
-                                                 "error when solving system"));
+    } catch (const FatalError& refusal) {
+      EXPECT_THAT(refusal.what(),
+                  testing::StartsWith("There are no prescribed nodes in the model!!!\n"
+                                      "error when solving system"));
     }
   }
 }
@@ -357,3 +360,5 @@ TEST(SolveDriver, ASolverThatStopsEarlySaysAfterHowManyIterations) {
 }
 
 }  // namespace
+
+}  // namespace kestol

@@ -1,6 +1,8 @@
 #include "analysis/StartVector.h"
 #include "input/Project.h"
-#include "tests/support/FatalExit.h"
+#include "tests/support/ExpectFatal.h"
+
+namespace kestol {
 
 namespace {
 
@@ -103,3 +105,5 @@ TEST_F(StartVectorTest, MeansAreGlobalAndThenTurnedIntoInclinedSupports) {
 }
 
 }  // namespace
+
+}  // namespace kestol

@@ -5,10 +5,12 @@
 #include "analysis/Strengths.h"
 #include "output/OutputText.h"
 #include "output/VemoFiles.h"
-#include "tests/support/FatalExit.h"
+#include "tests/support/ExpectFatal.h"
 #include "tests/support/MeshDeck.h"
 #include "tests/support/RunDeck.h"
 #include "tests/support/Vectors.h"
+
+namespace kestol {
 
 namespace {
 
@@ -134,3 +136,5 @@ TEST(SmoothingOfARun, ComesOnRequestAndIsAnnounced) {
 }
 
 }  // namespace
+
+}  // namespace kestol

@@ -4,8 +4,10 @@
 #include <memory>
 #include <string>
 
-#include "tests/support/FatalExit.h"
+#include "tests/support/ExpectFatal.h"
 #include "tests/support/ReadDeck.h"
+
+namespace kestol {
 
 namespace {
 
@@ -287,3 +289,5 @@ TEST(SolverKeyword, LaterChoiceKeepsTheTolerancesOfAnEarlierSparse) {
 }
 
 }  // namespace
+
+}  // namespace kestol

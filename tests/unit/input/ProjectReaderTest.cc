@@ -4,8 +4,10 @@
 #include <memory>
 #include <string>
 
-#include "tests/support/FatalExit.h"
+#include "tests/support/ExpectFatal.h"
 #include "tests/support/ReadDeck.h"
+
+namespace kestol {
 
 namespace {
 
@@ -109,8 +111,11 @@ TEST(SectionsBeforeAnyMesh, FindNothing) {
   for (const char* section :
        {"constraints\n1 111 0 0 0\nend\n", "rotules\n1\nend\n", "nodal_point_loads\n1 0 0 0\nend\n",
         "global_pressure_loads\n1 0 0\nend\n"}) {
-    EXPECT_THROW(Read(kHeader + std::string(section) + kMesh), FatalExit) << section;
+    EXPECT_THROW(Read(kHeader + std::string(section) + kMesh), FatalError) << section;
+    error.Clear();
   }
 }
 
 }  // namespace
+
+}  // namespace kestol

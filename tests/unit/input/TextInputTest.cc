@@ -5,6 +5,8 @@
 
 #include "input/TextInput.h"
 
+namespace kestol {
+
 namespace {
 
 // An open file that holds `text`.
@@ -104,3 +106,5 @@ TEST(TextInput, PeekAheadGivesWhatIsThereAndAtLeastWhatIsWanted) {
 }
 
 }  // namespace
+
+}  // namespace kestol

@@ -7,7 +7,9 @@
 #include <string>
 
 #include "input/TimeTable.h"
-#include "tests/support/FatalExit.h"
+#include "tests/support/ExpectFatal.h"
+
+namespace kestol {
 
 namespace {
 
@@ -324,3 +326,5 @@ TEST(ProgramTimes, WritesToAFileOfTheProgramsNameUnlessTold) {
 }
 
 }  // namespace
+
+}  // namespace kestol

@@ -4,8 +4,10 @@
 #include <memory>
 #include <string>
 
-#include "tests/support/FatalExit.h"
+#include "tests/support/ExpectFatal.h"
 #include "tests/support/ReadDeck.h"
+
+namespace kestol {
 
 namespace {
 
@@ -126,3 +128,5 @@ TEST(MaterialsSection, UsesTheUnitsInForce) {
 }
 
 }  // namespace
+
+}  // namespace kestol

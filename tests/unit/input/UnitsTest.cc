@@ -5,7 +5,9 @@
 #include "input/TextInput.h"
 #include "input/Units.h"
 #include "input/Words.h"
-#include "tests/support/FatalExit.h"
+#include "tests/support/ExpectFatal.h"
+
+namespace kestol {
 
 namespace {
 
@@ -223,3 +225,5 @@ TEST(TakeUnits, RefusesAMissingName) {
 }
 
 }  // namespace
+
+}  // namespace kestol

@@ -6,7 +6,9 @@
 #include <string>
 
 #include "input/Words.h"
-#include "tests/support/FatalExit.h"
+#include "tests/support/ExpectFatal.h"
+
+namespace kestol {
 
 namespace {
 
@@ -374,3 +376,5 @@ TEST(StartsWith, ComparesOnlyThePrefix) {
 }
 
 }  // namespace
+
+}  // namespace kestol

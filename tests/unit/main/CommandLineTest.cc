@@ -7,6 +7,8 @@
 
 #include "main/CommandLine.h"
 
+namespace kestol {
+
 namespace {
 
 // The arguments of a call, kept as main gets them: the null behind the last one included.
@@ -117,3 +119,5 @@ TEST(ResultFileName, DotOfAFolderCounts) {
 }
 
 }  // namespace
+
+}  // namespace kestol

@@ -1,5 +1,9 @@
+#include <type_traits>
+
 #include "main/ErrorChannel.h"
-#include "tests/support/FatalExit.h"
+#include "tests/support/ExpectFatal.h"
+
+namespace kestol {
 
 namespace {
 
@@ -8,19 +12,43 @@ TEST(ErrorChannel, ComposesPiecesInOrder) {
                "error: element: 7  have both nodes equal\n");
 }
 
-TEST(ErrorChannel, KernelRefusalsEndWithStatusOne) {
-  error.message << "Bad transa";
-  EXPECT_EXIT_TEXT(KernelExit(error), 1, "Bad transa");
-}
-
 TEST(ErrorChannel, CutsTheTextAt2047CharactersAndStaysTerminated) {
   const std::string longText(5000, 'x');
   EXPECT_FATAL(Fatal(longText, "tail"), std::string(2047, 'x'));
 }
 
-TEST(ErrorChannel, ExhaustedHeapDropsWhatWasComposed) {
+TEST(ErrorChannel, ClearForgetsTextAndPlace) {
   error.message << "half a sentence";
-  EXPECT_FATAL(HeapExhausted(), "Not space available on heap");
+  error.SetPlace("deck.dat", 12);
+  error.Clear();
+  EXPECT_STREQ(error.Text(), "");
+  EXPECT_STREQ(error.deck, "");
+  EXPECT_EQ(error.line, 0);
+}
+
+TEST(ErrorChannel, CutsALongNameOfADeck) {
+  error.SetPlace(std::string(5000, 'd'), 1);
+  EXPECT_EQ(std::string(error.deck), std::string(2047, 'd'));
+  error.Clear();
+}
+
+TEST(FatalError, KnowsThePlaceOfItsRecord) {
+  error.SetPlace("deck.dat", 12);
+  try {
+    Fatal("no\n");
+  } catch (const FatalError& refusal) {
+    EXPECT_STREQ(refusal.what(), "no\n");
+    EXPECT_STREQ(refusal.File(), "deck.dat");
+    EXPECT_EQ(refusal.Line(), 12);
+  }
+  error.Clear();
+}
+
+TEST(FatalError, HoldsNoHeap) {
+  EXPECT_TRUE(std::is_nothrow_copy_constructible_v<FatalError>);
+  EXPECT_LE(sizeof(FatalError), 3 * sizeof(void*));
 }
 
 }  // namespace
+
+}  // namespace kestol

@@ -9,6 +9,8 @@
 
 #include "main/ErrorChannel.h"
 
+namespace kestol {
+
 namespace {
 
 class ErrorExitTest : public testing::Test {
@@ -31,7 +33,8 @@ protected:
 TEST_F(ErrorExitTest, WritesTheMessageToTheErrorFileAndEndsWithStatusTwo) {
   const auto end = [this] {
     error.file = Open();
-    Fatal("error: node: ", 3, " does not exist\n");
+    error.message << "error: node: " << 3 << " does not exist\n";
+    ErrorExit(FatalError(error, kRefused));
   };
   EXPECT_EXIT(end(), testing::ExitedWithCode(2), "");
   EXPECT_EQ(Written(), "error: node: 3 does not exist\n");
@@ -39,7 +42,8 @@ TEST_F(ErrorExitTest, WritesTheMessageToTheErrorFileAndEndsWithStatusTwo) {
 
 TEST_F(ErrorExitTest, WritesToStandardOutputWithoutAnErrorFile) {
   const auto end = [this] {
-    if (std::freopen(path_.c_str(), "w", stdout) != nullptr) Fatal("100% wrong\n");
+    error.message << "100% wrong\n";
+    if (std::freopen(path_.c_str(), "w", stdout) != nullptr) ErrorExit(FatalError(error, kRefused));
   };
   EXPECT_EXIT(end(), testing::ExitedWithCode(2), "");
   EXPECT_EQ(Written(), "100% wrong\n");
@@ -49,10 +53,12 @@ TEST_F(ErrorExitTest, KernelsEndWithStatusOne) {
   const auto end = [this] {
     error.file = Open();
     error.message << "Bad transa";
-    KernelExit(error);
+    ErrorExit(FatalError(error, kKernelRefused));
   };
   EXPECT_EXIT(end(), testing::ExitedWithCode(1), "");
   EXPECT_EQ(Written(), "Bad transa");
 }
 
 }  // namespace
+
+}  // namespace kestol

@@ -8,7 +8,9 @@
 #include "model/EulerAngles.h"
 #include "tests/support/Axes.h"
 #include "tests/support/Elements.h"
-#include "tests/support/FatalExit.h"
+#include "tests/support/ExpectFatal.h"
+
+namespace kestol {
 
 namespace {
 
@@ -302,3 +304,5 @@ TEST_F(BeamAxes, UnknownProblemTypeEndsTheRun) {
 }
 
 }  // namespace
+
+}  // namespace kestol

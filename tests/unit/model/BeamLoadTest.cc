@@ -5,7 +5,9 @@
 #include "model/BeamLoad.h"
 #include "model/Elem.h"
 #include "model/Mesh.h"
-#include "tests/support/FatalExit.h"
+#include "tests/support/ExpectFatal.h"
+
+namespace kestol {
 
 namespace {
 
@@ -297,3 +299,5 @@ TEST(StationStrength, OfAComponentWithoutLoadIsZeroEvenWithAHingeAtEnd1) {
 }
 
 }  // namespace
+
+}  // namespace kestol

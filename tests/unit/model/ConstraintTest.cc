@@ -6,7 +6,9 @@
 #include "algebra/Vector3.h"
 #include "model/Constraint.h"
 #include "model/EulerAngles.h"
-#include "tests/support/FatalExit.h"
+#include "tests/support/ExpectFatal.h"
+
+namespace kestol {
 
 namespace {
 
@@ -266,3 +268,5 @@ TEST(MergeTwoConstraints, RecordsOfDifferentSizeMergeInWhatBothHave) {
 }
 
 }  // namespace
+
+}  // namespace kestol

@@ -3,7 +3,9 @@
 #include "model/Elem.h"
 #include "model/Mesh.h"
 #include "tests/support/Elements.h"
-#include "tests/support/FatalExit.h"
+#include "tests/support/ExpectFatal.h"
+
+namespace kestol {
 
 namespace {
 
@@ -317,3 +319,5 @@ TEST(Elem, CrossingIsDefinedForPlaneLinesAndTrianglesInSpaceOnly) {
 }
 
 }  // namespace
+
+}  // namespace kestol

@@ -7,6 +7,8 @@
 #include "algebra/Matriu.h"
 #include "model/EulerAngles.h"
 
+namespace kestol {
+
 namespace {
 
 constexpr double kPi = std::numbers::pi;
@@ -196,3 +198,5 @@ TEST(EulerAngles, AMeanOfAWholeTurnIsZero) {
 }
 
 }  // namespace
+
+}  // namespace kestol

@@ -3,7 +3,9 @@
 
 #include "algebra/Matriu.h"
 #include "model/Material.h"
-#include "tests/support/FatalExit.h"
+#include "tests/support/ExpectFatal.h"
+
+namespace kestol {
 
 namespace {
 
@@ -229,3 +231,5 @@ TEST(SolidMatrix, PoissonRatioLiesBetweenMinusOneAndOneHalf) {
 }
 
 }  // namespace
+
+}  // namespace kestol

@@ -4,6 +4,8 @@
 
 #include "model/Material.h"
 
+namespace kestol {
+
 namespace {
 
 std::string Printed(const Material& material) {
@@ -156,3 +158,5 @@ TEST(Material, RectangleWithoutASecondSideHasNoTorsionAndDoesNotFail) {
 }
 
 }  // namespace
+
+}  // namespace kestol

@@ -1,7 +1,9 @@
 // The element lists of mesh blocks, and later meshes on the nodes of the first.
 #include "input/Words.h"
-#include "tests/support/FatalExit.h"
+#include "tests/support/ExpectFatal.h"
 #include "tests/support/MeshText.h"
+
+namespace kestol {
 
 namespace {
 
@@ -189,3 +191,5 @@ TEST(MeshReader, NodesOutliveTheMeshThatReadThem) {
 }
 
 }  // namespace
+
+}  // namespace kestol

@@ -5,7 +5,9 @@
 #include <vector>
 
 #include "model/Mesh.h"
-#include "tests/support/FatalExit.h"
+#include "tests/support/ExpectFatal.h"
+
+namespace kestol {
 
 namespace {
 
@@ -225,3 +227,5 @@ TEST(MeshMerge, RefusesToCountOnBehindTheLastNumber) {
 }
 
 }  // namespace
+
+}  // namespace kestol

@@ -5,7 +5,9 @@
 #include <vector>
 
 #include "model/Mesh.h"
-#include "tests/support/FatalExit.h"
+#include "tests/support/ExpectFatal.h"
+
+namespace kestol {
 
 namespace {
 
@@ -202,3 +204,5 @@ TEST(MeshRenumber, AGapInTheKeysLeavesNoEntry) {
 }
 
 }  // namespace
+
+}  // namespace kestol

@@ -4,7 +4,9 @@
 #include <vector>
 
 #include "model/Mesh.h"
-#include "tests/support/FatalExit.h"
+#include "tests/support/ExpectFatal.h"
+
+namespace kestol {
 
 namespace {
 
@@ -167,3 +169,5 @@ TEST(Mesh, RefusesEdgesOfAnUndefinedMesh) {
 }
 
 }  // namespace
+
+}  // namespace kestol

@@ -4,7 +4,9 @@
 #include <utility>
 
 #include "model/Mesh.h"
-#include "tests/support/FatalExit.h"
+#include "tests/support/ExpectFatal.h"
+
+namespace kestol {
 
 namespace {
 
@@ -116,3 +118,5 @@ TEST(MeshWriter, LargeNumbersWidenTheirFields) {
 }
 
 }  // namespace
+
+}  // namespace kestol

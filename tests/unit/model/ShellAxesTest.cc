@@ -8,7 +8,9 @@
 #include "model/EulerAngles.h"
 #include "tests/support/Axes.h"
 #include "tests/support/Elements.h"
-#include "tests/support/FatalExit.h"
+#include "tests/support/ExpectFatal.h"
+
+namespace kestol {
 
 namespace {
 
@@ -219,3 +221,5 @@ TEST_F(ShellFrame, MatricesOfTheRightSizeKeepTheirBuffers) {
 }
 
 }  // namespace
+
+}  // namespace kestol

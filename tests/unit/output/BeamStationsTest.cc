@@ -8,6 +8,8 @@
 #include "output/BeamStations.h"
 #include "tests/support/SmallModel.h"
 
+namespace kestol {
+
 namespace {
 
 constexpr int kEndCodes[] = {BothFixed, HingeAtEnd2, HingeAtEnd1, BothHinged};
@@ -319,3 +321,5 @@ TEST(BeamStations, DisplacementsInThePlaneHaveNoThirdComponent) {
 }
 
 }  // namespace
+
+}  // namespace kestol

@@ -4,7 +4,9 @@
 #include <utility>
 
 #include "model/Mesh.h"
-#include "tests/support/FatalExit.h"
+#include "tests/support/ExpectFatal.h"
+
+namespace kestol {
 
 namespace {
 
@@ -128,3 +130,5 @@ TEST(Femview, LeavesTheStreamRightAdjusted) {
 }
 
 }  // namespace
+
+}  // namespace kestol

@@ -3,6 +3,8 @@
 #include "output/InfoFile.h"
 #include "tests/support/FlushCounter.h"
 
+namespace kestol {
+
 namespace {
 
 TEST(Progress, FormatsAndFlushesEachText) {
@@ -22,3 +24,5 @@ TEST(Progress, WithoutAStreamDoesNothing) {
 }
 
 }  // namespace
+
+}  // namespace kestol

@@ -13,6 +13,8 @@
 
 #include "output/NumberText.h"
 
+namespace kestol {
+
 namespace {
 
 std::string Default(double value) {
@@ -168,3 +170,5 @@ TEST(NumberText, IntegersAreDecimal) {
 }
 
 }  // namespace
+
+}  // namespace kestol

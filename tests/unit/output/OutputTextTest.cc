@@ -10,7 +10,9 @@
 #include <string>
 
 #include "output/OutputText.h"
-#include "tests/support/FatalExit.h"
+#include "tests/support/ExpectFatal.h"
+
+namespace kestol {
 
 namespace {
 
@@ -120,3 +122,5 @@ TEST_F(OutputTextTest, FullDiskIsSeenForTheSmallestText) {
 }
 
 }  // namespace
+
+}  // namespace kestol

@@ -5,7 +5,9 @@
 
 #include "input/Project.h"
 #include "output/PrintProject.h"
-#include "tests/support/FatalExit.h"
+#include "tests/support/ExpectFatal.h"
+
+namespace kestol {
 
 namespace {
 
@@ -127,3 +129,5 @@ TEST(PrintProject, AnEmptyProjectHasOnlyItsHead) {
 }
 
 }  // namespace
+
+}  // namespace kestol

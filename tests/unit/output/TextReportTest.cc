@@ -3,8 +3,10 @@
 
 #include <string>
 
-#include "tests/support/FatalExit.h"
+#include "tests/support/ExpectFatal.h"
 #include "tests/support/SmallModel.h"
+
+namespace kestol {
 
 namespace {
 
@@ -198,3 +200,5 @@ TEST(TextReport, QuadrilateralsAndHexahedraEndTheRunBehindTheDisplacements) {
 }
 
 }  // namespace
+
+}  // namespace kestol

@@ -6,6 +6,8 @@
 
 #include "tests/support/SmallModel.h"
 
+namespace kestol {
+
 namespace {
 
 using testing::EndsWith;
@@ -225,3 +227,5 @@ TEST(VemoBeams, FilesOfBeamsBeginWithTheirDeclaration) {
 }
 
 }  // namespace
+
+}  // namespace kestol

@@ -7,8 +7,10 @@
 #include <string>
 
 #include "output/VemoFiles.h"
-#include "tests/support/FatalExit.h"
+#include "tests/support/ExpectFatal.h"
 #include "tests/support/SmallModel.h"
+
+namespace kestol {
 
 namespace {
 
@@ -255,3 +257,5 @@ TEST(VemoReactions, NodesThatWereNotReadHaveNoLine) {
 }
 
 }  // namespace
+
+}  // namespace kestol

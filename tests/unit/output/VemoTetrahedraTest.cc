@@ -6,6 +6,8 @@
 
 #include "tests/support/SmallModel.h"
 
+namespace kestol {
+
 namespace {
 
 using testing::HasSubstr;
@@ -105,3 +107,5 @@ TEST(VemoTetrahedra, NodesThatWereNotReadAreNotListed) {
 }
 
 }  // namespace
+
+}  // namespace kestol

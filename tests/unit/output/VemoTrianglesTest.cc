@@ -6,6 +6,8 @@
 
 #include "tests/support/SmallModel.h"
 
+namespace kestol {
+
 namespace {
 
 using testing::ElementsAre;
@@ -167,3 +169,5 @@ TEST(VemoTriangles, ModelsWithoutShellsOrSolidsHaveNoNodalDisplacements) {
 }
 
 }  // namespace
+
+}  // namespace kestol

@@ -2,6 +2,8 @@
 
 #include <string_view>
 
+namespace kestol {
+
 class Project;
 class TextInput;
 
@@ -11,3 +13,5 @@ void ReadNodalLoads(Project& project, TextInput& input);
 /// Reads one of the four sections of distributed loads into project.loads. Gives -1, nothing read,
 /// when `keyword` (lower case) is none of them; else 0.
 int ReadPressureLoads(std::string_view keyword, Project& project, TextInput& input);
+
+}  // namespace kestol

@@ -1,9 +1,11 @@
 #include <string>
 
+#include "input/ConstraintsReader.h"
 #include "input/Words.h"
-#include "model/ConstraintsReader.h"
-#include "tests/support/FatalExit.h"
+#include "tests/support/ExpectFatal.h"
 #include "tests/support/SmallModel.h"
+
+namespace kestol {
 
 namespace {
 
@@ -244,3 +246,5 @@ TEST_F(ConstraintsReader, MissingEndEndsTheRun) {
 }
 
 }  // namespace
+
+}  // namespace kestol

@@ -10,6 +10,8 @@
 #include "main/ErrorChannel.h"
 #include "model/Mesh.h"
 
+namespace kestol {
+
 // The mesh block:
 //
 //     dimension = 2   ElemType Linear   Nnode = 2
@@ -150,3 +152,5 @@ void Mesh::ReadMesh(TextInput& input, const Units* units) {
   ReadNodes(*this, input, units == nullptr ? 1.0 : MeshLengthFactor(*units));
   ReadElems(*this, input, units);
 }
+
+}  // namespace kestol

@@ -5,7 +5,9 @@
 #include "input/Units.h"
 #include "input/Words.h"
 #include "model/Material.h"
-#include "tests/support/FatalExit.h"
+#include "tests/support/ExpectFatal.h"
+
+namespace kestol {
 
 namespace {
 
@@ -395,3 +397,5 @@ TEST(MaterialReader, WidthZAloneHasNoEffect) {
 }
 
 }  // namespace
+
+}  // namespace kestol

@@ -1,4 +1,4 @@
-#include "model/ConstraintsReader.h"
+#include "input/ConstraintsReader.h"
 
 #include <algorithm>
 #include <array>
@@ -6,12 +6,14 @@
 #include <optional>
 
 #include "input/LinePairs.h"
+#include "input/NodeSections.h"
 #include "input/Project.h"
 #include "input/Words.h"
 #include "main/ErrorChannel.h"
 #include "model/Constraint.h"
 #include "model/EulerAngles.h"
-#include "model/NodeSections.h"
+
+namespace kestol {
 
 namespace {
 
@@ -104,3 +106,5 @@ void ReadConstraints(Project& project, TextInput& input) {
   }
   ReadEndOfSection(input);
 }
+
+}  // namespace kestol

@@ -2,9 +2,11 @@
 
 #include <string>
 
+#include "analysis/SupportCheck.h"
 #include "main/ErrorChannel.h"
-#include "model/SupportCheck.h"
 #include "tests/support/SmallModel.h"
+
+namespace kestol {
 
 namespace {
 
@@ -190,3 +192,5 @@ TEST_F(SupportCheck, ProjectWithoutMeshesHasNoSupports) {
 }
 
 }  // namespace
+
+}  // namespace kestol

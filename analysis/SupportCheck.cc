@@ -1,4 +1,4 @@
-#include "model/SupportCheck.h"
+#include "analysis/SupportCheck.h"
 
 #include <array>
 #include <cmath>
@@ -8,6 +8,8 @@
 #include "algebra/Zero.h"
 #include "input/Project.h"
 #include "main/ErrorChannel.h"
+
+namespace kestol {
 
 namespace {
 
@@ -89,3 +91,5 @@ void CheckSupports(const Project& project) {
       break;
   }
 }
+
+}  // namespace kestol

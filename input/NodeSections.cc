@@ -1,7 +1,9 @@
-#include "model/NodeSections.h"
+#include "input/NodeSections.h"
 
 #include "input/Project.h"
 #include "input/Words.h"
+
+namespace kestol {
 
 Node* FindNode(const Project& project, int nodeNumber) {
   return project.meshes.empty() ? nullptr : project.meshes[0]->nodes->Get(nodeNumber);
@@ -11,3 +13,5 @@ void ReadEndOfSection(TextInput& input) {
   FindWord(input, "end");
   SkipRestOfLine(input);
 }
+
+}  // namespace kestol

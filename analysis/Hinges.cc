@@ -1,23 +1,13 @@
-#include "model/Rotules.h"
+#include "analysis/Hinges.h"
 
 #include <algorithm>
-#include <optional>
 #include <vector>
 
 #include "input/Project.h"
-#include "input/Words.h"
-#include "main/ErrorChannel.h"
-#include "model/NodeSections.h"
+
+namespace kestol {
 
 namespace {
-
-void ReadRotule(Project& project, TextInput& input, int nodeNumber) {
-  Node* const node = FindNode(project, nodeNumber);
-  if (node == nullptr) Fatal("error: Trying to assign rotule to unknown node\n");
-  node->rotule = 1;
-  project.hasRotules = true;
-  if (!SkipRestOfLine(input)) Fatal("Not reading correctly the rotules. Number=", nodeNumber, "\n");
-}
 
 int HighestElementNumber(const Project& project) {
   int highest = 0;
@@ -51,17 +41,7 @@ int CodeOf(const Elem& beam, Claims& claims) {
 
 }  // namespace
 
-void ReadRotules(Project& project, TextInput& input) {
-  for (;;) {
-    SkipToRecord(input);
-    const std::optional<int> nodeNumber = ReadInteger(input);
-    if (!nodeNumber) break;
-    ReadRotule(project, input, *nodeNumber);
-  }
-  ReadEndOfSection(input);
-}
-
-void PrepareRotules(Project& project) {
+void PrepareHinges(Project& project) {
   if (project.meshes.empty()) return;
   project.rotuleCodes.assign(static_cast<std::size_t>(HighestElementNumber(project)), BothFixed);
   Claims claims(project.meshes[0]->nodes->Highest());
@@ -70,3 +50,5 @@ void PrepareRotules(Project& project) {
     for (auto [number, beam] : mesh->elems) project.rotuleCodes[number - 1] = CodeOf(*beam, claims);
   }
 }
+
+}  // namespace kestol

@@ -1,6 +1,8 @@
 #include "input/Words.h"
-#include "tests/support/FatalExit.h"
+#include "tests/support/ExpectFatal.h"
 #include "tests/support/MeshText.h"
+
+namespace kestol {
 
 namespace {
 
@@ -227,3 +229,5 @@ TEST(MeshReader, AnyOtherWordEndsAList) {
 }
 
 }  // namespace
+
+}  // namespace kestol

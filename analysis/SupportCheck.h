@@ -1,5 +1,7 @@
 #pragma once
 
+namespace kestol {
+
 class Project;
 
 /// Appends to the message stream what is suspicious about the supports of a model that could not
@@ -7,3 +9,5 @@ class Project;
 /// two. The caller adds its own text and ends the run. Nothing for plane models of one mesh of
 /// beams, and nothing from three nodes with supports on.
 void CheckSupports(const Project& project);
+
+}  // namespace kestol

@@ -2,8 +2,10 @@
 #include <string>
 #include <vector>
 
-#include "tests/support/FatalExit.h"
+#include "tests/support/ExpectFatal.h"
 #include "tests/support/LoadsFixture.h"
+
+namespace kestol {
 
 namespace {
 
@@ -138,3 +140,5 @@ TEST_F(NodalLoadsTest, ARecordOfSixEntriesKeepsItsLengthWhenTheModelTurnsOutSoli
 }
 
 }  // namespace
+
+}  // namespace kestol

@@ -1,5 +1,7 @@
 #pragma once
 
+namespace kestol {
+
 class Project;
 class TextInput;
 
@@ -12,3 +14,5 @@ class TextInput;
 /// Euler2, Euler3 (radians) and units. Lines of the same node add up; where a line has the digit 0
 /// the degree stays as it was. Values are stored in result units.
 void ReadConstraints(Project& project, TextInput& input);
+
+}  // namespace kestol

@@ -2,8 +2,10 @@
 #include <string>
 #include <vector>
 
-#include "tests/support/FatalExit.h"
+#include "tests/support/ExpectFatal.h"
 #include "tests/support/LoadsFixture.h"
+
+namespace kestol {
 
 namespace {
 
@@ -257,3 +259,5 @@ TEST_F(PressureLoadsTest, UnitsFollowTheElementAndThePlaceOfTheLoad) {
 }
 
 }  // namespace
+
+}  // namespace kestol

@@ -6,6 +6,8 @@
 #include "model/EulerAngles.h"
 #include "model/Material.h"
 
+namespace kestol {
+
 namespace {
 
 /// One definition being read: the record, the factors of its kinds of values, and the sides of a
@@ -192,3 +194,5 @@ int Material::ReadMaterialText(std::string_view text, const Units* units,
   if (definition.widthY > 0.0) SetRectangleSection(definition.widthY, definition.widthZ);
   return 1;
 }
+
+}  // namespace kestol

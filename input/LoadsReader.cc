@@ -1,4 +1,4 @@
-#include "model/LoadsReader.h"
+#include "input/LoadsReader.h"
 
 #include <algorithm>
 #include <memory>
@@ -6,10 +6,12 @@
 #include <utility>
 
 #include "input/LinePairs.h"
+#include "input/NodeSections.h"
 #include "input/Project.h"
 #include "input/Words.h"
 #include "main/ErrorChannel.h"
-#include "model/NodeSections.h"
+
+namespace kestol {
 
 namespace {
 
@@ -121,3 +123,5 @@ int ReadPressureLoads(std::string_view keyword, Project& project, TextInput& inp
   ReadEndOfSection(input);
   return 0;
 }
+
+}  // namespace kestol

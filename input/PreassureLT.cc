@@ -14,6 +14,8 @@
 #include "model/Frame.h"
 #include "model/Mesh.h"
 
+namespace kestol {
+
 namespace {
 
 /// What a load line says, as it says it.
@@ -143,3 +145,5 @@ void PreassureLT::ReadYourLoad(int elemNumber, int problemType, std::string_view
   values = ReaVecT(withCouple ? 6 : 3);
   for (int i = 1; i <= (withCouple ? 4 : 3); ++i) values(i) = line.q[i - 1];
 }
+
+}  // namespace kestol

@@ -1,5 +1,7 @@
 #pragma once
 
+namespace kestol {
+
 class Project;
 class TextInput;
 struct Node;
@@ -11,3 +13,5 @@ Node* FindNode(const Project& project, int nodeNumber);
 
 /// Takes the word that closes a section, one that contains "end", and the rest of its line.
 void ReadEndOfSection(TextInput& input);
+
+}  // namespace kestol

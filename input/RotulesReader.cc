@@ -1,0 +1,34 @@
+#include "input/RotulesReader.h"
+
+#include <optional>
+
+#include "input/NodeSections.h"
+#include "input/Project.h"
+#include "input/Words.h"
+#include "main/ErrorChannel.h"
+
+namespace kestol {
+
+namespace {
+
+void ReadRotule(Project& project, TextInput& input, int nodeNumber) {
+  Node* const node = FindNode(project, nodeNumber);
+  if (node == nullptr) Fatal("error: Trying to assign rotule to unknown node\n");
+  node->rotule = 1;
+  project.hasRotules = true;
+  if (!SkipRestOfLine(input)) Fatal("Not reading correctly the rotules. Number=", nodeNumber, "\n");
+}
+
+}  // namespace
+
+void ReadRotules(Project& project, TextInput& input) {
+  for (;;) {
+    SkipToRecord(input);
+    const std::optional<int> nodeNumber = ReadInteger(input);
+    if (!nodeNumber) break;
+    ReadRotule(project, input, *nodeNumber);
+  }
+  ReadEndOfSection(input);
+}
+
+}  // namespace kestol

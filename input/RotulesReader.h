@@ -1,0 +1,13 @@
+#pragma once
+
+namespace kestol {
+
+class Project;
+class TextInput;
+
+/// Reads the rotules section (the deck's word for hinges), one node number per line, up to and with
+/// the line that ends it: marks nodes where beams meet through a hinge, and the project as having
+/// such nodes.
+void ReadRotules(Project& project, TextInput& input);
+
+}  // namespace kestol
