@@ -4,8 +4,10 @@
 #include <cmath>
 
 #include "algebra/FixedMatrix.h"
+#include "algebra/StiffnessMatrix.h"
 #include "analysis/ElementRoutines.h"
 #include "analysis/RigidMotions.h"
+#include "analysis/Sizes.h"
 #include "analysis/SupportCheck.h"
 #include "analysis/TurnBlock.h"
 #include "input/Project.h"
@@ -16,33 +18,13 @@ namespace kestol {
 
 namespace {
 
-/// What Solve returns when there is no solution and nothing more to say.
-constexpr int kBreakdown = -1;
-
-void BuildStructure(Project& project, std::ostream* info) {
-  StiffnessMatrix& K = *project.solver;
-  const int dofs = project.dofsPerNode;
-  for (const auto& mesh : project.meshes)
-    for (const auto [number, elem] : mesh->elems)
-      for (int i = 0; i < elem->nnode; ++i)
-        for (int j = i + 1; j < elem->nnode; ++j)
-          K.AddNodePair(elem->nodes[i]->number, elem->nodes[j]->number, dofs);
-  K.Allocate(dofs);
-  if (info != nullptr) K.PrintInfo(*info);
-}
-
-void AddNodalLoads(Project& project) {
+void AddNodalLoads(const Project& project, ReaVecT& f) {
   const int dofs = project.dofsPerNode;
   for (const auto [key, node] : *project.meshes[0]->nodes) {
     if (!node->load) continue;
     const int first = FirstEquation(node->number, dofs);
-    for (int d = 0; d < std::min(dofs, node->load->n); ++d)
-      project.global(first + d) += (*node->load)(d + 1);
+    for (int d = 0; d < std::min(dofs, node->load->n); ++d) f(first + d) += (*node->load)(d + 1);
   }
-}
-
-void AddElementLoads(Project& project) {
-  for (const auto& mesh : project.meshes) RoutinesFor(*mesh).addLoads(project, *mesh);
 }
 
 template <class Turning>
@@ -53,7 +35,44 @@ void TurnAtInclinedSupports(const Project& project, ReaVecT& vector, Turning tur
       TurnVector(turning(*R), &vector(FirstEquation(node->number, dofs)), dofs);
 }
 
-void ImposeSupports(Project& project) {
+bool AllFinite(const ReaVecT& vector) {
+  return std::all_of(vector.begin(), vector.end(), [](double x) { return std::isfinite(x); });
+}
+
+}  // namespace
+
+void BuildStructure(const Project& project, StiffnessMatrix& K, std::ostream* info) {
+  const int dofs = project.dofsPerNode;
+  for (const auto& mesh : project.meshes)
+    for (const auto [number, elem] : mesh->elems)
+      for (int i = 0; i < elem->nnode; ++i)
+        for (int j = i + 1; j < elem->nnode; ++j)
+          K.AddNodePair(elem->nodes[i]->number, elem->nodes[j]->number, dofs);
+  K.Allocate(dofs);
+  if (info != nullptr) K.PrintInfo(*info);
+}
+
+void AddStiffnessOfAllMeshes(const Project& project, StiffnessMatrix& K, BlockAxes axes) {
+  NodeBlocks blocks(project, K, axes);
+  for (const auto& mesh : project.meshes) RoutinesFor(*mesh).addStiffness(project, *mesh, blocks);
+}
+
+ReaVecT LoadsOfDeck(const Project& project) {
+  ReaVecT f(EquationCount(project));
+  AddNodalLoads(project, f);
+  for (const auto& mesh : project.meshes) RoutinesFor(*mesh).addLoads(project, *mesh, f);
+  return f;
+}
+
+void TurnToSupportAxes(const Project& project, ReaVecT& vector) {
+  TurnAtInclinedSupports(project, vector, Transpose<3, 3>);
+}
+
+void TurnToGlobalAxes(const Project& project, ReaVecT& vector) {
+  TurnAtInclinedSupports(project, vector, [](const auto& R) { return R; });
+}
+
+void ImposeSupports(const Project& project, StiffnessMatrix& K, ReaVecT& vector) {
   const int dofs = project.dofsPerNode;
   for (const auto [key, node] : *project.meshes[0]->nodes) {
     if (!node->constraint) continue;
@@ -62,25 +81,18 @@ void ImposeSupports(Project& project) {
     for (int d = 0; d < std::min(dofs, support.dofs); ++d) {
       const int equation = first + d;
       if (support.codes[d] == Prescribed)
-        project.solver->Prescribe(equation, support.values[d], project.global);
+        K.Prescribe(equation, support.values[d], vector);
       else if (support.codes[d] == Spring)
-        project.solver->Entry(equation, equation) += support.values[d];
+        K.Entry(equation, equation) += support.values[d];
     }
   }
 }
 
-bool AllFinite(const ReaVecT& vector) {
-  return std::all_of(vector.begin(), vector.end(), [](double x) { return std::isfinite(x); });
+int CheckSolution(const Project& project, const ReaVecT& u) {
+  return AllFinite(u) && SupportsStopRigidMotions(project) ? 0 : kBreakdown;
 }
 
-/// The solver's word, and ours where it has none: rounding hides what is not held.
-int SolveSystem(Project& project, std::ostream* info) {
-  const int result = project.solver->Solve(project.global, info);
-  if (result != 0) return result;
-  return AllFinite(project.global) && SupportsStopRigidMotions(project) ? 0 : kBreakdown;
-}
-
-[[noreturn]] void RefuseUnsolved(const Project& project, int result) {
+void RefuseUnsolved(const Project& project, int result) {
   CheckSupports(project);
   if (result == kBreakdown)
     Fatal("error when solving system. Probably conditions are not correct\n");
@@ -95,39 +107,29 @@ int SolveSystem(Project& project, std::ostream* info) {
         " from 6\n", "Could not solve system. Probably conditions are not correct\n");
 }
 
-}  // namespace
-
-void AddStiffnessOfAllMeshes(Project& project, BlockAxes axes) {
-  for (const auto& mesh : project.meshes) RoutinesFor(*mesh).addStiffness(project, *mesh, axes);
-}
-
-void TurnToSupportAxes(const Project& project, ReaVecT& vector) {
-  TurnAtInclinedSupports(project, vector, Transpose<3, 3>);
-}
-
-void TurnToGlobalAxes(const Project& project, ReaVecT& vector) {
-  TurnAtInclinedSupports(project, vector, [](const auto& R) { return R; });
-}
-
-void AssembleAndSolve(Project& project, std::ostream* info) {
-  BuildStructure(project, info);
+Results AssembleAndSolve(const Project& project, StiffnessMatrix& K, std::ostream* info) {
+  BuildStructure(project, K, info);
   Progress(info, "Just before filling global stiffness matrix\n");
-  AddStiffnessOfAllMeshes(project, BlockAxes::Constraint);
+  AddStiffnessOfAllMeshes(project, K, BlockAxes::Constraint);
   Progress(info, "Stiffness matrix filled\n");
 
-  AddNodalLoads(project);
-  AddElementLoads(project);
+  Results results;
+  results.loads = LoadsOfDeck(project);
   Progress(info, "Load vector constructed\n");
 
   Progress(info, "Beginning to apply constraints\n");
-  TurnToSupportAxes(project, project.global);
-  ImposeSupports(project);
+  ReaVecT& u = results.displacements;
+  u = results.loads;
+  TurnToSupportAxes(project, u);
+  ImposeSupports(project, K, u);
 
   Progress(info, "Just before Solver\n");
-  const int result = SolveSystem(project, info);
+  int result = K.Solve(u, info);
+  if (result == 0) result = CheckSolution(project, u);
   if (result != 0) RefuseUnsolved(project, result);
-  TurnToGlobalAxes(project, project.global);
+  TurnToGlobalAxes(project, u);
   Progress(info, "Solver finished\n");
+  return results;
 }
 
 }  // namespace kestol

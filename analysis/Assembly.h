@@ -4,20 +4,41 @@
 
 #include "algebra/ReaVecT.h"
 #include "analysis/NodeBlocks.h"
+#include "analysis/Results.h"
 
 namespace kestol {
 
 class Project;
+class StiffnessMatrix;
 
-/// Builds K u = f of the model as it stands in project.solver and project.global, imposes the
-/// supports, solves, and leaves the displacements, in global axes, in project.global.
-///
-/// The solver is fresh and the vector is all zero. Ends the run when the system cannot be solved or
-/// a rigid motion is left free. `info` may be null.
-void AssembleAndSolve(Project& project, std::ostream* info);
+/// Builds K u = f of the model as it stands in the fresh matrix K, imposes the supports and solves;
+/// gives the loads f and the displacements u. Refuses a system that cannot be solved, and a model
+/// that a rigid motion is left to. `info` may be null.
+Results AssembleAndSolve(const Project& project, StiffnessMatrix& K, std::ostream* info);
 
-/// Adds the stiffness of all meshes to project.solver.
-void AddStiffnessOfAllMeshes(Project& project, BlockAxes axes);
+// The steps of it, for those who solve for many loads.
+
+/// Records the couplings of all elements in the fresh matrix and gives it its storage.
+void BuildStructure(const Project& project, StiffnessMatrix& K, std::ostream* info);
+
+/// Adds the stiffness of all meshes.
+void AddStiffnessOfAllMeshes(const Project& project, StiffnessMatrix& K, BlockAxes axes);
+
+/// The equivalent nodal forces of the deck's loads: at nodes, on elements, own weight. By equation,
+/// global axes.
+ReaVecT LoadsOfDeck(const Project& project);
+
+/// Imposes prescribed values and springs; `vector` and K are in the axes of the supports.
+void ImposeSupports(const Project& project, StiffnessMatrix& K, ReaVecT& vector);
+
+/// Refuses a system that was not solved: `result` is what StiffnessMatrix::Solve gave, or
+/// kBreakdown.
+constexpr int kBreakdown = -1;
+[[noreturn]] void RefuseUnsolved(const Project& project, int result);
+
+/// 0, or kBreakdown when the vector holds what is not finite or the supports leave a rigid motion:
+/// rounding hides from the pivots what is not held.
+int CheckSolution(const Project& project, const ReaVecT& u);
 
 /// Turns the entries of nodes with inclined supports: into the axes of the support, and back.
 void TurnToSupportAxes(const Project& project, ReaVecT& vector);

@@ -94,22 +94,21 @@ void BeamElement::TurnStiffnessToGlobal() {
   for (Matriu* const K : {&Kii, &Kij, &Kjj}) TurnBlock(R, R, *K);
 }
 
-void AddBeamStiffness(Project& project, const Mesh& mesh, BlockAxes axes) {
+void AddBeamStiffness(const Project& project, const Mesh& mesh, NodeBlocks& K) {
   BeamElement beam(project);
-  NodeBlocks blocks(project, axes);
   for (const auto [number, elem] : mesh.elems) {
     beam.TakeAxes(*elem);
     beam.TakeStiffness();
     beam.TurnStiffnessToGlobal();
     const Node& end1 = *elem->nodes[0];
     const Node& end2 = *elem->nodes[1];
-    blocks.Add(end1, end1, beam.Kii);
-    blocks.Add(end1, end2, beam.Kij);
-    blocks.Add(end2, end2, beam.Kjj);
+    K.Add(end1, end1, beam.Kii);
+    K.Add(end1, end2, beam.Kij);
+    K.Add(end2, end2, beam.Kjj);
   }
 }
 
-void AddBeamLoads(Project& project, const Mesh& mesh) {
+void AddBeamLoads(const Project& project, const Mesh& mesh, ReaVecT& f) {
   const int dofs = project.dofsPerNode;
   BeamElement beam(project);
   for (const auto [number, elem] : mesh.elems) {
@@ -117,8 +116,8 @@ void AddBeamLoads(Project& project, const Mesh& mesh) {
     beam.TakeAxes(*elem);
     beam.TakeLoads();
     const FixedMatrix<3, 3> toGlobal = RotationOf(beam.T);
-    double* const entries1 = EntriesOf(project.global, *elem->nodes[0], dofs);
-    double* const entries2 = EntriesOf(project.global, *elem->nodes[1], dofs);
+    double* const entries1 = EntriesOf(f, *elem->nodes[0], dofs);
+    double* const entries2 = EntriesOf(f, *elem->nodes[1], dofs);
     for (const BeamLoad& load : beam.loads) {
       BeamEndForces forces = EquivalentEndForces(load, beam.L, project.problemType, beam.endCode);
       TurnVector(toGlobal, forces.f1.data(), dofs);
@@ -131,7 +130,7 @@ void AddBeamLoads(Project& project, const Mesh& mesh) {
   }
 }
 
-void BeamStrengths(const Project& project, const Mesh& mesh, ReaVecT& values) {
+void BeamStrengths(const Project& project, const Mesh& mesh, const ReaVecT& u, ReaVecT& values) {
   const int dofs = project.dofsPerNode;
   values.Fill(0.0);
   double* place = values.begin();
@@ -140,7 +139,7 @@ void BeamStrengths(const Project& project, const Mesh& mesh, ReaVecT& values) {
   for (const auto [number, elem] : mesh.elems) {
     beam.TakeAxes(*elem);
     beam.TakeStiffness();
-    beam.LocalDisplacements(project.global, u1, u2);
+    beam.LocalDisplacements(u, u1, u2);
     AddProduct(beam.Kii, u1, place);
     AddProduct(beam.Kij, u2, place);
     AddTransposedProduct(beam.Kij, u1, place + dofs);

@@ -33,7 +33,7 @@ public:
   /// Whether a beam, taken or not, has weight or loads at all.
   bool HasLoads(const Elem& elem) const;
 
-  /// The element's displacements at its two ends in local axes, from the global vector.
+  /// The element's displacements at its two ends in local axes, from those of all equations.
   void LocalDisplacements(const ReaVecT& global, double u1[6], double u2[6]) const;
 
   /// The stiffness from local to global axes, in place: K := T K T^T.
@@ -52,14 +52,14 @@ private:
   PreassureLT weight_{GlobalPressure};  ///< own weight of the beam in TakeLoads
 };
 
-/// Adds every element's stiffness to the project's solver.
-void AddBeamStiffness(Project& project, const Mesh& mesh, BlockAxes axes);
+/// Adds every element's stiffness.
+void AddBeamStiffness(const Project& project, const Mesh& mesh, NodeBlocks& K);
 
-/// Adds the equivalent nodal forces of own weight and loads of every element to project.global.
-void AddBeamLoads(Project& project, const Mesh& mesh);
+/// Adds the equivalent nodal forces of own weight and loads of every element to f.
+void AddBeamLoads(const Project& project, const Mesh& mesh, ReaVecT& f);
 
 /// End strengths in local axes, 2 x dofsPerNode per element: stiffness times displacements.
 /// `values` has its size.
-void BeamStrengths(const Project& project, const Mesh& mesh, ReaVecT& values);
+void BeamStrengths(const Project& project, const Mesh& mesh, const ReaVecT& u, ReaVecT& values);
 
 }  // namespace kestol

@@ -10,21 +10,10 @@ namespace kestol {
 
 namespace {
 
-// Values per point times points.
-int BeamValues(const Project& project, const Mesh& /*mesh*/) {
-  return project.dofsPerNode * 2;
-}
-int ShellValues(const Project& /*project*/, const Mesh& mesh) {
-  return 8 * (mesh.nnode == 3 ? 1 : 3);
-}
-int SolidValues(const Project& /*project*/, const Mesh& mesh) {
-  return 6 * (mesh.nnode == 4 ? 1 : 4);
-}
-
 constexpr ElementRoutines kRoutines[] = {
-    {Linear,     AddBeamStiffness,  AddBeamLoads,  BeamValues,  BeamStrengths  },
-    {Triangle,   AddShellStiffness, AddShellLoads, ShellValues, ShellResultants},
-    {Tetrahedra, AddSolidStiffness, AddSolidLoads, SolidValues, SolidStresses  },
+    {Linear,     AddBeamStiffness,  AddBeamLoads,  BeamStrengths  },
+    {Triangle,   AddShellStiffness, AddShellLoads, ShellResultants},
+    {Tetrahedra, AddSolidStiffness, AddSolidLoads, SolidStresses  },
 };
 
 }  // namespace

@@ -12,14 +12,13 @@ class Project;
 struct ElementRoutines {
   int elemType;  ///< ElemType
 
-  /// Adds every element's stiffness to the project's solver.
-  void (*addStiffness)(Project&, const Mesh&, BlockAxes);
-  /// Adds own weight and loads of every element to project.global.
-  void (*addLoads)(Project&, const Mesh&);
-  /// Strengths or stresses of one element: how many numbers at all its integration points.
-  int (*valuesPerElement)(const Project&, const Mesh&);
-  /// Computes them, element after element, into a vector of that many for each.
-  void (*values)(const Project&, const Mesh&, ReaVecT&);
+  /// Adds every element's stiffness.
+  void (*addStiffness)(const Project&, const Mesh&, NodeBlocks& K);
+  /// Adds own weight and loads of every element to the nodal forces f, by equation.
+  void (*addLoads)(const Project&, const Mesh&, ReaVecT& f);
+  /// Strengths or stresses at the displacements u (by equation, global axes), laid out as
+  /// PointLayout says; `values` has its size.
+  void (*values)(const Project&, const Mesh&, const ReaVecT& u, ReaVecT& values);
 };
 
 /// The routines for the mesh's type; ends the run with "error: elemtype unknown\n" for a type that

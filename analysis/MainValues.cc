@@ -6,6 +6,8 @@
 #include "algebra/FixedMatrix.h"
 #include "algebra/Matriu.h"
 #include "algebra/Zero.h"
+#include "analysis/PointLayout.h"
+#include "analysis/Results.h"
 #include "input/Project.h"
 #include "model/EulerAngles.h"
 #include "model/Mesh.h"
@@ -49,12 +51,12 @@ void TurnedAngles(const Matriu& T, double theta, double* angles) {
 
 }  // namespace
 
-void MainValues(ReaVecT& values, int firstValue, int points, ReaVecT& directions,
-                int firstDirection, const Matriu& T, ReaVecT* target) {
+void MainValues(const ReaVecT& values, int firstValue, int points, ReaVecT& directions,
+                int firstDirection, const Matriu& T, ReaVecT& target) {
   for (int p = 0; p < points; ++p) {
     double local[8];
-    std::copy_n(&values(firstValue + 8 * p), 8, local);
-    double* main = &(target != nullptr ? *target : values)(firstValue + 8 * p);
+    std::copy_n(values.begin() + firstValue - 1 + 8 * p, 8, local);
+    double* main = &target(firstValue + 8 * p);
     double* angles = &directions(firstDirection + 6 * p);
 
     const double theta = MainAngle(local[0], local[1], local[2]);
@@ -71,23 +73,18 @@ void MainValues(ReaVecT& values, int firstValue, int points, ReaVecT& directions
   }
 }
 
-void MainValuesOfMesh(Project& project, int m) {
+void MainValuesOfMesh(const Project& project, const Mesh& mesh, PointValues& values) {
   if (project.stressOption == LocalStresses) return;
-  const Mesh& mesh = *project.meshes[m];
-  const int points = mesh.nnode == 3 ? 1 : 3;
-  ReaVecT& values = project.gaussVariables[m];
-  project.mainDirections[m] = ReaVecT(values.n / 8 * 6);
-  ReaVecT* target = nullptr;
-  if (project.stressOption == MainAndLocalStresses) {
-    project.localValues[m] = ReaVecT(values.n);
-    target = &project.localValues[m];
-  }
+  const PointLayout layout = PointLayoutOf(project, mesh);
+  values.main = ReaVecT(values.local.n);
+  values.angles = ReaVecT(values.local.n / layout.values * kAnglesPerPoint);
   Matriu T(3, 3), T6(6, 6);
   int point = 0;
   for (auto [number, elem] : mesh.elems) {
     elem->ShellAxes(T, T6, elem->GetMaterial(project.materials));
-    MainValues(values, 8 * point + 1, points, project.mainDirections[m], 6 * point + 1, T, target);
-    point += points;
+    MainValues(values.local, layout.values * point + 1, layout.points, values.angles,
+               kAnglesPerPoint * point + 1, T, values.main);
+    point += layout.points;
   }
 }
 

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "algebra/StiffnessMatrix.h"
 #include "analysis/TurnBlock.h"
 #include "input/Project.h"
 
@@ -35,8 +36,8 @@ std::optional<FixedMatrix<3, 3>> SupportAxes(const Project& project, const Node&
   return RotationOf(T);
 }
 
-NodeBlocks::NodeBlocks(Project& project, BlockAxes axes)
-    : project_(project), axes_(axes), dofs_(project.dofsPerNode) {}
+NodeBlocks::NodeBlocks(const Project& project, StiffnessMatrix& matrix, BlockAxes axes)
+    : project_(project), matrix_(matrix), axes_(axes), dofs_(project.dofsPerNode) {}
 
 void NodeBlocks::Add(const Node& a, const Node& b, Matriu& K) {
   if (axes_ == BlockAxes::Constraint && (a.constraint || b.constraint)) Turn(a, b, K);
@@ -46,8 +47,7 @@ void NodeBlocks::Add(const Node& a, const Node& b, Matriu& K) {
     TransposeInPlace(K);
     std::swap(first, second);
   }
-  project_.solver->AddBlock(FirstEquation(first->number, dofs_),
-                            FirstEquation(second->number, dofs_), K);
+  matrix_.AddBlock(FirstEquation(first->number, dofs_), FirstEquation(second->number, dofs_), K);
 }
 
 /// K := R_a^T K R_b.

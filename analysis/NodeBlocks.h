@@ -9,6 +9,7 @@
 namespace kestol {
 
 class Project;
+class StiffnessMatrix;
 struct Node;
 
 /// In which axes node blocks go into the matrix: the local axes of constrained nodes (the system to
@@ -20,11 +21,11 @@ enum class BlockAxes { Global = 0, Constraint = 1 };
 /// of a plane problem.
 std::optional<FixedMatrix<3, 3>> SupportAxes(const Project& project, const Node& node);
 
-/// Hands node blocks of element stiffnesses to the project's solver: in upper order, turned into
-/// the axes of inclined supports where asked.
+/// Hands node blocks of element stiffnesses to a matrix: in upper order, turned into the axes of
+/// inclined supports where asked.
 class NodeBlocks {
 public:
-  NodeBlocks(Project& project, BlockAxes axes);
+  NodeBlocks(const Project& project, StiffnessMatrix& matrix, BlockAxes axes);
 
   /// Adds the block K (dofsPerNode square, global axes) of rows of node `a` and columns of node
   /// `b`. Call it once for each pair of an element's nodes, in either order; K is used up.
@@ -34,7 +35,8 @@ private:
   void Turn(const Node& a, const Node& b, Matriu& K);
   const FixedMatrix<3, 3>& ToSupport(const Node& node);
 
-  Project& project_;
+  const Project& project_;
+  StiffnessMatrix& matrix_;
   BlockAxes axes_;
   int dofs_;
   std::unordered_map<const Node*, FixedMatrix<3, 3>> toSupport_;  ///< of the inclined ones so far

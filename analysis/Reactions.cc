@@ -2,56 +2,75 @@
 
 #include <algorithm>
 
-#include "analysis/Assembly.h"
+#include "algebra/StiffnessMatrix.h"
 #include "input/Project.h"
 
 namespace kestol {
 
 namespace {
 
-void ReactionsOfNodes(Project& project) {
+std::vector<Reaction> ReactionsOfNodes(const Project& project, StiffnessMatrix& K,
+                                       const ReaVecT& u) {
   const int dofs = project.dofsPerNode;
+  std::vector<Reaction> reactions;
   for (const auto [key, node] : *project.meshes[0]->nodes) {
     if (!node->constraint) continue;
-    Constraint& support = *node->constraint;
+    const Constraint& support = *node->constraint;
+    Reaction reaction{node->number, {}};
     const int first = FirstEquation(node->number, dofs);
     for (int d = 0; d < std::min(dofs, support.dofs); ++d)
-      if (support.IsConstrained(d))
-        support.reactions[d] = project.solver->RowTimesVector(first + d, project.global);
+      if (support.IsConstrained(d)) reaction.values[d] = K.RowTimesVector(first + d, u);
+    reactions.push_back(reaction);
   }
+  std::sort(reactions.begin(), reactions.end(),
+            [](const Reaction& a, const Reaction& b) { return a.nodeIndex < b.nodeIndex; });
+  return reactions;
 }
+
+/// Finds the record of a node that has a support.
+class ReactionTable {
+public:
+  ReactionTable(std::vector<Reaction>& reactions, int nodeCount) : place_(nodeCount, nullptr) {
+    for (Reaction& reaction : reactions) place_[reaction.nodeIndex - 1] = &reaction;
+  }
+  Reaction* Of(const Node& node) const { return place_[node.number - 1]; }
+
+private:
+  std::vector<Reaction*> place_;  ///< by node index - 1; null without a support
+};
 
 /// Halves the reactions of a mid-side node between its corners. Without a record at both corners
 /// they stay where they are, so that the sum is kept.
-void MoveToCorners(const Node& middle, Node& corner1, Node& corner2) {
-  if (!middle.constraint || !corner1.constraint || !corner2.constraint) return;
-  Constraint& support = *middle.constraint;
-  for (int d = 0; d < support.dofs; ++d) {
-    if (!support.IsConstrained(d)) continue;
-    const double half = 0.5 * support.reactions[d];
-    corner1.constraint->reactions[d] += half;
-    corner2.constraint->reactions[d] += half;
-    support.reactions[d] = 0.0;  // the neighbour element moves nothing more
+void MoveToCorners(const ReactionTable& table, const Node& middle, const Node& corner1,
+                   const Node& corner2) {
+  Reaction *const from = table.Of(middle), *const to1 = table.Of(corner1),
+                  *const to2 = table.Of(corner2);
+  if (from == nullptr || to1 == nullptr || to2 == nullptr) return;
+  for (int d = 0; d < middle.constraint->dofs; ++d) {
+    if (!middle.constraint->IsConstrained(d)) continue;
+    const double half = 0.5 * from->values[d];
+    to1->values[d] += half;
+    to2->values[d] += half;
+    from->values[d] = 0.0;  // the neighbour element moves nothing more
   }
 }
 
-void MoveMidSideReactions(const Project& project) {
+void MoveMidSideReactions(const Project& project, std::vector<Reaction>& reactions) {
+  const ReactionTable table(reactions, project.numNodes);
   for (const auto& mesh : project.meshes) {
     if (mesh->elemType != Triangle || mesh->nnode != 6) continue;
     for (const auto [number, elem] : mesh->elems)
       for (int e = 0; e < 3; ++e)
-        MoveToCorners(*elem->nodes[e + 3], *elem->nodes[e], *elem->nodes[(e + 1) % 3]);
+        MoveToCorners(table, *elem->nodes[e + 3], *elem->nodes[e], *elem->nodes[(e + 1) % 3]);
   }
 }
 
 }  // namespace
 
-void ComputeReactions(Project& project) {
-  project.solver->SetZero();
-  AddStiffnessOfAllMeshes(project, BlockAxes::Global);
-  ReactionsOfNodes(project);
-  project.solver.reset();
-  if (project.ConvertTo6Nodes != 0) MoveMidSideReactions(project);
+std::vector<Reaction> ReactionsOf(const Project& project, StiffnessMatrix& K, const ReaVecT& u) {
+  std::vector<Reaction> reactions = ReactionsOfNodes(project, K, u);
+  if (project.ConvertTo6Nodes != 0) MoveMidSideReactions(project, reactions);
+  return reactions;
 }
 
 }  // namespace kestol

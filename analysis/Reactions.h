@@ -1,13 +1,17 @@
 #pragma once
 
+#include <vector>
+
+#include "analysis/Results.h"
+
 namespace kestol {
 
 class Project;
+class StiffnessMatrix;
 
-/// Fills the reactions of all supports: the rows of the stiffness without supports, assembled once
-/// more in global axes, times the displacements. No load is subtracted. Reactions of mid-side nodes
-/// that the conversion to 6 nodes made go to their corners, half to each. Deletes project.solver,
-/// which was only needed for this.
-void ComputeReactions(Project& project);
+/// The reactions of all supports as they are printed: the rows of the stiffness K without supports
+/// (global axes) times the displacements u. No load is subtracted. Reactions of mid-side nodes that
+/// the conversion to 6 nodes made go to their corners, half to each. By rising node index.
+std::vector<Reaction> ReactionsOf(const Project& project, StiffnessMatrix& K, const ReaVecT& u);
 
 }  // namespace kestol

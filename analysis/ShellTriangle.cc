@@ -100,8 +100,7 @@ bool IsCoplanar(const Project& project, const Node& node) {
 }
 
 template <int N, int P>
-void AddStiffness(Project& project, const Mesh& mesh, BlockAxes axes) {
-  NodeBlocks blocks(project, axes);
+void AddStiffness(const Project& project, const Mesh& mesh, NodeBlocks& blocks) {
   ShellElement shell(project);
   ShellPoints<N, P> points;
   Matriu global(6, 6);
@@ -126,7 +125,8 @@ void AddStiffness(Project& project, const Mesh& mesh, BlockAxes axes) {
 
 /// N = Dm Bm u, M = Db Bb u, Q = Ds Bs u at every point.
 template <int N, int P>
-void Resultants(const Project& project, const Mesh& mesh, ReaVecT& values) {
+void Resultants(const Project& project, const Mesh& mesh, const ReaVecT& displacements,
+                ReaVecT& values) {
   ShellElement shell(project);
   ShellPoints<N, P> points;
   double* value = values.data.get();
@@ -136,7 +136,7 @@ void Resultants(const Project& project, const Mesh& mesh, ReaVecT& values) {
     std::array<FixedMatrix<5, 1>, N> u;
     for (int i = 0; i < N; ++i) {
       const FixedMatrix<6, 1> local = shell.ToLocal(
-          &project.global.data[FirstEquation(elem->nodes[i]->number, project.dofsPerNode) - 1]);
+          &displacements.data[FirstEquation(elem->nodes[i]->number, project.dofsPerNode) - 1]);
       for (int k = 1; k <= 5; ++k) u[i](k, 1) = local(k, 1);
     }
     for (int p = 0; p < P; ++p, value += 8) {
@@ -164,18 +164,18 @@ void Resultants(const Project& project, const Mesh& mesh, ReaVecT& values) {
 
 }  // namespace
 
-void AddShellStiffness(Project& project, const Mesh& mesh, BlockAxes axes) {
+void AddShellStiffness(const Project& project, const Mesh& mesh, NodeBlocks& K) {
   if (mesh.nnode == 3)
-    AddStiffness<3, 1>(project, mesh, axes);
+    AddStiffness<3, 1>(project, mesh, K);
   else
-    AddStiffness<6, 3>(project, mesh, axes);
+    AddStiffness<6, 3>(project, mesh, K);
 }
 
-void ShellResultants(const Project& project, const Mesh& mesh, ReaVecT& values) {
+void ShellResultants(const Project& project, const Mesh& mesh, const ReaVecT& u, ReaVecT& values) {
   if (mesh.nnode == 3)
-    Resultants<3, 1>(project, mesh, values);
+    Resultants<3, 1>(project, mesh, u, values);
   else
-    Resultants<6, 3>(project, mesh, values);
+    Resultants<6, 3>(project, mesh, u, values);
 }
 
 }  // namespace kestol

@@ -8,14 +8,14 @@ namespace kestol {
 class Mesh;
 class Project;
 
-/// Adds the stiffness of every 3- or 6-noded triangle (by mesh.nnode) to the project's solver.
-void AddShellStiffness(Project& project, const Mesh& mesh, BlockAxes axes);
+/// Adds the stiffness of every 3- or 6-noded triangle (by mesh.nnode).
+void AddShellStiffness(const Project& project, const Mesh& mesh, NodeBlocks& K);
 
-/// Adds the equivalent nodal forces of own weight and loads of every element to project.global.
-void AddShellLoads(Project& project, const Mesh& mesh);
+/// Adds the equivalent nodal forces of own weight and loads of every element to f.
+void AddShellLoads(const Project& project, const Mesh& mesh, ReaVecT& f);
 
 /// Resultants at the integration points, 8 each (Nx' Ny' Nxy' Mx' My' Mxy' Qx' Qy'), in local axes:
 /// one point per 3-noded element, three per 6-noded one.
-void ShellResultants(const Project& project, const Mesh& mesh, ReaVecT& values);
+void ShellResultants(const Project& project, const Mesh& mesh, const ReaVecT& u, ReaVecT& values);
 
 }  // namespace kestol

@@ -3,6 +3,8 @@
 #include <vector>
 
 #include "algebra/Matriu.h"
+#include "analysis/PointLayout.h"
+#include "analysis/Results.h"
 #include "analysis/Smoothing.h"
 #include "input/Project.h"
 #include "model/EulerAngles.h"
@@ -65,7 +67,10 @@ struct NodeGroups {
 class ShellSmoother {
 public:
   ShellSmoother(const Project& project, const Mesh& mesh, ReaVecT& values)
-      : project_(project), mesh_(mesh), values_(values), points_(mesh.nnode == 3 ? 1 : 3) {}
+      : project_(project),
+        mesh_(mesh),
+        values_(values),
+        points_(PointLayoutOf(project, mesh).points) {}
 
   void Smooth(const ValueGroup& group, const std::vector<ReaVec3>& orientations) {
     nodes_.assign(project_.numNodes, NodeGroups());
@@ -168,21 +173,19 @@ std::vector<ReaVec3> MainOrientations(const ReaVecT& directions, int points, int
 
 }  // namespace
 
-void SmoothShell(Project& project, int m) {
-  const Mesh& mesh = *project.meshes[m];
-  const int points = mesh.nnode == 3 ? 1 : 3;
-  const auto smooth = [&](ReaVecT& values, bool holdsMainValues) {
-    std::vector<ReaVec3> orientations;
-    if (!holdsMainValues) orientations = ElementOrientations(project, mesh);
-    ShellSmoother smoother(project, mesh, values);
-    for (const ValueGroup& group : {kMembrane, kBending}) {
-      if (holdsMainValues)
-        orientations = MainOrientations(project.mainDirections[m], points, group.directions);
-      smoother.Smooth(group, orientations);
-    }
-  };
-  smooth(project.gaussVariables[m], project.stressOption == MainStresses);
-  if (project.stressOption == MainAndLocalStresses) smooth(project.localValues[m], true);
+void SmoothShell(const Project& project, const Mesh& mesh, PointValues& values) {
+  if (project.stressOption != MainStresses) {
+    values.smoothed = values.local;
+    const std::vector<ReaVec3> orientations = ElementOrientations(project, mesh);
+    ShellSmoother smoother(project, mesh, values.smoothed);
+    for (const ValueGroup& group : {kMembrane, kBending}) smoother.Smooth(group, orientations);
+  }
+  if (project.stressOption != LocalStresses) {
+    const int points = PointLayoutOf(project, mesh).points;
+    ShellSmoother smoother(project, mesh, values.main);
+    for (const ValueGroup& group : {kMembrane, kBending})
+      smoother.Smooth(group, MainOrientations(values.angles, points, group.directions));
+  }
 }
 
 }  // namespace kestol

@@ -1,6 +1,7 @@
 #include <array>
 #include <vector>
 
+#include "analysis/PointLayout.h"
 #include "analysis/Sizes.h"
 #include "analysis/Smoothing.h"
 #include "analysis/Tet10.h"
@@ -39,22 +40,22 @@ void AddToNodes(const Elem& elem, const double* stresses, ReaVecT& sums) {
 
 }  // namespace
 
-void AverageSolidStresses(Project& project, int m) {
-  const Mesh& mesh = *project.meshes[m];
-  ReaVecT& sums = project.nodalStresses;
-  sums = ReaVecT(VectorLength(project.numNodes, 6));
+ReaVecT AverageSolidStresses(const Project& project, const Mesh& mesh, const ReaVecT& stresses) {
+  const int perElement = PointLayoutOf(project, mesh).PerElement();
+  ReaVecT sums(VectorLength(project.numNodes, 6));
   std::vector<int> counts(project.numNodes, 0);
-  const double* stresses = project.gaussVariables[m].data.get();
+  const double* element = stresses.data.get();
   for (auto [number, elem] : mesh.elems) {
-    AddToNodes(*elem, stresses, sums);
+    AddToNodes(*elem, element, sums);
     for (int k = 0; k < elem->nnode; ++k) ++counts[elem->nodes[k]->number - 1];
-    stresses += mesh.nnode == 4 ? 6 : 24;
+    element += perElement;
   }
   for (int i = 0; i < project.numNodes; ++i) {
     if (counts[i] == 0)
       Fatal("error: node ", project.ExternalNumber(i + 1), " has no elements around\n");
     for (int component = 0; component < 6; ++component) sums.data[6 * i + component] /= counts[i];
   }
+  return sums;
 }
 
 }  // namespace kestol

@@ -42,8 +42,7 @@ inline void AddNodeStiffness(const Vector3& g, const Vector3& h, const Elasticit
 
 /// K_ij = sum over the points of B_i^T D B_j w for every node pair of every element.
 template <int N, int P, class Evaluate>
-void AddStiffness(Project& project, const Mesh& mesh, BlockAxes axes, Evaluate evaluate) {
-  NodeBlocks blocks(project, axes);
+void AddStiffness(const Project& project, const Mesh& mesh, NodeBlocks& blocks, Evaluate evaluate) {
   SolidPoints<N, P> points;
   Matriu D(6, 6), K(3, 3);
   for (auto [number, elem] : mesh.elems) {
@@ -62,7 +61,8 @@ void AddStiffness(Project& project, const Mesh& mesh, BlockAxes axes, Evaluate e
 
 /// D times the sum over the nodes of B_i u_i, at every point of every element.
 template <int N, int P, class Evaluate>
-void Stresses(const Project& project, const Mesh& mesh, ReaVecT& values, Evaluate evaluate) {
+void Stresses(const Project& project, const Mesh& mesh, const ReaVecT& displacements,
+              ReaVecT& values, Evaluate evaluate) {
   SolidPoints<N, P> points;
   Matriu D(6, 6);
   double* stress = values.data.get();
@@ -74,7 +74,7 @@ void Stresses(const Project& project, const Mesh& mesh, ReaVecT& values, Evaluat
       for (int i = 0; i < N; ++i) {
         const int first = FirstEquation(elem->nodes[i]->number, project.dofsPerNode);
         const FixedMatrix<3, 1> u{
-            {project.global(first), project.global(first + 1), project.global(first + 2)}
+            {displacements(first), displacements(first + 1), displacements(first + 2)}
         };
         strain += SolidStrainMatrix(points.gradient[p][i]) * u;
       }
@@ -89,18 +89,18 @@ void Stresses(const Project& project, const Mesh& mesh, ReaVecT& values, Evaluat
 
 }  // namespace
 
-void AddSolidStiffness(Project& project, const Mesh& mesh, BlockAxes axes) {
+void AddSolidStiffness(const Project& project, const Mesh& mesh, NodeBlocks& K) {
   if (mesh.nnode == 4)
-    AddStiffness<4, 1>(project, mesh, axes, EvaluateTetra4);
+    AddStiffness<4, 1>(project, mesh, K, EvaluateTetra4);
   else
-    AddStiffness<10, 4>(project, mesh, axes, EvaluateTetra10);
+    AddStiffness<10, 4>(project, mesh, K, EvaluateTetra10);
 }
 
-void SolidStresses(const Project& project, const Mesh& mesh, ReaVecT& values) {
+void SolidStresses(const Project& project, const Mesh& mesh, const ReaVecT& u, ReaVecT& values) {
   if (mesh.nnode == 4)
-    Stresses<4, 1>(project, mesh, values, EvaluateTetra4);
+    Stresses<4, 1>(project, mesh, u, values, EvaluateTetra4);
   else
-    Stresses<10, 4>(project, mesh, values, EvaluateTetra10);
+    Stresses<10, 4>(project, mesh, u, values, EvaluateTetra10);
 }
 
 }  // namespace kestol

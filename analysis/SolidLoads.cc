@@ -25,18 +25,18 @@ constexpr int kOpposite[4] = {3, 0, 1, 2};
 
 /// Every node receives the sum over the points of q N w.
 template <int N, int P>
-void AddVolumeLoad(Project& project, const Elem& elem, const SolidPoints<N, P>& points,
+void AddVolumeLoad(NodalForces& forces, const Elem& elem, const SolidPoints<N, P>& points,
                    const Vector3& q) {
   for (int k = 0; k < N; ++k) {
     double share = 0.0;
     for (int p = 0; p < P; ++p) share += points.shape[p][k] * points.weight[p];
-    AddToNode(project, *elem.nodes[k], 0, q, share);
+    forces.Add(*elem.nodes[k], 0, q, share);
   }
 }
 
 /// A load on one face: on the corners of a four-noded element a third of the face each; with ten
 /// nodes on the mid-sides, each with the area and the normal of the surface at its own place.
-void AddFaceLoad(Project& project, const Elem& elem, const PreassureLT& load, const Vector3& q) {
+void AddFaceLoad(NodalForces& forces, const Elem& elem, const PreassureLT& load, const Vector3& q) {
   const int* face = kFaces[load.face];
   const auto at = [&](int place) { return PositionOf(*elem.nodes[face[place]]); };
   const Vector3 inside = Minus(PositionOf(*elem.nodes[kOpposite[load.face]]), at(0));
@@ -45,7 +45,7 @@ void AddFaceLoad(Project& project, const Elem& elem, const PreassureLT& load, co
     const Vector3 area = Cross(Minus(at(1), at(0)), Minus(at(2), at(0)));
     const double size = Norm(area);
     const Vector3 p = SurfaceLoad(load.kind, q, ArbitraryFrame(Times(area, outward / size)));
-    for (int k = 0; k < 3; ++k) AddToNode(project, *elem.nodes[face[k]], 0, p, size / 6);
+    for (int k = 0; k < 3; ++k) forces.Add(*elem.nodes[face[k]], 0, p, size / 6);
     return;
   }
   for (int k = 0; k < 3; ++k) {
@@ -59,12 +59,13 @@ void AddFaceLoad(Project& project, const Elem& elem, const PreassureLT& load, co
     const Vector3 area = Cross(Xs, Xt);
     const double size = Norm(area);
     const Vector3 p = SurfaceLoad(load.kind, q, ArbitraryFrame(Times(area, outward / size)));
-    AddToNode(project, *elem.nodes[face[k + 3]], 0, p, size * tri6::kWeight);
+    forces.Add(*elem.nodes[face[k + 3]], 0, p, size * tri6::kWeight);
   }
 }
 
 template <int N, int P, class Evaluate>
-void AddLoads(Project& project, const Mesh& mesh, Evaluate evaluate) {
+void AddLoads(const Project& project, const Mesh& mesh, ReaVecT& f, Evaluate evaluate) {
+  NodalForces forces{f, project.dofsPerNode};
   SolidPoints<N, P> points;
   for (auto [number, elem] : mesh.elems) {
     const Material* material = elem->GetMaterial(project.materials);
@@ -72,24 +73,24 @@ void AddLoads(Project& project, const Mesh& mesh, Evaluate evaluate) {
     const double weight = material->Weight;
     if (!(weight > kZero) && first == nullptr) continue;
     evaluate(*elem, points);
-    if (weight > kZero) AddVolumeLoad(project, *elem, points, WeightAlongGravity(project, weight));
+    if (weight > kZero) AddVolumeLoad(forces, *elem, points, WeightAlongGravity(project, weight));
     for (const PreassureLT* load = first; load != nullptr; load = load->next.get()) {
       const Vector3 q = {load->values(1), load->values(2), load->values(3)};
       if (load->face == -1)
-        AddVolumeLoad(project, *elem, points, q);
+        AddVolumeLoad(forces, *elem, points, q);
       else
-        AddFaceLoad(project, *elem, *load, q);
+        AddFaceLoad(forces, *elem, *load, q);
     }
   }
 }
 
 }  // namespace
 
-void AddSolidLoads(Project& project, const Mesh& mesh) {
+void AddSolidLoads(const Project& project, const Mesh& mesh, ReaVecT& f) {
   if (mesh.nnode == 4)
-    AddLoads<4, 1>(project, mesh, EvaluateTetra4);
+    AddLoads<4, 1>(project, mesh, f, EvaluateTetra4);
   else
-    AddLoads<10, 4>(project, mesh, EvaluateTetra10);
+    AddLoads<10, 4>(project, mesh, f, EvaluateTetra10);
 }
 
 }  // namespace kestol

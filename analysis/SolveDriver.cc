@@ -58,38 +58,30 @@ void RefuseQuadraticTriangles(const Project& project) {
       Fatal("error: Solver DOUBLE needs a shell mesh of 3-noded triangles\n");
 }
 
-void ClearGlobal(Project& project) {
-  project.global.Resize(EquationCount(project), 0.0);
-  project.global.Fill(0.0);
-}
-
 /// The direct solution of the model as read, from which the iterations on the converted model
-/// start. Gives it in global axes and leaves the project as if nothing had been solved.
-ReaVecT PreSolve(Project& project, int renumber, std::ostream* info) {
+/// start, in global axes. Leaves the project as if nothing had been solved.
+ReaVecT PreSolve(Project& project, const SolveSettings& settings) {
   RefuseQuadraticTriangles(project);
   CheckNormals(project);
-  if (renumber != 0) RenumberNodes(project);
-  Progress(info, "Running a pre-solver to prepare initial values\n");
-  project.solver = std::make_unique<SkyLine>(EquationCount(project));
-  ClearGlobal(project);
-  AssembleAndSolve(project, info);
-  project.solver.reset();
+  if (settings.renumber) RenumberNodes(project);
+  Progress(settings.info, "Running a pre-solver to prepare initial values\n");
+  SkyLine K(EquationCount(project));
+  Results results = AssembleAndSolve(project, K, settings.info);
   project.coplanar.clear();
-  project.solverChoice = SolveSparse;
-  project.ConvertTo6Nodes = 1;
-  return std::move(project.global);
+  return std::move(results.displacements);
 }
 
-/// Everything about the meshes that comes before equations are counted.
-void PrepareMeshes(Project& project, int renumber, std::ostream* info) {
+void PrepareMeshes(Project& project, const SolveSettings& settings) {
   if (project.ConvertTo6Nodes != 0 && ConvertMeshesTo6Nodes(project))
-    Progress(info, "Mesh converted to internal 6-noded representation\n");
-  if (renumber != 0 && project.solverChoice == SolveSkyLine) RenumberNodes(project);
+    Progress(settings.info, "Mesh converted to internal 6-noded representation\n");
+  const bool orderMatters = project.solverChoice == SolveSkyLine && !settings.otherMatrix;
+  if (settings.renumber && orderMatters) RenumberNodes(project);
   CheckNormals(project);
   if (project.coplanar.empty()) return;
   const auto count = std::count_if(project.coplanar.begin(), project.coplanar.end(),
                                    [](int flag) { return flag != 0; });
-  Progress(info, "%i out of %i nodes are coplanar\n", static_cast<int>(count), project.numNodes);
+  Progress(settings.info, "%i out of %i nodes are coplanar\n", static_cast<int>(count),
+           project.numNodes);
 }
 
 std::unique_ptr<SparseSolver> NewSparse(const Project& project) {
@@ -99,31 +91,41 @@ std::unique_ptr<SparseSolver> NewSparse(const Project& project) {
                                         project.MaxIterations);
 }
 
-/// The solver of the choice; `start`, when not null, is where the iterations begin.
-std::unique_ptr<StiffnessMatrix> NewSolver(const Project& project, const ReaVecT* preSolved) {
-  if (project.solverChoice == SolveSkyLine)
-    return std::make_unique<SkyLine>(EquationCount(project));
-  if (project.solverChoice != SolveSparse) Fatal("error: unknown solver\n");
-  auto sparse = NewSparse(project);
-  if (preSolved != nullptr) sparse->SetInitialValues(StartVector(project, *preSolved));
-  return sparse;
-}
-
 }  // namespace
 
-void SolveProject(Project& project, int renumber, std::ostream* info) {
+ReaVecT PrepareModel(Project& project, const SolveSettings& settings) {
   RefuseUnknownNodes(project);
   RefusePlaneTriangles(project);
   if (project.hasRotules) PrepareHinges(project);
 
   ResolveAutomatic(project);
-  const bool twice = project.solverChoice == SolveDouble;
-  const ReaVecT preSolved = twice ? PreSolve(project, renumber, info) : ReaVecT();
+  ReaVecT preSolved;
+  if (project.solverChoice == SolveDouble) {
+    if (!settings.otherMatrix) preSolved = PreSolve(project, settings);
+    project.solverChoice = SolveSparse;
+    project.ConvertTo6Nodes = 1;
+  }
+  PrepareMeshes(project, settings);
+  return preSolved;
+}
 
-  PrepareMeshes(project, renumber, info);
-  project.solver = NewSolver(project, twice ? &preSolved : nullptr);
-  ClearGlobal(project);
-  AssembleAndSolve(project, info);
+std::unique_ptr<StiffnessMatrix> NewMatrix(const Project& project, const SolveSettings& settings,
+                                           const ReaVecT& preSolved) {
+  if (settings.otherMatrix) return settings.otherMatrix(EquationCount(project));
+  if (project.solverChoice == SolveSkyLine)
+    return std::make_unique<SkyLine>(EquationCount(project));
+  if (project.solverChoice != SolveSparse) Fatal("error: unknown solver\n");
+  auto sparse = NewSparse(project);
+  if (preSolved.n > 0) sparse->SetInitialValues(StartVector(project, preSolved));
+  return sparse;
+}
+
+Solution SolveProject(Project& project, const SolveSettings& settings) {
+  const ReaVecT preSolved = PrepareModel(project, settings);
+  Solution solution;
+  solution.matrix = NewMatrix(project, settings, preSolved);
+  solution.results = AssembleAndSolve(project, *solution.matrix, settings.info);
+  return solution;
 }
 
 }  // namespace kestol

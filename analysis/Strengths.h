@@ -1,13 +1,22 @@
 #pragma once
 
+#include <memory>
 #include <ostream>
 
 namespace kestol {
 
 class Project;
+class StiffnessMatrix;
+struct Results;
 
-/// Displacements to strengths, stresses and reactions: values at the integration points of every
-/// mesh, reactions, and smoothing when asked for. `info` may be null.
-void ComputeStrengths(Project& project, std::ostream* info);
+/// Fills results.meshes from the displacements: values at the integration points of every mesh, and
+/// main values where asked for.
+void ComputePointValues(const Project& project, Results& results);
+
+/// Displacements to strengths, stresses and reactions: values at the integration points, reactions,
+/// and smoothing when asked for. The matrix that solved the system is assembled once more without
+/// supports for the reactions, and then released. `info` may be null.
+void ComputeStrengths(const Project& project, std::unique_ptr<StiffnessMatrix> K, Results& results,
+                      std::ostream* info);
 
 }  // namespace kestol

@@ -7,9 +7,9 @@
 
 namespace kestol {
 
-void AddToNode(Project& project, const Node& node, int first, const Vector3& load, double factor) {
-  double* const f = &project.global(FirstEquation(node.number, project.dofsPerNode)) + first;
-  for (int d = 0; d < 3; ++d) f[d] += load[d] * factor;
+void NodalForces::Add(const Node& node, int first, const Vector3& load, double factor) {
+  double* const entries = &f(FirstEquation(node.number, dofsPerNode)) + first;
+  for (int d = 0; d < 3; ++d) entries[d] += load[d] * factor;
 }
 
 Vector3 SurfaceLoad(int kind, const Vector3& q, const Frame& axes) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "algebra/ReaVecT.h"
 #include "algebra/Vector3.h"
 #include "input/Project.h"
 #include "model/Frame.h"
@@ -9,9 +10,15 @@ namespace kestol {
 
 // Distributed loads as forces at nodes, for shells, solids and beams.
 
-/// Adds `load` times `factor` to three equations of a node, from its degree `first` (from 0) on:
-/// 0 for a force, 3 for a moment.
-void AddToNode(Project& project, const Node& node, int first, const Vector3& load, double factor);
+/// The nodal forces that the loads of elements add up to.
+struct NodalForces {
+  ReaVecT& f;  ///< by equation
+  int dofsPerNode;
+
+  /// Adds `load` times `factor` to three equations of a node, from its degree `first` (from 0) on:
+  /// 0 for a force, 3 for a moment.
+  void Add(const Node& node, int first, const Vector3& load, double factor);
+};
 
 /// Force per unit area in global axes of a load q of this kind (LoadKind) on a surface with the
 /// local axes `axes`: q in these; q global; or q global and per unit of the area projected on the

@@ -7,8 +7,6 @@
 
 #include "algebra/Plex.h"
 #include "algebra/ReaVec3.h"
-#include "algebra/ReaVecT.h"
-#include "algebra/StiffnessMatrix.h"
 #include "input/Units.h"
 #include "model/Material.h"
 #include "model/Mesh.h"
@@ -17,6 +15,7 @@
 namespace kestol {
 
 class OutputText;
+struct Results;
 
 /// Most meshes that a model can hold.
 constexpr int kMaxMeshes = 10;
@@ -27,15 +26,15 @@ enum SolverChoice { Automatic = 0, SolveSkyLine = 1, SolveSparse = 2, SolveDoubl
 /// Which shell values are kept and written.
 enum StressOption { LocalStresses = 0, MainStresses = 1, MainAndLocalStresses = 2 };
 
-/// The whole model and every result of one run. The groups below are headed by the stage that
-/// writes them.
+/// The whole model of one run: what the deck says, and what follows from it before a solution. The
+/// groups below are headed by the stage that writes them.
 class Project {
 public:
   /// `capacity` numbers per block of the materials and loads containers.
   explicit Project(int capacity);
 
   /// The text report: displacements, beam strengths, reactions.
-  void WriteResults(OutputText& output) const;
+  void WriteResults(const Results& results, OutputText& output) const;
 
   // --- set by the reader --------------------------------------------------------------------
   Units units;
@@ -60,17 +59,9 @@ public:
   double smoothingAngle = -1.0;  ///< radians
   bool hasRotules = false;       ///< a rotules section with a node was read
 
-  // --- set by the solve driver --------------------------------------------------------------
+  // --- set when the model is prepared for a solution ------------------------------------------
   std::vector<int> rotuleCodes;  ///< EndCode by element number - 1; empty without rotules
   std::vector<int> coplanar;     ///< flag by node index - 1; empty without shells
-  std::unique_ptr<StiffnessMatrix> solver;  ///< dies inside ComputeReactions
-  ReaVecT global;                           ///< loads, then displacements, by equation
-
-  // --- set by ComputeStrengths; per mesh, by running position of the element ------------------
-  std::array<ReaVecT, kMaxMeshes> gaussVariables;  ///< values at the integration points
-  std::array<ReaVecT, kMaxMeshes> mainDirections;  ///< 6 angles per shell point; options 1 and 2
-  std::array<ReaVecT, kMaxMeshes> localValues;     ///< 8 main values per shell point; option 2
-  ReaVecT nodalStresses;                           ///< 6 per node by index; solids with smoothing
 
   /// The release code of a beam's ends.
   int EndCodeOf(int elementNumber) const {

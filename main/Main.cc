@@ -6,6 +6,7 @@
 #include <optional>
 #include <stdexcept>
 #include <string>
+#include <utility>
 
 #include "analysis/SolveDriver.h"
 #include "analysis/Strengths.h"
@@ -52,17 +53,18 @@ void OpenErrorFile(const char* name) {
   error.file = IsStandardOutput(name) ? stdout : OpenFile(name, "w");
 }
 
-void WriteReport(const Project& project, const char* name) {
+void WriteReport(const Project& project, const Results& results, const char* name) {
   OutputText report{std::string(name)};
-  project.WriteResults(report);
+  project.WriteResults(results, report);
   report.Close();
 }
 
-void WritePostProcessorFiles(const Project& project, const RunOptions& options) {
-  OutputText results(ResultFileName(options.inputFile, ".kestol.res"));
+void WritePostProcessorFiles(const Project& project, const Results& results,
+                             const RunOptions& options) {
+  OutputText file(ResultFileName(options.inputFile, ".kestol.res"));
   const std::string meshFileName = ResultFileName(options.inputFile, ".kestol.bon");
-  WriteVemoFiles(project, results, options.writeMesh ? &meshFileName : nullptr);
-  results.Close();
+  WriteVemoFiles(project, results, file, options.writeMesh ? &meshFileName : nullptr);
+  file.Close();
 }
 
 void ReportTotalTime(Clock::time_point start, std::ostream* info) {
@@ -81,13 +83,13 @@ void Run(const RunOptions& options) {
   OpenErrorFile(options.errorFile);
 
   ReadProject(project, input);
-  SolveProject(project, options.renumber, info);
+  Solution solution = SolveProject(project, {.renumber = options.renumber != 0, .info = info});
   Progress(info, "Beginning calc strengths and reactions\n");
-  ComputeStrengths(project, info);
+  ComputeStrengths(project, std::move(solution.matrix), solution.results, info);
   Progress(info, "End of calc strengths and reactions\n");
   Progress(info, "Transfering results\n");
-  if (options.outputFile != nullptr) WriteReport(project, options.outputFile);
-  WritePostProcessorFiles(project, options);
+  if (options.outputFile != nullptr) WriteReport(project, solution.results, options.outputFile);
+  WritePostProcessorFiles(project, solution.results, options);
   ReportTotalTime(start, info);
 }
 

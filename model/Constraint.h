@@ -10,9 +10,9 @@ class Matriu;
 /// What a support does to one degree of freedom. Other digits are stored and have no effect.
 enum ConstraintCode { Free = 0, Prescribed = 1, Spring = 2 };
 
-/// The support record of a node: per degree of freedom a code, its value and the reaction. Degrees
+/// The support record of a node: per degree of freedom a code and its value. Degrees
 /// are counted from 0: x, y, rotation in the plane; x, y, z, rotations about x, y, z in space;
-/// x, y, z in solids. With local axes the values are along and about these, the reactions global.
+/// x, y, z in solids. With local axes the values are along and about these.
 struct Constraint {
   explicit Constraint(int dofsPerNode) : dofs(dofsPerNode) {}
 
@@ -23,7 +23,6 @@ struct Constraint {
   int hasLocalAxes = 0;            ///< 1 when Euler angles were given
   std::array<int, 6> codes{};      ///< ConstraintCode or another digit
   std::array<double, 6> values{};  ///< prescribed displacement, or spring stiffness; result units
-  std::array<double, 6> reactions{};                ///< global components; 0 where not constrained
   double Euler1 = 0.0, Euler2 = 0.0, Euler3 = 0.0;  ///< local axes, radians; see EulerRotation
 };
 

@@ -23,13 +23,13 @@ BeamLoad SumOf(const std::vector<BeamLoad>& loads) {
 
 }  // namespace
 
-BeamDisplacements::BeamDisplacements(const BeamElement& beam)
+BeamDisplacements::BeamDisplacements(const BeamElement& beam, const ReaVecT& displacements)
     : endCode_(beam.endCode), plane_(beam.project.problemType == Plane) {
   const BeamLoad q = SumOf(beam.loads);
   const Material& material = *beam.material;
   const double E = material.E1, L = beam.L, L2 = L * L;
   double a[6], b[6];  // displacements of ends 1 and 2
-  beam.LocalDisplacements(beam.project.global, a, b);
+  beam.LocalDisplacements(displacements, a, b);
 
   u1_ = a[0];
   u2_ = b[0];

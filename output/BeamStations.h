@@ -18,8 +18,8 @@ namespace kestol {
 ///     both hinged    xi (1-xi)(1+xi-xi^2) / 24     hinge at end 1   xi (1-xi)^2 (1+2xi) / 48
 class BeamDisplacements {
 public:
-  /// From the displacements in project.global and the sum of the beam's loads.
-  explicit BeamDisplacements(const BeamElement& beam);
+  /// From the displacements of all equations, in global axes, and the sum of the beam's loads.
+  BeamDisplacements(const BeamElement& beam, const ReaVecT& displacements);
 
   /// Global x, y, z; z is 0 in the plane.
   std::array<double, 3> At(double xi) const;

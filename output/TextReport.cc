@@ -1,6 +1,7 @@
 // Project::WriteResults: the text report.
 
 #include "analysis/BeamElement.h"
+#include "analysis/Results.h"
 #include "input/Project.h"
 #include "main/ErrorChannel.h"
 #include "output/ListedNodes.h"
@@ -29,21 +30,21 @@ void WriteNodeLine(int number, const double* values, int count, OutputText& outp
   output << '\n';
 }
 
-void WriteDisplacements(const Project& project, OutputText& output) {
+void WriteDisplacements(const Project& project, const Results& results, OutputText& output) {
   WriteHeading(project, "\n\nNODAL DISPLACEMENTS (x y theta)\n",
                "\n\nNODAL DISPLACEMENTS (x y z thetax thetay thetaz)\n", output);
   const int dofs = project.dofsPerNode;
-  const double* const displacements = project.global.begin();
+  const double* const displacements = results.displacements.begin();
   ForEachListedNode(project, [&](int number, const Node& node) {
     WriteNodeLine(number, displacements + FirstEquation(node.number, dofs) - 1, dofs, output);
   });
 }
 
-void WriteReactions(const Project& project, OutputText& output) {
+void WriteReactions(const Project& project, const Results& results, OutputText& output) {
   WriteHeading(project, "\n\nREACTIONS (Px Py M)\n", "\n\nREACTIONS (Px Py Pz Mx My Mz)\n", output);
   ForEachListedNode(project, [&](int number, const Node& node) {
-    if (node.constraint != nullptr)
-      WriteNodeLine(number, node.constraint->reactions.data(), project.dofsPerNode, output);
+    if (const Reaction* const reaction = FindReaction(results, node.number))
+      WriteNodeLine(number, reaction->values.data(), project.dofsPerNode, output);
   });
 }
 
@@ -72,14 +73,14 @@ BeamEndForces EndForcesOfLoads(const Project& project, const Elem& elem, BeamEle
   return sum;
 }
 
-void WriteStrengths(const Project& project, int m, OutputText& output) {
+void WriteStrengths(const Project& project, const Results& results, int m, OutputText& output) {
   output << (project.problemType == Plane
                  ? "\n\nELEMENT STRENGTH (Px,local  Py,local  Mlocal)\n"
                  : "\n\nELEMENT STRENGTH (Px,local  Py,local  Pz,local  Mx,local  My,local  "
                    "Mz,local)\n");
   const Mesh& mesh = *project.meshes[m];
   const int dofs = project.dofsPerNode;
-  const double* stored = project.gaussVariables[m].begin();
+  const double* stored = results.meshes[m].local.begin();
   BeamElement beam(project);
   for (const auto [number, elem] : mesh.elems) {
     output << "Element " << number
@@ -93,11 +94,11 @@ void WriteStrengths(const Project& project, int m, OutputText& output) {
 }
 
 // Shells and solids have no place in this report.
-void WriteStrengthsOfMeshes(const Project& project, OutputText& output) {
+void WriteStrengthsOfMeshes(const Project& project, const Results& results, OutputText& output) {
   for (int m = 0; m < static_cast<int>(project.meshes.size()); ++m) {
     switch (project.meshes[m]->elemType) {
       case Linear:
-        WriteStrengths(project, m, output);
+        WriteStrengths(project, results, m, output);
         break;
       case Triangle:
       case Tetrahedra:
@@ -111,10 +112,10 @@ void WriteStrengthsOfMeshes(const Project& project, OutputText& output) {
 
 }  // namespace
 
-void Project::WriteResults(OutputText& output) const {
-  WriteDisplacements(*this, output);
-  WriteStrengthsOfMeshes(*this, output);
-  WriteReactions(*this, output);
+void Project::WriteResults(const Results& results, OutputText& output) const {
+  WriteDisplacements(*this, results, output);
+  WriteStrengthsOfMeshes(*this, results, output);
+  WriteReactions(*this, results, output);
 }
 
 }  // namespace kestol

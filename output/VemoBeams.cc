@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <string_view>
 
+#include "analysis/Results.h"
 #include "input/Project.h"
 #include "model/EulerAngles.h"
 #include "output/BeamStations.h"
@@ -42,18 +43,18 @@ Direction DiagramDirection(const Matriu& T, int problemType, int c) {
   return {sign * T(1, column), sign * T(2, column), sign * T(3, column)};
 }
 
-void WriteDisplacements(const Project& project, const Mesh& mesh, BeamElement& beam,
-                        OutputText& results) {
-  results << "BDisplacements 4 1.0 Estatic 2 2 1 \"Beams\"\nX\nY\nZ\n";
+void WriteDisplacements(const Project& project, const Results& results, const Mesh& mesh,
+                        BeamElement& beam, OutputText& file) {
+  file << "BDisplacements 4 1.0 Estatic 2 2 1 \"Beams\"\nX\nY\nZ\n";
   const std::int64_t D = project.NumOfDivisions;
   for (const auto [number, elem] : mesh.elems) {
     beam.TakeAxes(*elem);
     beam.TakeLoads();
-    const BeamDisplacements displacements(beam);
-    results << number;
+    const BeamDisplacements displacements(beam, results.displacements);
+    file << number;
     for (std::int64_t s = 0; s <= D; ++s) {
       const auto [x, y, z] = displacements.At(static_cast<double>(s) / static_cast<double>(D));
-      results << ' ' << x << ' ' << y << ' ' << z << " \n";
+      file << ' ' << x << ' ' << y << ' ' << z << " \n";
     }
   }
 }
@@ -90,44 +91,45 @@ private:
   char* end_ = text_;
 };
 
-void WriteStrength(const Project& project, int m, int c, BeamElement& beam, OutputText& results) {
-  results << (project.problemType == Plane ? kPlaneHeaders : kSpaceHeaders)[c - 1];
+void WriteStrength(const Project& project, const Results& results, int m, int c, BeamElement& beam,
+                   OutputText& file) {
+  file << (project.problemType == Plane ? kPlaneHeaders : kSpaceHeaders)[c - 1];
   const std::int64_t D = project.NumOfDivisions;
-  const double* ends = project.gaussVariables[m].begin();
+  const double* ends = results.meshes[m].local.begin();
   for (const auto [number, elem] : project.meshes[m]->elems) {
     beam.TakeAxes(*elem);
     beam.TakeLoads();
     const BeamStrength strength(beam, ends, c);
     StationLine line(DiagramDirection(beam.T, project.problemType, c));
     ends += 2 * project.dofsPerNode;
-    results << number;
+    file << number;
     for (std::int64_t s = 0; s <= D; ++s)
-      results << line.TextOf(strength.At(static_cast<double>(s) / static_cast<double>(D)));
+      file << line.TextOf(strength.At(static_cast<double>(s) / static_cast<double>(D)));
   }
 }
 
 // Deliberate: only the middle station carries the axes, behind two blanks.
-void WriteAxes(const Project& project, const Mesh& mesh, BeamElement& beam, OutputText& results) {
-  results << "Local Axes Beam   4 1.0 Estatic 6 2 0 \"Beams\"\n";
+void WriteAxes(const Project& project, const Mesh& mesh, BeamElement& beam, OutputText& file) {
+  file << "Local Axes Beam   4 1.0 Estatic 6 2 0 \"Beams\"\n";
   const int middle = project.NumOfDivisions / 2;
   for (const auto [number, elem] : mesh.elems) {
     beam.TakeAxes(*elem);
     const ReaVec3 angles = FrameToAngles(beam.T);
-    results << number;
-    for (int s = 0; s < middle; ++s) results << " 1000 1000 1000\n";
-    results << "  " << angles(1) << ' ' << angles(2) << ' ' << angles(3) << '\n';
-    for (int s = middle; s < project.NumOfDivisions; ++s) results << " 1000 1000 1000\n";
+    file << number;
+    for (int s = 0; s < middle; ++s) file << " 1000 1000 1000\n";
+    file << "  " << angles(1) << ' ' << angles(2) << ' ' << angles(3) << '\n';
+    for (int s = middle; s < project.NumOfDivisions; ++s) file << " 1000 1000 1000\n";
   }
 }
 
 }  // namespace
 
-void WriteBeamResults(const Project& project, int m, OutputText& results) {
+void WriteBeamResults(const Project& project, const Results& results, int m, OutputText& file) {
   const Mesh& mesh = *project.meshes[m];
   BeamElement beam(project);
-  WriteDisplacements(project, mesh, beam, results);
-  for (int c = 1; c <= project.dofsPerNode; ++c) WriteStrength(project, m, c, beam, results);
-  WriteAxes(project, mesh, beam, results);
+  WriteDisplacements(project, results, mesh, beam, file);
+  for (int c = 1; c <= project.dofsPerNode; ++c) WriteStrength(project, results, m, c, beam, file);
+  WriteAxes(project, mesh, beam, file);
 }
 
 }  // namespace kestol

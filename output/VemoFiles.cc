@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cstdint>
 
+#include "analysis/PointLayout.h"
+#include "analysis/Results.h"
 #include "input/Project.h"
 #include "main/ErrorChannel.h"
 #include "output/ListedNodes.h"
@@ -73,51 +75,54 @@ LastMeshes ClassifyMeshes(const Project& project) {
   return last;
 }
 
-void DeclareBeamStations(const Project& project, OutputText& results) {
-  results << "GaussPoints \"Beams\" ElemType Linear\n Number of Gauss Points: "
-          << std::int64_t{project.NumOfDivisions} + 1
-          << "\nNatural Coordinates: Internal\nNodes included\nEnd gausspoints\n";
+void DeclareBeamStations(const Project& project, OutputText& file) {
+  file << "GaussPoints \"Beams\" ElemType Linear\n Number of Gauss Points: "
+       << std::int64_t{project.NumOfDivisions} + 1
+       << "\nNatural Coordinates: Internal\nNodes included\nEnd gausspoints\n";
 }
 
-void DeclareTrianglePoints(const Mesh& mesh, OutputText& results) {
-  results << "GaussPoints \"Triangles\" ElemType Triangle\n Number of Gauss Points: "
-          << (mesh.nnode == 3 ? 1 : 3) << "\nNatural Coordinates: Internal\nEnd gausspoints\n";
+void DeclareTrianglePoints(int points, OutputText& file) {
+  file << "GaussPoints \"Triangles\" ElemType Triangle\n Number of Gauss Points: " << points
+       << "\nNatural Coordinates: Internal\nEnd gausspoints\n";
 }
 
-void WriteBeamsAndShells(const Project& project, const LastMeshes& last, OutputText& results) {
-  if (last.linear != nullptr) DeclareBeamStations(project, results);
-  if (last.triangle != nullptr) DeclareTrianglePoints(*last.triangle, results);
+void WriteBeamsAndShells(const Project& project, const Results& results, const LastMeshes& last,
+                         OutputText& file) {
+  if (last.linear != nullptr) DeclareBeamStations(project, file);
+  if (last.triangle != nullptr)
+    DeclareTrianglePoints(PointLayoutOf(project, *last.triangle).points, file);
   for (int m = 0; m < static_cast<int>(project.meshes.size()); ++m) {
     if (project.meshes[m]->elemType == Linear) {
-      WriteBeamResults(project, m, results);
+      WriteBeamResults(project, results, m, file);
     } else {
-      WriteTriangleResults(project, m, results);
+      WriteTriangleResults(project, results, m, file);
     }
   }
 }
 
 }  // namespace
 
-void WriteVemoFiles(const Project& project, OutputText& results, const std::string* meshFileName) {
+void WriteVemoFiles(const Project& project, const Results& results, OutputText& file,
+                    const std::string* meshFileName) {
   if (meshFileName != nullptr) WriteMeshFile(project, *meshFileName);
   const LastMeshes last = ClassifyMeshes(project);
   if (last.tetrahedra == nullptr) {
-    WriteBeamsAndShells(project, last, results);
+    WriteBeamsAndShells(project, results, last, file);
   } else {
     if (project.meshes.size() > 1)
       Fatal("tetrahedra elements cannot be mixed with other elements\n");
-    WriteTetrahedraResults(project, 0, results);
+    WriteTetrahedraResults(project, results, 0, file);
   }
-  WriteVemoReactions(project, results);
+  WriteVemoReactions(project, results, file);
 }
 
-void WriteVemoDisplacements(const Project& project, OutputText& results) {
-  results << "Displacements   4 1.0 Estatic 2 1 1\nX\nY\nZ\n";
+void WriteVemoDisplacements(const Project& project, const Results& results, OutputText& file) {
+  file << "Displacements   4 1.0 Estatic 2 1 1\nX\nY\nZ\n";
   ForEachListedNode(project, [&](int number, const Node& node) {
     const int equation = FirstEquation(node.number, project.dofsPerNode);
-    results << number << ' ';  // Deliberate: two blanks before the first value.
-    for (int d = 0; d < 3; ++d) results << ' ' << project.global(equation + d);
-    results << '\n';
+    file << number << ' ';  // Deliberate: two blanks before the first value.
+    for (int d = 0; d < 3; ++d) file << ' ' << results.displacements(equation + d);
+    file << '\n';
   });
 }
 

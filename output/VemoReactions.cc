@@ -1,3 +1,4 @@
+#include "analysis/Results.h"
 #include "input/Project.h"
 #include "output/ListedNodes.h"
 #include "output/OutputText.h"
@@ -10,38 +11,40 @@ namespace {
 // One line per node with the reactions first..last (from 0, `last` excluded). The lines are
 // numbered by a running count, not by the node. Deliberate: nodes without a record write three
 // zeros whatever the number of components, and in the plane two forces stand under three names.
-void WriteLines(const Project& project, int first, int last, OutputText& results) {
+void WriteLines(const Project& project, const Results& results, int first, int last,
+                OutputText& file) {
   int line = 0;
   ForEachListedNode(project, [&](int, const Node& node) {
-    results << ++line;
-    if (node.constraint == nullptr) {
-      results << " 0 0 0\n";
+    file << ++line;
+    const Reaction* const reaction = FindReaction(results, node.number);
+    if (reaction == nullptr) {
+      file << " 0 0 0\n";
       return;
     }
-    results << ' ';
-    for (int d = first; d < last; ++d) results << node.constraint->reactions[d] << ' ';
-    results << '\n';
+    file << ' ';
+    for (int d = first; d < last; ++d) file << reaction->values[d] << ' ';
+    file << '\n';
   });
 }
 
 }  // namespace
 
-void WriteVemoReactions(const Project& project, OutputText& results) {
+void WriteVemoReactions(const Project& project, const Results& results, OutputText& file) {
   const int dofs = project.dofsPerNode;
   const bool plane = project.problemType == Plane;
   const int forces = plane ? 2 : 3;
 
-  results << "Reactions       4 1.0 Estatic 2 1 1\nPx\nPy\nPz\n";
-  WriteLines(project, 0, forces, results);
+  file << "Reactions       4 1.0 Estatic 2 1 1\nPx\nPy\nPz\n";
+  WriteLines(project, results, 0, forces, file);
 
   if (plane) {
-    results << "M Reactions     4 1.0 Estatic 1 1 1\nM\n";
+    file << "M Reactions     4 1.0 Estatic 1 1 1\nM\n";
   } else if (dofs == 6) {
-    results << "M Reactions     4 1.0 Estatic 2 1 1\nMx\nMy\nMz\n";
+    file << "M Reactions     4 1.0 Estatic 2 1 1\nMx\nMy\nMz\n";
   } else {
     return;
   }
-  WriteLines(project, forces, dofs, results);
+  WriteLines(project, results, forces, dofs, file);
 }
 
 }  // namespace kestol

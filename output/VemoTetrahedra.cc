@@ -1,5 +1,7 @@
 #include <cmath>
 
+#include "analysis/PointLayout.h"
+#include "analysis/Results.h"
 #include "input/Project.h"
 #include "output/ListedNodes.h"
 #include "output/OutputText.h"
@@ -9,8 +11,8 @@ namespace kestol {
 
 namespace {
 
-const double* StressesOf(const Project& project, const Node& node) {
-  return project.nodalStresses.begin() + 6 * (node.number - 1);
+const double* StressesOf(const Results& results, const Node& node) {
+  return results.nodalStresses.begin() + 6 * (node.number - 1);
 }
 
 // Square root of the second invariant of the deviator, times the root of 3.
@@ -20,35 +22,36 @@ double VonMisses(const double* s) {
   return std::sqrt(0.5 * (xy * xy + yz * yz + zx * zx + 6.0 * shears));
 }
 
-void WriteStresses(const Project& project, OutputText& results) {
+void WriteStresses(const Project& project, const Results& results, OutputText& file) {
   // Deliberate: the values stand in the order of the array, xy, xz, yz, whatever the names say.
-  results << "Strengths      4 1.0 Estatic 3 1 1\nSx\nSy\nSz\nTxy\nTyz\nTxz\n";
+  file << "Strengths      4 1.0 Estatic 3 1 1\nSx\nSy\nSz\nTxy\nTyz\nTxz\n";
   ForEachListedNode(project, [&](int number, const Node& node) {
-    const double* const stresses = StressesOf(project, node);
-    results << number << ' ';
-    for (int i = 0; i < 6; ++i) results << ' ' << stresses[i];
-    results << '\n';
+    const double* const stresses = StressesOf(results, node);
+    file << number << ' ';
+    for (int i = 0; i < 6; ++i) file << ' ' << stresses[i];
+    file << '\n';
   });
 }
 
-void WriteVonMisses(const Project& project, OutputText& results) {
-  results << "Von Misses     4 1.0 Estatic 1 1 1\nVon_Misses\n";
+void WriteVonMisses(const Project& project, const Results& results, OutputText& file) {
+  file << "Von Misses     4 1.0 Estatic 1 1 1\nVon_Misses\n";
   ForEachListedNode(project, [&](int number, const Node& node) {
-    results << number << "  " << VonMisses(StressesOf(project, node)) << '\n';
+    file << number << "  " << VonMisses(StressesOf(results, node)) << '\n';
   });
 }
 
 }  // namespace
 
-void WriteTetrahedraResults(const Project& project, int m, OutputText& results) {
+void WriteTetrahedraResults(const Project& project, const Results& results, int m,
+                            OutputText& file) {
   if (project.DoSmoothing == 0) {
-    const int points = project.meshes[m]->nnode == 4 ? 1 : 4;
-    results << "gausspoints     0  " << points << "  1  0  0\n";
+    const int points = PointLayoutOf(project, *project.meshes[m]).points;
+    file << "gausspoints     0  " << points << "  1  0  0\n";
   }
-  WriteVemoDisplacements(project, results);
+  WriteVemoDisplacements(project, results, file);
   if (project.DoSmoothing == 0) return;
-  WriteStresses(project, results);
-  WriteVonMisses(project, results);
+  WriteStresses(project, results, file);
+  WriteVonMisses(project, results, file);
 }
 
 }  // namespace kestol

@@ -1,4 +1,6 @@
 #include "algebra/Matriu.h"
+#include "analysis/PointLayout.h"
+#include "analysis/Results.h"
 #include "input/Project.h"
 #include "model/EulerAngles.h"
 #include "output/OutputText.h"
@@ -10,7 +12,7 @@ namespace {
 
 // Stress options under which a block is written, and where its values come from.
 enum class Axes { Local, Main };
-enum class Source { Gauss, MainValues, Directions, ElementAxes };
+enum class Source { LocalValues, MainValues, Directions, ElementAxes };
 
 struct PointBlock {
   Axes axes;
@@ -22,11 +24,11 @@ struct PointBlock {
 
 // clang-format off
 constexpr PointBlock kPointBlocks[] = {
-    {Axes::Local, Source::Gauss,       1, 3, "Axial Force     4 1.0 Estatic 2 2 1 \"Triangles\"\nNx'\nNy'\nNxy'\n"},
+    {Axes::Local, Source::LocalValues,       1, 3, "Axial Force     4 1.0 Estatic 2 2 1 \"Triangles\"\nNx'\nNy'\nNxy'\n"},
     {Axes::Main,  Source::MainValues,  1, 3, "Main Ax. Force  4 1.0 Estatic 2 2 1 \"Triangles\"\nN11\nN22\n0\n"},
-    {Axes::Local, Source::Gauss,       4, 3, "Momentus        4 1.0 Estatic 2 2 1 \"Triangles\"\nMx'\nMy'\nMxy'\n"},
+    {Axes::Local, Source::LocalValues,       4, 3, "Momentus        4 1.0 Estatic 2 2 1 \"Triangles\"\nMx'\nMy'\nMxy'\n"},
     {Axes::Main,  Source::MainValues,  4, 3, "Main Momentus   4 1.0 Estatic 2 2 1 \"Triangles\"\nM11\nM22\n0\n"},
-    {Axes::Local, Source::Gauss,       7, 2, "Shear          4 1.0 Estatic 2 2 1 \"Triangles\"\nQx'\nQy'\n0\n"},
+    {Axes::Local, Source::LocalValues,       7, 2, "Shear          4 1.0 Estatic 2 2 1 \"Triangles\"\nQx'\nQy'\n0\n"},
     {Axes::Main,  Source::MainValues,  7, 2, "Shear in Main  4 1.0 Estatic 2 2 1 \"Triangles\"\nQm1\nQm2\n0\n"},
     {Axes::Local, Source::ElementAxes, 1, 3, "Local Axes      4 1.0 Estatic 6 2 0 \"Triangles\"\n"},
     {Axes::Main,  Source::Directions,  1, 3, "L Axes Axial    4 1.0 Estatic 6 2 0 \"Triangles\"\n"},
@@ -39,65 +41,57 @@ bool IsWritten(const PointBlock& block, int stressOption) {
   return stressOption != other;
 }
 
-constexpr int kValuesPerPoint = 8, kAnglesPerPoint = 6;
-
-int PointsPerElement(const Mesh& mesh) {
-  return mesh.nnode == 3 ? 1 : 3;
-}
-
 // The element number starts the first point's line; the lines of later points start with a blank.
-void WritePointLine(const double* values, int count, OutputText& results) {
-  for (int i = 0; i < count; ++i) results << ' ' << values[i];
-  results << (count == 2 ? " 0\n" : "\n");
+void WritePointLine(const double* values, int count, OutputText& file) {
+  for (int i = 0; i < count; ++i) file << ' ' << values[i];
+  file << (count == 2 ? " 0\n" : "\n");
 }
 
-void WriteValues(const Mesh& mesh, const ReaVecT& array, int stride, const PointBlock& block,
-                 OutputText& results) {
-  const int points = PointsPerElement(mesh);
+void WriteValues(const Mesh& mesh, const ReaVecT& array, int points, int stride,
+                 const PointBlock& block, OutputText& file) {
   const double* values = array.begin();
   for (const auto [number, elem] : mesh.elems) {
-    results << number;
+    file << number;
     for (int point = 0; point < points; ++point, values += stride)
-      WritePointLine(values + (block.first - 1), block.count, results);
+      WritePointLine(values + (block.first - 1), block.count, file);
   }
 }
 
-void WriteElementAxes(const Project& project, const Mesh& mesh, OutputText& results) {
-  const int points = PointsPerElement(mesh);
+void WriteElementAxes(const Project& project, const Mesh& mesh, int points, OutputText& file) {
   Matriu T, T6;
   for (const auto [number, elem] : mesh.elems) {
     elem->ShellAxes(T, T6, elem->GetMaterial(project.materials));
     const ReaVec3 angles = FrameToAngles(T);
-    results << number;
-    for (int point = 0; point < points; ++point) WritePointLine(angles.data, 3, results);
+    file << number;
+    for (int point = 0; point < points; ++point) WritePointLine(angles.data, 3, file);
   }
 }
 
-void WriteBlock(const Project& project, int m, const PointBlock& block, OutputText& results) {
-  const Mesh& mesh = *project.meshes[m];
-  results << block.header;
+void WriteBlock(const Project& project, const Mesh& mesh, const PointValues& values,
+                const PointBlock& block, OutputText& file) {
+  const PointLayout layout = PointLayoutOf(project, mesh);
+  file << block.header;
   switch (block.source) {
-    case Source::Gauss:
-      return WriteValues(mesh, project.gaussVariables[m], kValuesPerPoint, block, results);
-    case Source::MainValues: {
-      // With MainStresses they have taken the place of the local values.
-      const auto& source = project.stressOption == MainAndLocalStresses ? project.localValues
-                                                                        : project.gaussVariables;
-      return WriteValues(mesh, source[m], kValuesPerPoint, block, results);
+    case Source::LocalValues: {
+      const ReaVecT& local = project.DoSmoothing != 0 ? values.smoothed : values.local;
+      return WriteValues(mesh, local, layout.points, layout.values, block, file);
     }
+    case Source::MainValues:
+      return WriteValues(mesh, values.main, layout.points, layout.values, block, file);
     case Source::Directions:
-      return WriteValues(mesh, project.mainDirections[m], kAnglesPerPoint, block, results);
+      return WriteValues(mesh, values.angles, layout.points, kAnglesPerPoint, block, file);
     case Source::ElementAxes:
-      return WriteElementAxes(project, mesh, results);
+      return WriteElementAxes(project, mesh, layout.points, file);
   }
 }
 
 }  // namespace
 
-void WriteTriangleResults(const Project& project, int m, OutputText& results) {
-  WriteVemoDisplacements(project, results);
+void WriteTriangleResults(const Project& project, const Results& results, int m, OutputText& file) {
+  WriteVemoDisplacements(project, results, file);
   for (const PointBlock& block : kPointBlocks)
-    if (IsWritten(block, project.stressOption)) WriteBlock(project, m, block, results);
+    if (IsWritten(block, project.stressOption))
+      WriteBlock(project, *project.meshes[m], results.meshes[m], block, file);
 }
 
 }  // namespace kestol

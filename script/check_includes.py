@@ -1,46 +1,62 @@
 #!/usr/bin/env python3
-"""Holds the includes of the source to the layers: main -> input -> model -> analysis -> output over
-algebra. Prints each include that breaks the table and exits with 1."""
+"""Holds the includes of the source to the table in script/layers: check_includes.py [ROOT].
+Prints each include that breaks it and each folder that it does not name, and exits with 1."""
 import pathlib
 import re
 import sys
 
-ROOT = pathlib.Path(__file__).resolve().parent.parent
-
-# Leaves that may be included from anywhere.
-LEAVES = {"main/ErrorChannel.h", "output/InfoFile.h"}
-
-# What headers and sources of a folder may include, beside their own folder.
-HEADERS = {
-    "algebra": set(),
-    "model": {"algebra"},
-    "input": {"algebra", "model"},
-    "analysis": {"algebra", "model", "input"},
-    "output": {"algebra", "model", "input", "analysis"},
-    "main": {"algebra", "model", "input", "analysis", "output"},
-}
-SOURCES = dict(HEADERS)
-# The readers of the model's sections, the support check and the hinges work on the Project.
-SOURCES["model"] = {"algebra", "input"}
-# Mesh blocks, materials and loads are read by the model's own readers; the report is an operation
-# of Project with its definition in output/.
-SOURCES["input"] = {"algebra", "model"}
+SOURCES = {".h", ".cc", ".inc"}
+# Folders of the tree that hold no part of the product in C++.
+OUTSIDE = {"tests", "bench", "build", "docs", "examples", "verification", "script", "cmake"}
 
 
-def broken(path):
-    folder = path.parent.name
-    allowed = (HEADERS if path.suffix == ".h" else SOURCES)[folder]
-    for number, line in enumerate(path.read_text().splitlines(), 1):
-        match = re.match(r'#include "((\w+)/[\w.]+)"', line)
-        if not match or match.group(1) in LEAVES:
+def read_table(path):
+    """The ground headers, and what each folder may include beside itself."""
+    ground, table = set(), {}
+    for line in path.read_text().splitlines():
+        if line.strip() and not line.startswith("#"):
+            folder, _, allowed = line.partition(":")
+            if folder == "ground":
+                ground = set(allowed.split())
+            else:
+                table[folder] = set(allowed.split())
+    return ground, table
+
+
+def owner(path, table):
+    """The folder of the table that a path (relative to the root) lies in; the longest one."""
+    parts = pathlib.PurePosixPath(path).parts[:-1]
+    for count in range(len(parts), 0, -1):
+        folder = "/".join(parts[:count])
+        if folder in table:
+            return folder
+    return None
+
+
+def broken(root):
+    ground, table = read_table(root / "script" / "layers")
+    for path in sorted(root.rglob("*")):
+        name = path.relative_to(root).as_posix()
+        first = name.split("/")[0]
+        if path.suffix not in SOURCES or first in OUTSIDE or first.startswith("."):
             continue
-        if match.group(2) != folder and match.group(2) not in allowed:
-            yield f"{path.relative_to(ROOT)}:{number}: {folder}/ must not include {match.group(1)}"
+        folder = owner(name, table)
+        if folder is None:
+            yield f"{name}: script/layers does not know its folder"
+            continue
+        for number, line in enumerate(path.read_text().splitlines(), 1):
+            match = re.match(r'\s*#\s*include\s*"([^"]+)"', line)
+            if match is None or match.group(1) in ground:
+                continue
+            target = owner(match.group(1), table)
+            if target != folder and target not in table[folder]:
+                yield f"{name}:{number}: {folder}/ must not include {match.group(1)}"
 
 
 def main():
-    lines = [line for folder in HEADERS for path in sorted((ROOT / folder).glob("*.*"))
-             if path.suffix in (".h", ".cc") for line in broken(path)]
+    root = pathlib.Path(sys.argv[1] if len(sys.argv) > 1 else __file__).resolve()
+    root = root if len(sys.argv) > 1 else root.parent.parent
+    lines = list(broken(root))
     print("\n".join(lines) if lines else "includes run one way")
     return 1 if lines else 0
 
