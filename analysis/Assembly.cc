@@ -73,19 +73,12 @@ void TurnToGlobalAxes(const Project& project, ReaVecT& vector) {
 }
 
 void ImposeSupports(const Project& project, StiffnessMatrix& K, ReaVecT& vector) {
-  const int dofs = project.dofsPerNode;
-  for (const auto [key, node] : *project.meshes[0]->nodes) {
-    if (!node->constraint) continue;
-    const Constraint& support = *node->constraint;
-    const int first = FirstEquation(node->number, dofs);
-    for (int d = 0; d < std::min(dofs, support.dofs); ++d) {
-      const int equation = first + d;
-      if (support.codes[d] == Prescribed)
-        K.Prescribe(equation, support.values[d], vector);
-      else if (support.codes[d] == Spring)
-        K.Entry(equation, equation) += support.values[d];
-    }
-  }
+  ForEachHeldDegree(project, [&](int equation, int code, double value) {
+    if (code == Prescribed)
+      K.Prescribe(equation, value, vector);
+    else if (code == Spring)
+      K.Entry(equation, equation) += value;
+  });
 }
 
 int CheckSolution(const Project& project, const ReaVecT& u) {

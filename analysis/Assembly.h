@@ -1,14 +1,15 @@
 #pragma once
 
+#include <algorithm>
 #include <ostream>
 
 #include "algebra/ReaVecT.h"
 #include "analysis/NodeBlocks.h"
 #include "analysis/Results.h"
+#include "input/Project.h"
 
 namespace kestol {
 
-class Project;
 class StiffnessMatrix;
 
 /// Builds K u = f of the model as it stands in the fresh matrix K, imposes the supports and solves;
@@ -27,6 +28,20 @@ void AddStiffnessOfAllMeshes(const Project& project, StiffnessMatrix& K, BlockAx
 /// The equivalent nodal forces of the deck's loads: at nodes, on elements, own weight. By equation,
 /// global axes.
 ReaVecT LoadsOfDeck(const Project& project);
+
+/// Calls action(equation, code, value) for every degree of every support record: its equation (from
+/// 1), ConstraintCode and value.
+template <class Action>
+void ForEachHeldDegree(const Project& project, Action action) {
+  const int dofs = project.dofsPerNode;
+  for (const auto [key, node] : *project.meshes[0]->nodes) {
+    if (!node->constraint) continue;
+    const Constraint& support = *node->constraint;
+    const int first = FirstEquation(node->number, dofs);
+    for (int d = 0; d < std::min(dofs, support.dofs); ++d)
+      action(first + d, support.codes[d], support.values[d]);
+  }
+}
 
 /// Imposes prescribed values and springs; `vector` and K are in the axes of the supports.
 void ImposeSupports(const Project& project, StiffnessMatrix& K, ReaVecT& vector);

@@ -101,12 +101,18 @@ ReaVecT PrepareModel(Project& project, const SolveSettings& settings) {
   ResolveAutomatic(project);
   ReaVecT preSolved;
   if (project.solverChoice == SolveDouble) {
-    if (!settings.otherMatrix) preSolved = PreSolve(project, settings);
-    project.solverChoice = SolveSparse;
-    project.ConvertTo6Nodes = 1;
+    preSolved = PreSolve(project, settings);
+    ConvertForDouble(project);
   }
   PrepareMeshes(project, settings);
   return preSolved;
+}
+
+void ConvertForDouble(Project& project) {
+  RefuseQuadraticTriangles(project);
+  RefuseDoubleForSolids(project);
+  project.solverChoice = SolveSparse;
+  project.ConvertTo6Nodes = 1;
 }
 
 std::unique_ptr<StiffnessMatrix> NewMatrix(const Project& project, const SolveSettings& settings,

@@ -35,6 +35,10 @@ Solution SolveProject(Project& project, const SolveSettings& settings);
 /// otherwise.
 ReaVecT PrepareModel(Project& project, const SolveSettings& settings);
 
+/// Turns the choice of the Double solver into what is left of it without a starting vector: meshes
+/// converted to 6 nodes and the Sparse solver. Refuses what the Double solver refuses.
+void ConvertForDouble(Project& project);
+
 /// The matrix of the deck's solver for a prepared model; `preSolved` is what PrepareModel gave.
 std::unique_ptr<StiffnessMatrix> NewMatrix(const Project& project, const SolveSettings& settings,
                                            const ReaVecT& preSolved);

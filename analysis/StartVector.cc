@@ -26,15 +26,20 @@ void FillMidSides(const Mesh& mesh, int dofs, ReaVecT& start) {
 
 }  // namespace
 
+void RefuseDoubleForSolids(const Project& project) {
+  for (const auto& mesh : project.meshes)
+    if (mesh->elemType == Tetrahedra)
+      Fatal("error: Double solver not implemented for tetrahedras\n");
+}
+
 ReaVecT StartVector(const Project& project, const ReaVecT& preSolved) {
+  RefuseDoubleForSolids(project);
   ReaVecT start(EquationCount(project));
   std::copy(preSolved.begin(), preSolved.end(), start.begin());
 
   const int meshCount = static_cast<int>(project.meshes.size());
   for (int m = 0; m < meshCount;) {
     const Mesh& mesh = *project.meshes[m];
-    if (mesh.elemType == Tetrahedra)
-      Fatal("error: Double solver not implemented for tetrahedras\n");
     if (mesh.elemType == Triangle && ElementCount(mesh) > 0) {
       FillMidSides(mesh, project.dofsPerNode, start);
       // Deliberate: the corner counter, 3 after the loop, is the mesh counter too. Meshes passed

@@ -38,11 +38,15 @@ void ComputePointValues(const Project& project, Results& results) {
 }
 
 void ComputeStrengths(const Project& project, std::unique_ptr<StiffnessMatrix> K, Results& results,
-                      std::ostream* info) {
+                      std::ostream* info, Forces forces) {
   ComputePointValues(project, results);
   K->SetZero();
   AddStiffnessOfAllMeshes(project, *K, BlockAxes::Global);
   results.reactions = ReactionsOf(project, *K, results.displacements);
+  if (forces == Forces::OfAllNodes) {
+    results.internalForces = ReaVecT(results.displacements.n);
+    K->Times(results.displacements, results.internalForces);
+  }
   K.reset();
   if (project.DoSmoothing != 0) {
     Progress(info, "Beginning smooth of the gaussian variables\n");

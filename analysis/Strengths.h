@@ -15,8 +15,10 @@ void ComputePointValues(const Project& project, Results& results);
 
 /// Displacements to strengths, stresses and reactions: values at the integration points, reactions,
 /// and smoothing when asked for. The matrix that solved the system is assembled once more without
-/// supports for the reactions, and then released. `info` may be null.
+/// supports for the reactions, and then released. With Forces::OfAllNodes results.internalForces is
+/// filled as well. `info` may be null.
+enum class Forces { OfSupports, OfAllNodes };
 void ComputeStrengths(const Project& project, std::unique_ptr<StiffnessMatrix> K, Results& results,
-                      std::ostream* info);
+                      std::ostream* info, Forces forces = Forces::OfSupports);
 
 }  // namespace kestol

@@ -16,8 +16,7 @@
 #include "main/CommandLine.h"
 #include "main/ErrorChannel.h"
 #include "output/InfoFile.h"
-#include "output/OutputText.h"
-#include "output/VemoFiles.h"
+#include "output/ResultFiles.h"
 
 namespace kestol {
 
@@ -53,18 +52,11 @@ void OpenErrorFile(const char* name) {
   error.file = IsStandardOutput(name) ? stdout : OpenFile(name, "w");
 }
 
-void WriteReport(const Project& project, const Results& results, const char* name) {
-  OutputText report{std::string(name)};
-  project.WriteResults(results, report);
-  report.Close();
-}
-
 void WritePostProcessorFiles(const Project& project, const Results& results,
                              const RunOptions& options) {
-  OutputText file(ResultFileName(options.inputFile, ".kestol.res"));
   const std::string meshFileName = ResultFileName(options.inputFile, ".kestol.bon");
-  WriteVemoFiles(project, results, file, options.writeMesh ? &meshFileName : nullptr);
-  file.Close();
+  WriteResultFile(project, results, ResultFileName(options.inputFile, ".kestol.res"),
+                  options.writeMesh ? &meshFileName : nullptr);
 }
 
 void ReportTotalTime(Clock::time_point start, std::ostream* info) {
@@ -88,7 +80,7 @@ void Run(const RunOptions& options) {
   ComputeStrengths(project, std::move(solution.matrix), solution.results, info);
   Progress(info, "End of calc strengths and reactions\n");
   Progress(info, "Transfering results\n");
-  if (options.outputFile != nullptr) WriteReport(project, solution.results, options.outputFile);
+  if (options.outputFile != nullptr) WriteReportFile(project, solution.results, options.outputFile);
   WritePostProcessorFiles(project, solution.results, options);
   ReportTotalTime(start, info);
 }

@@ -1,0 +1,5 @@
+#pragma once
+
+// The files of the program itself.
+
+#include "output/ResultFiles.h"
