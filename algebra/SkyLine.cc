@@ -108,7 +108,7 @@ void SkyLine::AddBlock(int firstRow, int firstCol, const Matriu& block) {
 
 /// Calls visit(j, entry) for every stored entry (i, j) of the whole row i, from left to right.
 template <class Visit>
-void SkyLine::VisitRow(int i, Visit visit) {
+void SkyLine::VisitRow(int i, Visit visit) const {
   assert(i >= 1 && i <= n);
   double* const column = columns[i - 1];
   for (int k = heights[i - 1] - 1; k >= 0; --k) visit(i - k, column[k]);
@@ -117,7 +117,7 @@ void SkyLine::VisitRow(int i, Visit visit) {
   }
 }
 
-void SkyLine::FillRow(int i, std::vector<double>& row) {
+void SkyLine::FillRow(int i, std::vector<double>& row) const {
   row.assign(n, 0.0);
   VisitRow(i, [&](int j, double entry) { row[j - 1] = entry; });
 }
@@ -135,19 +135,48 @@ void SkyLine::Prescribe(int p) {
   columns[p - 1][0] = 1.0;
 }
 
-double SkyLine::RowTimesVector(int i, const ReaVecT& x) {
+double SkyLine::RowTimesVector(int i, const ReaVecT& x) const {
   double sum = 0.0;
   VisitRow(i, [&](int j, double entry) { sum += entry * x(j); });
   return sum;
 }
 
-int SkyLine::Solve(ReaVecT& f, std::ostream* info) {
-  assert(f.n == n);
+void SkyLine::Times(const ReaVecT& x, ReaVecT& y) const {
+  assert(x.n == n && !factorised);
+  y.Resize(n, 0.0);
+  for (int j = 1; j <= n; ++j) {
+    const double* const column = columns[j - 1];  // column[k] is entry (j - k, j)
+    const double xj = x(j);
+    double sum = column[0] * xj;
+    for (int k = 1; k < heights[j - 1]; ++k) {
+      sum += column[k] * x(j - k);
+      y(j - k) += column[k] * xj;
+    }
+    y(j) = sum;  // the columns to come add their part
+  }
+}
+
+void SkyLine::ScaleAndShift(const ReaVecT& scale, double shift) {
+  assert(scale.n == n && !factorised);
+  for (int j = 1; j <= n; ++j) {
+    double* const column = columns[j - 1];
+    for (int k = 0; k < heights[j - 1]; ++k) column[k] *= scale(j - k) * scale(j);
+    column[0] += shift;
+  }
+}
+
+int SkyLine::Factorise(std::ostream* info) {
   if (factorised) Fatal("error in SkyLine::Solve. Matrix already factorised\n");
-  const Profile profile{n, heights.data(), columns.data()};
-  if (const int failed = Txolesky(profile, info)) return failed;
+  if (const int failed = Txolesky({n, heights.data(), columns.data()}, info)) return failed;
   factorised = true;
   Progress(info, "Txolesky finished\n");
+  return 0;
+}
+
+int SkyLine::Substitute(ReaVecT& f, std::ostream* info) {
+  assert(f.n == n);
+  if (!factorised) Fatal("error in SkyLine::Substitute. Matrix not factorised\n");
+  const Profile profile{n, heights.data(), columns.data()};
   Progress(info, "Beginning 1st substitution in LU system\n");
   SubstituteForward(profile, f.begin());
   DivideByDiagonal(profile, f.begin());

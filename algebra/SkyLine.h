@@ -17,8 +17,9 @@ namespace kestol {
 ///                                                (j, j)  (j - 1, j)  (j - 2, j)
 ///
 /// Order of use: AddNodePair or AddDegreePair for every coupling -> Allocate -> AddBlock for every
-/// element -> Prescribe for every fixed degree -> Solve, once. Solve overwrites the matrix with D
-/// on the diagonal and U above it; SetZero makes it ready for another assembly.
+/// element -> Prescribe for every fixed degree -> Factorise, once -> Substitute. Factorise
+/// overwrites the matrix with D on the diagonal and U above it; SetZero makes it ready for another
+/// assembly.
 ///
 /// Storage is the profile and 16 bytes per degree; the factorisation adds a working copy of some
 /// tens of columns.
@@ -45,10 +46,12 @@ public:
   /// Adds what of the block lies on or above the diagonal; the rest is ignored.
   void AddBlock(int firstRow, int firstCol, const Matriu& block) override;
 
-  /// Solves K f = f in place. Returns 0, or the first degree whose pivot is not at least kZero in
-  /// magnitude; the matrix is then half factorised and f as it was. Ends the run when the matrix is
-  /// factorised already.
-  int Solve(ReaVecT& f, std::ostream* info) override;
+  /// Returns 0, or the first degree whose pivot is not at least kZero in magnitude; the matrix is
+  /// then half factorised. Refuses a matrix that is factorised already.
+  int Factorise(std::ostream* info) override;
+
+  /// Solves K f = f in place; returns 0. Refuses a matrix that is not factorised.
+  int Substitute(ReaVecT& f, std::ostream* info) override;
 
   /// Eliminates x(p) = value: row and column p become those of the unit matrix, rhs(p) the value.
   /// The other entries of rhs stay as they are when |value| <= kZero.
@@ -57,27 +60,28 @@ public:
   /// Row and column p become those of the unit matrix.
   void Prescribe(int p);
 
-  /// Of the matrix before it is factorised.
-  double RowTimesVector(int i, const ReaVecT& x) override;
+  double RowTimesVector(int i, const ReaVecT& x) const override;
+  void Times(const ReaVecT& x, ReaVecT& y) const override;
+  void ScaleAndShift(const ReaVecT& scale, double shift) override;
 
   /// Each row from its first to its last entry above kZero in magnitude.
-  void Print(std::ostream& stream) override;
+  void Print(std::ostream& stream) const override;
   /// All n x n entries.
-  void PrintFull(std::ostream& stream);
-  void CopyFromYouToMat(Matriu& dense) override;
+  void PrintFull(std::ostream& stream) const;
+  void CopyFromYouToMat(Matriu& dense) const override;
 
   /// One square cell per entry, (1, 1) at the upper left corner, with the entry as its value.
-  void WriteForVemo(std::ostream& stream) override;
-  void PrintInfo(std::ostream& stream) override;
+  void WriteForVemo(std::ostream& stream) const override;
+  void PrintInfo(std::ostream& stream) const override;
 
   /// The first row without an entry above kZero in magnitude; 0 when there is none. Looks at the
   /// matrix before it is factorised; no stage of a run calls it.
-  int FirstZeroRow();
+  int FirstZeroRow() const;
 
   /// Looks for a row that is a multiple of row p, column by column and within kZero, and ends the
   /// run with "error: Degree of freedom p and r are dependent\n" when there is one; two rows of
   /// zeros count as dependent. Looks at the matrix before it is factorised; no stage calls it.
-  void ReportDependence(int p);
+  void ReportDependence(int p) const;
 
   int n;
   std::vector<int> heights;      ///< stored entries of each column, the diagonal included
@@ -92,8 +96,8 @@ private:
   bool IsStored(int i, int j) const { return j - i < heights[j - 1]; }  // i <= j
   void CheckRange(int i, int j) const;                                  // i <= j
   template <class Visit>
-  void VisitRow(int i, Visit visit);
-  void FillRow(int i, std::vector<double>& row);
+  void VisitRow(int i, Visit visit) const;
+  void FillRow(int i, std::vector<double>& row) const;
   long long NumStored() const;
   void FindLastColumns();
 

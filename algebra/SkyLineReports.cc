@@ -47,7 +47,7 @@ bool AreDependent(const std::vector<double>& row, const std::vector<double>& oth
 
 }  // namespace
 
-void SkyLine::PrintInfo(std::ostream& stream) {
+void SkyLine::PrintInfo(std::ostream& stream) const {
   const long long total = NumStored();
   const int average = n == 0 ? 0 : static_cast<int>(total / n);
   const double megabytes = static_cast<double>(total) * sizeof(double) / 1048576;
@@ -61,7 +61,7 @@ void SkyLine::PrintInfo(std::ostream& stream) {
            n, average, total, megabytes);
 }
 
-void SkyLine::Print(std::ostream& stream) {
+void SkyLine::Print(std::ostream& stream) const {
   stream << "\nprinting SkyLine Matrix size=" << n << "x" << n << "\n";
   std::vector<double> row;
   for (int i = 1; i <= n; ++i) {
@@ -83,7 +83,7 @@ void SkyLine::Print(std::ostream& stream) {
   }
 }
 
-void SkyLine::PrintFull(std::ostream& stream) {
+void SkyLine::PrintFull(std::ostream& stream) const {
   stream << "\nprinting SkyLine Matrix\n   ";
   for (int j = 1; j <= n; ++j) Write(stream, "%7i ", j);
   std::vector<double> row;
@@ -94,7 +94,7 @@ void SkyLine::PrintFull(std::ostream& stream) {
   }
 }
 
-void SkyLine::CopyFromYouToMat(Matriu& dense) {
+void SkyLine::CopyFromYouToMat(Matriu& dense) const {
   dense.Redimension(n, n);
   std::vector<double> row;
   for (int i = 1; i <= n; ++i) {
@@ -103,7 +103,7 @@ void SkyLine::CopyFromYouToMat(Matriu& dense) {
   }
 }
 
-void SkyLine::WriteForVemo(std::ostream& stream) {
+void SkyLine::WriteForVemo(std::ostream& stream) const {
   constexpr int kSquare = 4;  // nodes of a cell, and its type
   const long long cells = static_cast<long long>(n) * n;
   stream << "NumElems NumNodes ElemType\n" << cells << " " << 4 * cells << " " << kSquare << "\n";
@@ -139,7 +139,7 @@ void SkyLine::WriteForVemo(std::ostream& stream) {
   }
 }
 
-int SkyLine::FirstZeroRow() {
+int SkyLine::FirstZeroRow() const {
   std::vector<double> row;
   for (int i = 1; i <= n; ++i) {
     FillRow(i, row);
@@ -148,7 +148,7 @@ int SkyLine::FirstZeroRow() {
   return 0;
 }
 
-void SkyLine::ReportDependence(int p) {
+void SkyLine::ReportDependence(int p) const {
   std::vector<double> row;
   std::vector<double> other;
   FillRow(p, row);

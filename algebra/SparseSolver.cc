@@ -9,6 +9,7 @@
 #include "algebra/DiagPreconditioner.h"
 #include "algebra/ILUPreconditioner.h"
 #include "algebra/ReaVecT.h"
+#include "algebra/SparseKernels.h"
 #include "main/ErrorChannel.h"
 #include "output/InfoFile.h"
 
@@ -89,6 +90,8 @@ double& SparseSolver::Entry(int i, int j) {
 
 void SparseSolver::SetZero() {
   matrix->ClearValues();
+  prescribed_.clear();
+  preconditioner.reset();
 }
 
 void SparseSolver::AddBlock(int firstRow, int firstCol, const Matriu& block) {
@@ -100,32 +103,60 @@ void SparseSolver::Prescribe(int dof, double value, ReaVecT& rhs) {
   matrix->ReplaceByUnitRow(dof - 1);
   NeedStart();
   x[dof - 1] = value;
+  prescribed_.push_back(dof);
   rhs(dof) = value;
 }
 
-double SparseSolver::RowTimesVector(int dof, const ReaVecT& vector) {
+double SparseSolver::RowTimesVector(int dof, const ReaVecT& vector) const {
   return matrix->RowTimesVector(dof - 1, vector.begin());
 }
 
-int SparseSolver::Solve(ReaVecT& rhs, std::ostream* info) {
-  NeedStart();
-  std::vector<double> solution = std::move(x);  // whatever comes, the next solution starts anew
-  x = {};
-  if (!HasDiagonals()) return -1;
+void SparseSolver::Times(const ReaVecT& vector, ReaVecT& y) const {
+  assert(vector.n == n);
+  y.Resize(n, 0.0);
+  Multiply(*matrix, vector.begin(), y.begin());
+}
 
+void SparseSolver::ScaleAndShift(const ReaVecT& /*scale*/, double /*shift*/) {
+  Fatal("error SparseSolver::ScaleAndShift not implemented\n");
+}
+
+int SparseSolver::Factorise(std::ostream* /*info*/) {
+  if (!HasDiagonals()) return -1;
   BuildPreconditioner();
+  return 0;
+}
+
+int SparseSolver::Substitute(ReaVecT& rhs, std::ostream* info) {
+  assert(rhs.n == n);
+  if (!preconditioner) Fatal("error in SparseSolver::Substitute. Matrix not factorised\n");
+  std::vector<double> solution = StartFor(rhs);
   int limit = MaxIterations;
   double residual = tolerance1;
   const int flag = ConjugateGradient(*matrix, solution.data(), rhs.begin(), *preconditioner, limit,
                                      residual, info);
-  preconditioner.reset();
-
   const int result = Accept(residual, flag, info);
   if (result == 0) std::copy(solution.begin(), solution.end(), rhs.begin());
   return result;
 }
 
-/// What `Solve` returns for the residual reached.
+int SparseSolver::Solve(ReaVecT& rhs, std::ostream* info) {
+  const int result = StiffnessMatrix::Solve(rhs, info);
+  preconditioner.reset();
+  x = {};  // whatever came, the next solution starts anew
+  return result;
+}
+
+/// The columns of prescribed degrees stay in the matrix: only a start at their values is the
+/// prescribed system.
+std::vector<double> SparseSolver::StartFor(const ReaVecT& rhs) const {
+  std::vector<double> start = x;
+  start.resize(n, 0.0);
+  for (const int dof : prescribed_) start[dof - 1] = rhs(dof);
+  return start;
+}
+
+/// What `Substitute` returns for the residual reached.
 int SparseSolver::Accept(double residual, int flag, std::ostream* info) const {
   if (!(residual >= 0.0)) return -1;
   if (flag == 0) return 0;
@@ -153,21 +184,21 @@ void SparseSolver::BuildPreconditioner() {
   preconditioner = std::make_unique<DiagPreconditioner>(*matrix);
 }
 
-void SparseSolver::Print(std::ostream& stream) {
+void SparseSolver::Print(std::ostream& stream) const {
   stream << "\nprinting Sparse Matrix size=" << n << "x" << n << std::endl;
   matrix->Print(stream);
   stream << std::endl;
 }
 
-void SparseSolver::CopyFromYouToMat(Matriu& /*dense*/) {
+void SparseSolver::CopyFromYouToMat(Matriu& /*dense*/) const {
   Fatal("error SparseSolver::CopyFromYouToMat not implemented\n");
 }
 
-void SparseSolver::WriteForVemo(std::ostream& /*stream*/) {
+void SparseSolver::WriteForVemo(std::ostream& /*stream*/) const {
   Fatal("error SparseSolver::WriteForVemo not implemented\n");
 }
 
-void SparseSolver::PrintInfo(std::ostream& stream) {
+void SparseSolver::PrintInfo(std::ostream& stream) const {
   const double megabytes = (3.0 * matrix->nnz + n) * 4 / 1048576;
   Progress(&stream,
            "\nINFORMATION ABOUT STIFFNESS MATRIX\n"

@@ -45,9 +45,15 @@ public:
   /// are the fast road.
   void AddBlock(int firstRow, int firstCol, const Matriu& block) override;
 
-  /// Solves K x = rhs; x starts from the initial values, else from zeros. Returns 0; or -1 after a
-  /// breakdown or for a row without a diagonal; or -MaxIterations when not solved. The matrix
-  /// stays.
+  /// Builds the preconditioner; the matrix stays. Returns 0, or -1 for a row without a diagonal.
+  int Factorise(std::ostream* info) override;
+
+  /// Solves K x = rhs; x starts from the initial values, else from zeros, and at prescribed degrees
+  /// from their entries of rhs. Returns 0; or -1 after a breakdown; or -MaxIterations when not
+  /// solved. Refuses a matrix without its preconditioner.
+  int Substitute(ReaVecT& rhs, std::ostream* info) override;
+
+  /// Frees the preconditioner and the initial values afterwards.
   int Solve(ReaVecT& rhs, std::ostream* info) override;
 
   /// Row `dof` becomes a unit row; the starting vector and rhs get the value there. The column and
@@ -55,11 +61,17 @@ public:
   /// all directions of search.
   void Prescribe(int dof, double value, ReaVecT& rhs) override;
 
-  double RowTimesVector(int dof, const ReaVecT& x) override;
-  void Print(std::ostream& stream) override;
-  void CopyFromYouToMat(Matriu& dense) override;     ///< refused
-  void WriteForVemo(std::ostream& stream) override;  ///< refused
-  void PrintInfo(std::ostream& stream) override;
+  double RowTimesVector(int dof, const ReaVecT& x) const override;
+  void Times(const ReaVecT& x, ReaVecT& y) const override;
+
+  /// Refused: the columns of prescribed degrees stay, so that it would not be the system that was
+  /// prescribed; and iterations do not converge on what is shifted across zero.
+  void ScaleAndShift(const ReaVecT& scale, double shift) override;
+
+  void Print(std::ostream& stream) const override;
+  void CopyFromYouToMat(Matriu& dense) const override;     ///< refused
+  void WriteForVemo(std::ostream& stream) const override;  ///< refused
+  void PrintInfo(std::ostream& stream) const override;
 
   int n;
   double tolerance1;
@@ -67,15 +79,18 @@ public:
   int MaxIterations;
   std::vector<std::vector<int>> adjacency;  ///< neighbours of node i at i - 1; empty once allocated
   std::unique_ptr<SparseMatrix> matrix;     ///< null until Allocate
-  std::unique_ptr<Preconditioner> preconditioner;  ///< null outside Solve
+  std::unique_ptr<Preconditioner> preconditioner;  ///< null until Factorise, and after Solve
   std::vector<double> x;                           ///< n, or empty: zeros when needed
 
 private:
   void AddNeighbour(int node, int neighbour);
   void NeedStart();
+  std::vector<double> StartFor(const ReaVecT& rhs) const;
   bool HasDiagonals() const;
   void BuildPreconditioner();
   int Accept(double residual, int flag, std::ostream* info) const;
+
+  std::vector<int> prescribed_;  // degrees
 };
 
 }  // namespace kestol

@@ -28,13 +28,16 @@ public:
   double& Entry(int, int) override { return entry_; }
   void SetZero() override {}
   void AddBlock(int, int, const Matriu& block) override { benchmark::DoNotOptimize(block.begin()); }
-  int Solve(ReaVecT&, std::ostream*) override { return 0; }
+  int Factorise(std::ostream*) override { return 0; }
+  int Substitute(ReaVecT&, std::ostream*) override { return 0; }
   void Prescribe(int, double, ReaVecT&) override {}
-  double RowTimesVector(int, const ReaVecT&) override { return 0.0; }
-  void Print(std::ostream&) override {}
-  void CopyFromYouToMat(Matriu&) override {}
-  void WriteForVemo(std::ostream&) override {}
-  void PrintInfo(std::ostream&) override {}
+  double RowTimesVector(int, const ReaVecT&) const override { return 0.0; }
+  void Times(const ReaVecT&, ReaVecT&) const override {}
+  void ScaleAndShift(const ReaVecT&, double) override {}
+  void Print(std::ostream&) const override {}
+  void CopyFromYouToMat(Matriu&) const override {}
+  void WriteForVemo(std::ostream&) const override {}
+  void PrintInfo(std::ostream&) const override {}
 
 private:
   int n_;

@@ -29,7 +29,8 @@ public:
     diary.push_back("block " + Text(row) + Text(column));
     blocks.push_back(block);
   }
-  int Solve(ReaVecT& rhs, std::ostream* info) override {
+  int Factorise(std::ostream*) override { return 0; }
+  int Substitute(ReaVecT& rhs, std::ostream* info) override {
     diary.push_back("solve ");
     if (info != nullptr) *info << "<solve>\n";
     loads = rhs;
@@ -40,11 +41,18 @@ public:
     diary.push_back("prescribe " + Text(dof) + std::to_string(value));
   }
   /// 100 times the row, so that reactions tell where they come from.
-  double RowTimesVector(int dof, const ReaVecT&) override { return 100.0 * dof; }
-  void Print(std::ostream&) override {}
-  void CopyFromYouToMat(Matriu&) override {}
-  void WriteForVemo(std::ostream&) override {}
-  void PrintInfo(std::ostream& stream) override { stream << "<report>\n"; }
+  double RowTimesVector(int dof, const ReaVecT&) const override { return 100.0 * dof; }
+  void Times(const ReaVecT& x, ReaVecT& y) const override {
+    y = x;
+    for (int i = 1; i <= n; ++i) y(i) = RowTimesVector(i, x);
+  }
+  void ScaleAndShift(const ReaVecT&, double shift) override {
+    diary.push_back("shift " + std::to_string(shift));
+  }
+  void Print(std::ostream&) const override {}
+  void CopyFromYouToMat(Matriu&) const override {}
+  void WriteForVemo(std::ostream&) const override {}
+  void PrintInfo(std::ostream& stream) const override { stream << "<report>\n"; }
 
   /// The entries of the diary that begin with `word`.
   std::vector<std::string> Diary(const std::string& word) const {

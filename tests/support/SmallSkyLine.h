@@ -45,7 +45,7 @@ inline std::vector<double> Entries(const ReaVecT& v) {
   return {v.begin(), v.end()};
 }
 
-inline std::vector<double> Entries(SkyLine& K) {
+inline std::vector<double> Entries(const SkyLine& K) {
   Matriu dense;
   K.CopyFromYouToMat(dense);
   return {dense.data.get(), dense.data.get() + dense.size};

@@ -12,6 +12,25 @@ namespace {
 
 using testing::ElementsAre;
 
+/// Some profile, and numbers in it that have no pattern.
+SkyLine DominantSkyLine(const std::vector<int>& heights) {
+  const int n = static_cast<int>(heights.size());
+  SkyLine K(n);
+  for (int j = 1; j <= n; ++j) K.AddDegreePair(j - heights[j - 1] + 1, j);
+  K.Allocate(1);
+  for (int j = 1; j <= n; ++j) {
+    for (int i = j - heights[j - 1] + 1; i <= j; ++i) {
+      K.Entry(i, j) = i == j ? 9.0 + 0.1 * i : std::sin(5.0 * i + 3.0 * j);
+    }
+  }
+  return K;
+}
+
+SkyLine Factorised(SkyLine K) {
+  EXPECT_EQ(K.Factorise(nullptr), 0);
+  return K;
+}
+
 // --- rows ----------------------------------------------------------------------------------------
 
 TEST(SkyLine, RowTimesVectorTakesBothTriangles) {
@@ -77,6 +96,22 @@ TEST(SkyLine, PrescribingWithoutAValueLeavesTheRightHandSideToTheCaller) {
   EXPECT_THAT(Entries(K), ElementsAre(1, 0, 0, 0, 5, 3, 0, 3, 6));
 }
 
+TEST(SkyLine, TimesIsAllRows) {
+  const SkyLine K = DominantSkyLine({1, 2, 2, 4, 1, 3, 7, 2});
+  ReaVecT x(8);
+  for (int i = 1; i <= 8; ++i) x(i) = 1.0 / i;
+  ReaVecT y = Vector({99});
+  K.Times(x, y);
+  ASSERT_EQ(y.n, 8);
+  for (int i = 1; i <= 8; ++i) EXPECT_NEAR(y(i), K.RowTimesVector(i, x), 1e-14) << i;
+}
+
+TEST(SkyLine, ScalesRowsAndColumnsAndShiftsTheDiagonal) {
+  SkyLine K = Full(3, {4, 1, 2, 5, 3, 6});
+  K.ScaleAndShift(Vector({2, 10, -1}), 0.5);
+  EXPECT_THAT(Entries(K), ElementsAre(16.5, 20, -4, 20, 500.5, -30, -4, -30, 6.5));
+}
+
 // --- solution ------------------------------------------------------------------------------------
 
 TEST(SkyLine, ChainWithUnitEndLoadIsLinear) {
@@ -140,6 +175,46 @@ TEST(SkyLine, SolvesOnceOnly) {
   ReaVecT f = Vector({1, 1, 1});
   ASSERT_EQ(K.Solve(f, nullptr), 0);
   EXPECT_FATAL(K.Solve(f, nullptr), "error in SkyLine::Solve. Matrix already factorised\n");
+}
+
+TEST(SkyLine, OneFactorServesManyRightHandSides) {
+  const SkyLine free = Chain(40);
+  SkyLine K = Chain(40);
+  ASSERT_EQ(K.Factorise(nullptr), 0);
+  for (int loaded = 1; loaded <= 40; ++loaded) {
+    ReaVecT f(40);
+    f(loaded) = 1.0;
+    ASSERT_EQ(K.Substitute(f, nullptr), 0);
+    for (int i = 1; i <= 40; ++i) {
+      EXPECT_NEAR(free.RowTimesVector(i, f), i == loaded ? 1.0 : 0.0, 1e-13);
+    }
+  }
+}
+
+TEST(SkyLine, SolvingIsFactorisingAndSubstituting) {
+  SkyLine once = Chain(700);
+  SkyLine parts = Chain(700);
+  ReaVecT f(700);
+  f.Fill(0.3);
+  ReaVecT g = f;
+  std::ostringstream info[2];
+  ASSERT_EQ(once.Solve(f, &info[0]), 0);
+  ASSERT_EQ(parts.Factorise(&info[1]), 0);
+  EXPECT_THAT(info[1].str(), testing::EndsWith("Txolesky finished\n"));
+  ASSERT_EQ(parts.Substitute(g, &info[1]), 0);
+  EXPECT_EQ(Entries(f), Entries(g));
+  EXPECT_EQ(info[0].str(), info[1].str());
+}
+
+TEST(SkyLine, SubstitutesOnlyWhereThereIsAFactor) {
+  SkyLine K = Full(2, {1, 1, 1});
+  ReaVecT f = Vector({1, 1});
+  const char* const refused = "error in SkyLine::Substitute. Matrix not factorised\n";
+  EXPECT_FATAL(K.Substitute(f, nullptr), refused);
+  EXPECT_EQ(K.Factorise(nullptr), 2);
+  EXPECT_FATAL(K.Substitute(f, nullptr), refused);
+  EXPECT_FATAL(Factorised(Chain(2)).Factorise(nullptr),
+               "error in SkyLine::Solve. Matrix already factorised\n");
 }
 
 TEST(SkyLine, SolvesAgainAfterSetZeroAndAnotherAssembly) {

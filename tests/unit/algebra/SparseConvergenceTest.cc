@@ -50,6 +50,83 @@ TEST(SparseSolver, StartsFromZerosAfterASolution) {
   EXPECT_EQ(none(4), 0.0);
 }
 
+TEST(SparseSolver, OnePreconditionerServesManyRightHandSides) {
+  const GridModel grid = SmallGrid(3);
+  ReaVecT ones;
+  Held K(grid, ones, 1e-12, 1e-6, 1000);
+  ASSERT_EQ(K.Factorise(nullptr), 0);
+  std::string progress[3];
+  ReaVecT f[3] = {ones, Filled(K.n, 0.0), ones};
+  for (int k = 0; k < 3; ++k) {
+    std::ostringstream info;
+    ASSERT_EQ(K.Substitute(f[k], &info), 0);
+    progress[k] = info.str();
+  }
+  EXPECT_THAT(progress[0], testing::HasSubstr("Converged it number. "));
+  EXPECT_EQ(progress[2], progress[0]);
+  for (int i = 1; i <= K.n; ++i) {
+    EXPECT_EQ(f[2](i), f[0](i));
+    EXPECT_EQ(f[1](i), 0.0);
+  }
+  ASSERT_EQ(K.Solve(ones, nullptr), 0);
+  for (int i = 1; i <= K.n; ++i) EXPECT_EQ(ones(i), f[0](i));
+}
+
+TEST(SparseSolver, EveryRightHandSideStartsFromTheInitialValues) {
+  Chain K(4);
+  K.SetInitialValues(Filled(4, 1.0));
+  ASSERT_EQ(K.Factorise(nullptr), 0);
+  for (int k = 0; k < 2; ++k) {
+    ReaVecT f = Filled(4, 0.0);
+    f(1) = 1.0;  // which moves all of the chain by 1
+    std::ostringstream info;
+    ASSERT_EQ(K.Substitute(f, &info), 0);
+    EXPECT_EQ(info.str(), "iteration number 0 OK resid=0 tol=1e-12\n");
+    EXPECT_EQ(f(4), 1.0);
+  }
+}
+
+TEST(SparseSolver, PrescribedDegreesMoveByWhatTheRightHandSideHolds) {
+  const GridModel grid = SmallGrid(3);
+  ReaVecT f;
+  Held K(grid, f, 1e-12, 1e-6, 1000);
+  ASSERT_EQ(K.Factorise(nullptr), 0);
+  for (const double value : {0.0, 0.25, -3.0}) {
+    f.Fill(0.0);
+    for (int i = 1; i <= grid.nx * grid.ny * 3; ++i) f(i) = value;
+    ASSERT_EQ(K.Substitute(f, nullptr), 0);
+    for (int i = 1; i <= K.n; ++i) EXPECT_NEAR(f(i), value, 1e-10);
+  }
+}
+
+TEST(SparseSolver, SubstitutesOnlyWhereThereIsAPreconditioner) {
+  Chain K(3);
+  ReaVecT f = Filled(3, 1.0);
+  const char* const refused = "error in SparseSolver::Substitute. Matrix not factorised\n";
+  EXPECT_FATAL(K.Substitute(f, nullptr), refused);
+  ASSERT_EQ(K.Factorise(nullptr), 0);
+  K.SetZero();
+  EXPECT_FATAL(K.Substitute(f, nullptr), refused);
+  EXPECT_EQ(K.Factorise(nullptr), -1);
+}
+
+TEST(SparseSolver, AnotherAssemblyForgetsWhatWasPrescribed) {
+  Chain K(2);
+  ReaVecT f = Filled(2, 0.0);
+  K.Prescribe(2, 5.0, f);
+  K.SetZero();
+  K.AddBlock(1, 1, Single(2.0));
+  K.AddBlock(2, 2, Single(4.0));
+  K.SetInitialValues(Filled(2, 0.5));
+  ASSERT_EQ(K.Factorise(nullptr), 0);
+  f(1) = 1.0;
+  f(2) = 2.0;
+  std::ostringstream info;
+  ASSERT_EQ(K.Substitute(f, &info), 0);
+  EXPECT_EQ(info.str(), "iteration number 0 OK resid=0 tol=1e-12\n");
+  EXPECT_EQ(f(2), 0.5);
+}
+
 /// The residual after `iterations` on the small grid.
 double ResidualAfter(const GridModel& grid, int iterations) {
   ReaVecT f;

@@ -150,8 +150,21 @@ TEST(SparseSolver, PrintsItsSizeAndTheEntries) {
             "\nprinting Sparse Matrix size=2x2\n(0,0)=2    (0,1)=-1\n(1,1)=1    (1,0)=-1\n\n");
 }
 
-TEST(SparseSolver, RefusesADenseCopyAndAPicture) {
+TEST(SparseSolver, TimesIsAllRows) {
+  const GridModel grid = SmallGrid(3);
+  ReaVecT x;
+  const Held K(grid, x, 1e-12, 1e-6, 1000);
+  for (int i = 1; i <= x.n; ++i) x(i) = 1.0 / i;
+  ReaVecT y;
+  K.Times(x, y);
+  ASSERT_EQ(y.n, x.n);
+  for (int i = 1; i <= x.n; ++i) EXPECT_EQ(y(i), K.RowTimesVector(i, x));
+}
+
+TEST(SparseSolver, RefusesADenseCopyAPictureAndAShift) {
   Chain K(2);
+  EXPECT_FATAL(K.ScaleAndShift(Filled(2, 1.0), 1.0),
+               "error SparseSolver::ScaleAndShift not implemented\n");
   Matriu dense;
   std::ostringstream picture;
   EXPECT_FATAL(K.CopyFromYouToMat(dense), "error SparseSolver::CopyFromYouToMat not implemented\n");
