@@ -1,0 +1,57 @@
+#include "programs/common/CommandLine.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <vector>
+
+#include "programs/common/RunProgram.h"
+
+namespace kestol {
+
+namespace {
+
+std::string FirstLine(std::string text) {
+  return text.substr(0, text.find('\n'));
+}
+
+[[noreturn]] void EndAfter(const std::string& text) {
+  const bool written = std::fputs(text.c_str(), stdout) >= 0 && std::fflush(stdout) == 0;
+  std::exit(written ? kDone : kFailed);
+}
+
+}  // namespace
+
+CommandLine::CommandLine(const std::string& program, const std::string& description,
+                         CommonOptions& options, const std::string& input)
+    : app(description, program), program_(program) {
+  app.set_help_flag("--help", "this text");
+  app.set_version_flag("--version", program + " " KESTOL_VERSION);
+  app.add_flag("-q,--quiet", options.quiet, "errors only, no progress");
+  app.add_flag("-v,--verbose", options.verbose, "the solver's own information on standard error");
+  app.add_option("-o", options.output, "where the output goes; \"-\" is standard output")
+      ->type_name("FILE");
+  app.add_option(input, options.deck, "the model")->required()->type_name("");
+}
+
+void CommandLine::Parse(int argc, char** argv) {
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::CallForHelp&) {
+    EndAfter(app.help());
+  } catch (const CLI::CallForVersion& version) {
+    EndAfter(std::string(version.what()) + "\n");
+  } catch (const CLI::ParseError& error) {
+    // An option that nobody knows comes before an argument that is missing because of it.
+    const std::vector<std::string> unknown = app.remaining();
+    if (!unknown.empty() && unknown.front().starts_with('-'))
+      Refuse("unknown option " + unknown.front());
+    Refuse(FirstLine(error.what()));
+  }
+}
+
+void CommandLine::Refuse(const std::string& text) const {
+  std::fprintf(stderr, "%s: %s; try %s --help\n", program_.c_str(), text.c_str(), program_.c_str());
+  std::exit(kFailed);
+}
+
+}  // namespace kestol

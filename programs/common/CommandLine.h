@@ -1,0 +1,40 @@
+#pragma once
+
+#include <CLI/CLI.hpp>
+#include <string>
+
+namespace kestol {
+
+/// What every companion can be asked for.
+struct CommonOptions {
+  std::string deck;
+  std::string output;  ///< -o; empty when not given
+  bool quiet = false;
+  bool verbose = false;
+};
+
+/// The command line of one companion: CLI11 with the options and refusals that all of them share.
+///
+///     CommandLine line("kestol-export", "Results for ParaView, tables and scripts.", options);
+///     line.app.add_option("--vtu", ...);
+///     line.Parse(argc, argv);
+class CommandLine {
+public:
+  /// `input` is how the help calls the first argument.
+  CommandLine(const std::string& program, const std::string& description, CommonOptions& options,
+              const std::string& input = "DECK");
+
+  /// Ends the program itself: with 0 after --help and --version (on standard output), with kFailed
+  /// and one line on standard error for what it does not understand.
+  void Parse(int argc, char** argv);
+
+  /// Ends the program with kFailed, the text and a hint at --help, as for an unknown option.
+  [[noreturn]] void Refuse(const std::string& text) const;
+
+  CLI::App app;
+
+private:
+  std::string program_;
+};
+
+}  // namespace kestol

@@ -1,0 +1,137 @@
+#include "programs/common/OutputFile.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <filesystem>
+#include <system_error>
+
+#include "programs/common/RunProgram.h"
+
+namespace kestol {
+
+namespace {
+
+constexpr mode_t kMode = 0666;  ///< less the umask
+
+bool StatusOf(const std::string& name, struct stat& status) {
+  return ::stat(name.c_str(), &status) == 0;
+}
+
+bool IsSameFile(const struct stat& a, const struct stat& b) {
+  return a.st_dev == b.st_dev && a.st_ino == b.st_ino;
+}
+
+void RefuseInputs(const std::string& name, const std::vector<std::string>& inputs) {
+  struct stat target {
+  }, input{};
+  if (!StatusOf(name, target)) return;
+  for (const std::string& other : inputs)
+    if (StatusOf(other, input) && IsSameFile(target, input))
+      throw ProgramError("the output " + name + " is the input " + other);
+}
+
+/// The file that a link names, so that the link survives the renaming.
+std::string BehindLinks(const std::string& name) {
+  std::error_code failed;
+  const auto target = std::filesystem::canonical(name, failed);
+  return failed ? name : target.string();
+}
+
+}  // namespace
+
+OutputFile::OutputFile(const std::string& name, const std::vector<std::string>& inputs)
+    : name_(name) {
+  if (name == "-") {
+    file_ = STDOUT_FILENO;
+    return;
+  }
+  RefuseInputs(name, inputs);
+  struct stat status {};
+  if (StatusOf(name, status) && !S_ISREG(status.st_mode)) {
+    file_ = ::open(name.c_str(), O_WRONLY | O_CLOEXEC);
+    if (file_ < 0) Fail("can't open file ");
+    return;
+  }
+  target_ = BehindLinks(name);
+  OpenBeside();
+  // A file that is replaced keeps its permissions.
+  if (StatusOf(target_, status) && ::fchmod(file_, status.st_mode & 07777) != 0)
+    Fail("can't open file ");
+}
+
+OutputFile::~OutputFile() {
+  Discard();
+}
+
+void OutputFile::Discard() {
+  if (file_ > STDERR_FILENO) ::close(file_);
+  file_ = -1;
+  if (!temporary_.empty()) ::unlink(temporary_.c_str());
+  temporary_.clear();
+}
+
+void OutputFile::OpenBeside() {
+  // A file that exists must allow it, although renaming would not ask.
+  if (::access(target_.c_str(), F_OK) == 0 && ::access(target_.c_str(), W_OK) != 0)
+    Fail("can't open file ");
+  for (int attempt = 0; attempt < 100; ++attempt) {
+    temporary_ =
+        target_ + '.' + std::to_string(::getpid()) + '-' + std::to_string(attempt) + ".tmp";
+    file_ = ::open(temporary_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, kMode);
+    if (file_ >= 0 || errno != EEXIST) break;
+  }
+  if (file_ >= 0) return;
+  temporary_.clear();
+  Fail("can't open file ");
+}
+
+void OutputFile::HandOver(const char* data, std::size_t size) {
+  while (size > 0) {
+    const ssize_t written = ::write(file_, data, size);
+    if (written < 0 && errno == EINTR) continue;
+    if (written <= 0) Fail("failed writing to ");
+    data += written;
+    size -= static_cast<std::size_t>(written);
+  }
+}
+
+void OutputFile::Commit() {
+  Flush();
+  if (file_ > STDERR_FILENO) {
+    const int file = file_;
+    file_ = -1;
+    if (::close(file) != 0) Fail("failed writing to ");
+  }
+  if (temporary_.empty()) return;
+  if (std::rename(temporary_.c_str(), target_.c_str()) != 0) Fail("failed writing to ");
+  temporary_.clear();
+}
+
+void OutputFile::Fail(const char* what) {
+  const int reason = errno;
+  Discard();
+  throw ProgramError(what + (name_ == "-" ? "standard output" : name_) + ": " +
+                     std::strerror(reason));
+}
+
+void RefuseSharedNames(const std::vector<std::string>& names) {
+  std::vector<std::string> places;
+  for (const std::string& name : names) {
+    struct stat status {};
+    const bool direct = name != "-" && StatusOf(name, status) && !S_ISREG(status.st_mode);
+    if (direct) continue;  // devices may take more than one
+    std::error_code failed;
+    const auto place = std::filesystem::weakly_canonical(name, failed).string();
+    if (std::find(places.begin(), places.end(), place) != places.end())
+      throw ProgramError("two outputs have the name " + name);
+    places.push_back(place);
+  }
+}
+
+}  // namespace kestol

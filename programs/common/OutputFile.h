@@ -1,0 +1,42 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "programs/common/OutputBuffer.h"
+
+namespace kestol {
+
+/// A file that appears when it is complete. It is written under a temporary name beside its target
+/// and renamed by Commit; without that it leaves nothing behind. "-" is standard output; a target
+/// that exists and is no regular file (a pipe, a device) is written directly.
+///
+/// All failures are ProgramError with the name and the system's reason.
+class OutputFile final : public OutputBuffer {
+public:
+  /// Opens the temporary file, so that a target that cannot be written shows before any work is
+  /// done. Refuses a target that is one of `inputs`, by whatever name or link.
+  OutputFile(const std::string& name, const std::vector<std::string>& inputs);
+  ~OutputFile() override;
+
+  /// Everything is on its way to the disk, and the target has its name.
+  void Commit();
+
+  const std::string& Name() const { return name_; }
+
+private:
+  void OpenBeside();
+  void HandOver(const char* data, std::size_t size) override;
+  void Discard();
+  [[noreturn]] void Fail(const char* what);
+
+  std::string name_;
+  std::string target_;     ///< behind links
+  std::string temporary_;  ///< empty for what is written directly
+  int file_ = -1;
+};
+
+/// Refuses two outputs of one program that are the same file.
+void RefuseSharedNames(const std::vector<std::string>& names);
+
+}  // namespace kestol

@@ -1,0 +1,72 @@
+#include "programs/common/RunProgram.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <new>
+#include <string_view>
+
+#include "main/ErrorChannel.h"
+#include "programs/common/Messages.h"
+
+namespace kestol {
+
+namespace {
+
+/// Most of the solver's texts begin with the word that our form already has.
+std::string_view WithoutErrorWord(std::string_view text) {
+  constexpr std::string_view kWord = "error: ";
+  while (!text.empty() && text.front() == '\n') text.remove_prefix(1);
+  if (text.substr(0, kWord.size()) == kWord) text.remove_prefix(kWord.size());
+  return text;
+}
+
+// Needs no heap: it speaks when there is none.
+int NoMemory(const std::string& program) {
+  std::fprintf(stderr, "%s: error: Not space available on heap\n", program.c_str());
+  return kFailed;
+}
+
+}  // namespace
+
+void PrintRefusal(const std::string& deck, const FatalError& refusal) {
+  Message message{"error", WithoutErrorWord(refusal.what())};
+  message.file = *refusal.File() != '\0' ? refusal.File() : deck.c_str();
+  message.line = refusal.Line();
+  message.code = message.line > 0 ? "syntax" : "model";
+  PrintMessage(message);
+}
+
+void RequireReadable(const std::string& deck) {
+  struct stat status {};
+  const int file = ::open(deck.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+  const bool isFolder = file >= 0 && ::fstat(file, &status) == 0 && S_ISDIR(status.st_mode);
+  const int reason = isFolder ? EISDIR : errno;
+  if (file >= 0) ::close(file);
+  if (file < 0 || isFolder)
+    throw ProgramError("can't open file " + deck + ": " + std::strerror(reason));
+}
+
+int RunProgram(const std::string& program, const std::string& deck,
+               const std::function<int()>& action) {
+  try {
+    if (!deck.empty()) RequireReadable(deck);
+    return action();
+  } catch (const FatalError& refusal) {
+    PrintRefusal(deck, refusal);
+    return kFailed;
+  } catch (const ProgramError& failure) {
+    PrintMessage({"error", failure.what(), {}, program});
+    return failure.Status();
+  } catch (const std::bad_alloc&) {
+    return NoMemory(program);
+  } catch (const std::length_error&) {
+    return NoMemory(program);
+  }
+}
+
+}  // namespace kestol

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <functional>
+#include <stdexcept>
+#include <string>
+
+namespace kestol {
+
+/// Exit statuses of the companions: done and nothing wrong; done and something is wrong with the
+/// model; could not be done.
+constexpr int kDone = 0, kFindings = 1, kFailed = 2;
+
+/// Something that stops a companion and is no refusal of the solver: a file that cannot be written,
+/// options that do not fit. The program ends with `status` and says what() on one line.
+class ProgramError : public std::runtime_error {
+public:
+  explicit ProgramError(const std::string& text, int status = kFailed)
+      : std::runtime_error(text), status_(status) {}
+  int Status() const { return status_; }
+
+private:
+  int status_;
+};
+
+/// Runs `action` and gives the program's exit status: that of the action, kFailed after a refusal
+/// of the deck, an exhausted heap or a failure of the program's own. Refusals go to standard error
+/// with the solver's words, the file and, where it is known, the line. `program` is the name that
+/// stands before messages that are not about the deck.
+int RunProgram(const std::string& program, const std::string& deck,
+               const std::function<int()>& action);
+
+/// The solver's refusal on standard error, in the form of all messages. For programs that have more
+/// to say about it than RunProgram.
+void PrintRefusal(const std::string& deck, const class FatalError& refusal);
+
+/// Refuses, as ProgramError with the system's reason, a deck that cannot be read.
+void RequireReadable(const std::string& deck);
+
+}  // namespace kestol
