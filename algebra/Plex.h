@@ -23,6 +23,8 @@ public:
     for (auto [number, object] : *this) delete object;
   }
   Plex(const Plex&) = delete;
+  /// Takes over what is in `other`, which is left empty.
+  Plex(Plex&& other) : slots_(std::move(other.slots_)) {}
   Plex& operator=(const Plex&) = delete;
 
   int Lowest() const { return slots_.lowest; }    ///< 0 when empty

@@ -36,6 +36,16 @@ VoidPlex::VoidPlex(int size) : blockSize(CheckedBlockSize(size)) {
   ordered_.emplace(1, std::move(block));
 }
 
+VoidPlex::VoidPlex(VoidPlex&& other) : VoidPlex(other.blockSize) {
+  std::swap(head, other.head);
+  std::swap(current, other.current);
+  std::swap(lowest, other.lowest);
+  std::swap(highest, other.highest);
+  std::swap(ordered_, other.ordered_);
+  std::swap(directory_, other.directory_);
+  std::swap(fullBelow_, other.fullBelow_);
+}
+
 VoidPlex::~VoidPlex() = default;
 
 void VoidPlex::Insert(int index, void* object) {

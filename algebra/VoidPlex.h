@@ -40,6 +40,8 @@ public:
 
   /// An empty container with one block. Refuses blockSize < 1.
   explicit VoidPlex(int blockSize);
+  /// Takes over what is in `other`, which is left empty.
+  VoidPlex(VoidPlex&& other);
   ~VoidPlex();
   VoidPlex(const VoidPlex&) = delete;
   VoidPlex& operator=(const VoidPlex&) = delete;

@@ -8,6 +8,7 @@
 #include "input/LinePairs.h"
 #include "input/NodeSections.h"
 #include "input/Project.h"
+#include "input/RecordList.h"
 #include "input/Words.h"
 #include "main/ErrorChannel.h"
 #include "model/Constraint.h"
@@ -97,14 +98,11 @@ void ReadSupport(Project& project, TextInput& input, int nodeNumber) {
 
 }  // namespace
 
-void ReadConstraints(Project& project, TextInput& input) {
-  for (;;) {
-    SkipToRecord(input);
-    const std::optional<int> nodeNumber = ReadInteger(input);
-    if (!nodeNumber) break;
-    ReadSupport(project, input, *nodeNumber);
-  }
-  ReadEndOfSection(input);
+void ReadConstraints(Project& project, TextInput& input, SourceMap* map) {
+  const std::uint64_t section = input.RecordOffset();
+  ReadRecords({input, map, RecordKind::Support},
+              [&](int nodeNumber) { ReadSupport(project, input, nodeNumber); });
+  ReadEndOfSection(input, section);
 }
 
 }  // namespace kestol

@@ -8,6 +8,7 @@
 #include "input/LinePairs.h"
 #include "input/NodeSections.h"
 #include "input/Project.h"
+#include "input/RecordList.h"
 #include "input/Words.h"
 #include "main/ErrorChannel.h"
 
@@ -98,29 +99,24 @@ void ReadPressureLoad(LoadKind kind, Project& project, TextInput& input, int ele
 
 }  // namespace
 
-void ReadNodalLoads(Project& project, TextInput& input) {
-  for (;;) {
-    SkipToRecord(input);
-    const std::optional<int> nodeNumber = ReadInteger(input);
-    if (!nodeNumber) break;
-    ReadNodalLoad(project, input, *nodeNumber);
-  }
-  ReadEndOfSection(input);
+void ReadNodalLoads(Project& project, TextInput& input, SourceMap* map) {
+  const std::uint64_t section = input.RecordOffset();
+  ReadRecords({input, map, RecordKind::NodalLoad},
+              [&](int nodeNumber) { ReadNodalLoad(project, input, nodeNumber); });
+  ReadEndOfSection(input, section);
 }
 
-int ReadPressureLoads(std::string_view keyword, Project& project, TextInput& input) {
+int ReadPressureLoads(std::string_view keyword, Project& project, TextInput& input,
+                      SourceMap* map) {
   const auto* const section =
       std::find_if(std::begin(kLoadSections), std::end(kLoadSections),
                    [keyword](const LoadSection& s) { return s.keyword == keyword; });
   if (section == std::end(kLoadSections)) return -1;
 
-  for (;;) {
-    SkipToRecord(input);
-    const std::optional<int> elemNumber = ReadInteger(input);
-    if (!elemNumber) break;
-    ReadPressureLoad(section->kind, project, input, *elemNumber);
-  }
-  ReadEndOfSection(input);
+  const std::uint64_t begin = input.RecordOffset();
+  ReadRecords({input, map, RecordKind::ElementLoad},
+              [&](int elemNumber) { ReadPressureLoad(section->kind, project, input, elemNumber); });
+  ReadEndOfSection(input, begin);
   return 0;
 }
 

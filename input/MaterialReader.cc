@@ -1,5 +1,10 @@
-#include <optional>
+#include "input/MaterialReader.h"
 
+#include <memory>
+#include <utility>
+
+#include "input/NodeSections.h"
+#include "input/RecordList.h"
 #include "input/Units.h"
 #include "input/Words.h"
 #include "main/ErrorChannel.h"
@@ -155,25 +160,13 @@ void SetNotGiven(Material& m) {
   m.Euler1 = m.Euler2 = m.Euler3 = 0.0;
 }
 
-/// ReadMaterialText for callers that have no use for a half-read definition.
-int ReadWholeText(Material& material, std::string_view text, const Units* units) {
-  std::string_view key;
-  const int status = material.ReadMaterialText(text, units, &key);
-  if (status == 0) Fatal("error in materials. Key without value: '", key, "'\n");
-  return status;
-}
-
 }  // namespace
 
-int Material::ReadMaterialLine(TextInput& input, const Units* units) {
-  const std::optional<int> materialNumber = ReadInteger(input);
-  if (!materialNumber) return 0;
-  number = *materialNumber;
-  return ReadWholeText(*this, ReadRestOfLine(input).value_or(""), units);
-}
-
-bool Material::ReadInlineMaterial(std::string_view text, const Units* units) {
-  return ReadWholeText(*this, text, units) == 1;
+bool Material::ReadDefinition(std::string_view text, const Units* units) {
+  std::string_view key;
+  const int status = ReadMaterialText(text, units, &key);
+  if (status == 0) Fatal("error in materials. Key without value: '", key, "'\n");
+  return status == 1;
 }
 
 int Material::ReadMaterialText(std::string_view text, const Units* units,
@@ -193,6 +186,18 @@ int Material::ReadMaterialText(std::string_view text, const Units* units,
   }
   if (definition.widthY > 0.0) SetRectangleSection(definition.widthY, definition.widthZ);
   return 1;
+}
+
+void ReadMaterials(Plex<Material>& materials, TextInput& input, const Units* units,
+                   SourceMap* map) {
+  const std::uint64_t section = input.RecordOffset();
+  ReadRecords({input, map, RecordKind::Material}, [&](int number) {
+    auto material = std::make_unique<Material>();
+    material->number = number;
+    material->ReadDefinition(ReadRestOfLine(input).value_or(""), units);
+    materials.Insert(number, std::move(material));
+  });
+  ReadEndOfSection(input, section);
 }
 
 }  // namespace kestol

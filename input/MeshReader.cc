@@ -5,6 +5,7 @@
 #include <string_view>
 #include <utility>
 
+#include "input/RecordList.h"
 #include "input/Units.h"
 #include "input/Words.h"
 #include "main/ErrorChannel.h"
@@ -24,6 +25,13 @@ namespace kestol {
 
 namespace {
 
+/// Where a mesh block is read from.
+struct MeshInput {
+  TextInput& input;
+  SourceMap* map;
+  const Units* units;
+};
+
 /// The integer at the next decimal digit; a sign before it is dropped.
 int ReadAtDigit(TextInput& input) {
   for (int c = input.Peek(); c != TextInput::kEnd; c = input.Peek()) {
@@ -33,13 +41,21 @@ int ReadAtDigit(TextInput& input) {
   Fatal("end of file and no digit found\n");
 }
 
-void ReadHeading(Mesh& mesh, TextInput& input) {
-  FindWordExactly(input, "dimension");
+/// Finds a word of the block; what is refused until the next one stands behind it.
+void FindMeshWord(const MeshInput& deck, MeshWordNumber which) {
+  FindWordExactly(deck.input, kMeshWords[which]);
+  deck.input.BeginRecord(deck.input.Offset() - kMeshWords[which].size());
+  if (deck.map != nullptr) deck.map->Add(RecordKind::MeshWord, which, deck.input.RecordOffset());
+}
+
+void ReadHeading(Mesh& mesh, const MeshInput& deck) {
+  TextInput& input = deck.input;
+  FindMeshWord(deck, DimensionWord);
   mesh.dimension = ReadAtDigit(input);
   if (mesh.dimension != 2 && mesh.dimension != 3) Fatal("error: mesh dimension must be 2 or 3\n");
-  FindWordExactly(input, "elemtype");
+  FindMeshWord(deck, ElemtypeWord);
   mesh.elemType = Mesh::ParseElemType(ReadWord(input));
-  FindWordExactly(input, "nnode");
+  FindMeshWord(deck, NnodeWord);
   mesh.nnode = ReadAtDigit(input);
   mesh.SetFemviewType();
 }
@@ -84,20 +100,29 @@ bool HoldsAllNumbers(const Plex<Node>& nodes) {
   return true;
 }
 
-void ReadNodes(Mesh& mesh, TextInput& input, double lengthFactor) {
-  FindWordExactly(input, "coordinates");
-  int nodeCount = 0;
-  for (;;) {
-    SkipToRecord(input);
-    const std::optional<int> number = ReadInteger(input);
-    if (!number) break;
-    ReadNode(mesh, *number, input, lengthFactor);
-    ++nodeCount;
-  }
-  const Plex<Node>& nodes = *mesh.nodes;
+void CheckNodes(const Plex<Node>& nodes, int nodeCount) {
   if (nodeCount != 0 && (nodeCount != nodes.Highest() || !HoldsAllNumbers(nodes)))
     Fatal("error: list of nodes does not contain all numbers\n");
   if (nodes.Highest() == 0) Fatal("error: list of nodes does not contain any node\n");
+}
+
+void ReadNodes(Mesh& mesh, const MeshInput& deck) {
+  TextInput& input = deck.input;
+  FindMeshWord(deck, CoordinatesWord);
+  const std::uint64_t list = input.RecordOffset();
+  const double lengthFactor = deck.units == nullptr ? 1.0 : MeshLengthFactor(*deck.units);
+  int nodeCount = 0;
+  ReadRecords({input, deck.map, RecordKind::Node}, [&](int number) {
+    ReadNode(mesh, number, input, lengthFactor);
+    ++nodeCount;
+  });
+  input.BeginRecord(list);
+  if (deck.map == nullptr) {
+    CheckNodes(*mesh.nodes, nodeCount);
+  } else {
+    RefuseInto(*deck.map, {RecordKind::MeshWord, CoordinatesWord, list},
+               [&] { CheckNodes(*mesh.nodes, nodeCount); });
+  }
   FindWordExactly(input, "end");
 }
 
@@ -122,7 +147,7 @@ void ReadElemMaterial(Elem& elem, std::string_view text, const Units* units) {
   elem.materialNumber = IntegerOf(TakeKey(text));
   if (text.empty()) return;
   auto material = std::make_unique<Material>();
-  if (material->ReadInlineMaterial(text, units)) elem.material = std::move(material);
+  if (material->ReadDefinition(text, units)) elem.material = std::move(material);
 }
 
 void ReadElem(Mesh& mesh, int number, TextInput& input, const Units* units) {
@@ -133,24 +158,24 @@ void ReadElem(Mesh& mesh, int number, TextInput& input, const Units* units) {
   mesh.elems.Insert(number, std::move(elem));
 }
 
-void ReadElems(Mesh& mesh, TextInput& input, const Units* units) {
-  FindWordExactly(input, "elements");
-  for (;;) {
-    SkipToRecord(input);
-    const std::optional<int> number = ReadInteger(input);
-    if (!number) break;
-    ReadElem(mesh, *number, input, units);
-  }
+void ReadElems(Mesh& mesh, const MeshInput& deck) {
+  TextInput& input = deck.input;
+  FindMeshWord(deck, ElementsWord);
+  const std::uint64_t list = input.RecordOffset();
+  ReadRecords({input, deck.map, RecordKind::Element},
+              [&](int number) { ReadElem(mesh, number, input, deck.units); });
+  input.BeginRecord(list);
   FindWordExactly(input, "end");
   SkipRestOfLine(input);
 }
 
 }  // namespace
 
-void Mesh::ReadMesh(TextInput& input, const Units* units) {
-  ReadHeading(*this, input);
-  ReadNodes(*this, input, units == nullptr ? 1.0 : MeshLengthFactor(*units));
-  ReadElems(*this, input, units);
+void Mesh::ReadMesh(TextInput& input, const Units* units, SourceMap* map) {
+  const MeshInput deck{input, map, units};
+  ReadHeading(*this, deck);
+  ReadNodes(*this, deck);
+  ReadElems(*this, deck);
 }
 
 }  // namespace kestol

@@ -10,9 +10,11 @@
 #include "algebra/Zero.h"
 #include "input/ConstraintsReader.h"
 #include "input/LoadsReader.h"
+#include "input/MaterialReader.h"
 #include "input/Project.h"
 #include "input/ProjectCheck.h"
 #include "input/RotulesReader.h"
+#include "input/SourceMap.h"
 #include "input/Words.h"
 #include "main/ErrorChannel.h"
 
@@ -32,6 +34,7 @@ struct Statement {
   TextInput& input;          ///< behind the keyword and its value
   std::string_view keyword;  ///< as written in the table
   std::string value;         ///< empty for keywords without one
+  SourceMap* map;            ///< null: the first mistake ends the reading
 };
 
 // --- values -----------------------------------------------------------------------------------
@@ -71,23 +74,15 @@ void ReadMeshBlock(Statement& s) {
   }
   meshes.push_back(meshes.empty() ? std::make_unique<Mesh>() : std::make_unique<Mesh>(*meshes[0]));
   Mesh& mesh = *meshes.back();
-  mesh.ReadMesh(s.input, &project.units);
+  mesh.ReadMesh(s.input, &project.units, s.map);
 
   project.nodesAsRead = project.numNodes = mesh.nodes->Highest();
   project.numElements[meshes.size() - 1] = CountOf(mesh.elems);
   if (mesh.elemType == Tetrahedra) project.dofsPerNode = 3;
 }
 
-void ReadMaterials(Statement& s) {
-  for (;;) {
-    SkipToRecord(s.input);
-    auto material = std::make_unique<Material>();
-    if (material->ReadMaterialLine(s.input, &s.project.units) == 0) break;
-    const int number = material->number;
-    s.project.materials.Insert(number, std::move(material));
-  }
-  FindWord(s.input, "end");
-  SkipRestOfLine(s.input);
+void ReadMaterialSection(Statement& s) {
+  ReadMaterials(s.project.materials, s.input, &s.project.units, s.map);
 }
 
 void ReadUnitSystems(Statement& s) {
@@ -95,19 +90,19 @@ void ReadUnitSystems(Statement& s) {
 }
 
 void ReadSupports(Statement& s) {
-  ReadConstraints(s.project, s.input);
+  ReadConstraints(s.project, s.input, s.map);
 }
 
 void ReadHinges(Statement& s) {
-  ReadRotules(s.project, s.input);
+  ReadRotules(s.project, s.input, s.map);
 }
 
 void ReadNodeLoads(Statement& s) {
-  ReadNodalLoads(s.project, s.input);
+  ReadNodalLoads(s.project, s.input, s.map);
 }
 
 void ReadElementLoads(Statement& s) {
-  ReadPressureLoads(s.keyword, s.project, s.input);
+  ReadPressureLoads(s.keyword, s.project, s.input, s.map);
 }
 
 // --- the problem section ----------------------------------------------------------------------
@@ -257,7 +252,7 @@ constexpr Keyword kKeywords[] = {
     {"Solver",                          Match::Prefix, Value::One,  SetSolver              },
     {"GravityDirection",                Match::Prefix, Value::One,  SetGravityDirection    },
     {"units_names",                     Match::Whole,  Value::None, ReadUnitSystems        },
-    {"materials",                       Match::Whole,  Value::None, ReadMaterials          },
+    {"materials",                       Match::Whole,  Value::None, ReadMaterialSection    },
     {"constraints",                     Match::Whole,  Value::None, ReadSupports           },
     {"nodal_point_loads",               Match::Whole,  Value::None, ReadNodeLoads          },
     {"rotules",                         Match::Whole,  Value::None, ReadHinges             },
@@ -272,10 +267,13 @@ bool Matches(const Keyword& keyword, std::string_view word) {
          (keyword.match == Match::Prefix || word.size() == keyword.name.size());
 }
 
-void ReadKeyword(Project& project, TextInput& input, std::string_view word) {
+void ReadKeyword(Project& project, TextInput& input, std::string_view word, SourceMap* map) {
   for (const Keyword& keyword : kKeywords) {
     if (!Matches(keyword, word)) continue;
-    Statement statement{project, input, keyword.name, {}};
+    if (map != nullptr) {
+      map->Add(RecordKind::Keyword, static_cast<int>(&keyword - kKeywords), input.RecordOffset());
+    }
+    Statement statement{project, input, keyword.name, {}, map};
     if (keyword.value == Value::One) {
       statement.value = ReadValue(input, word.substr(keyword.name.size()));
     }
@@ -310,24 +308,59 @@ void ReadProblemType(Project& project, TextInput& input) {
   }
 }
 
-void ReadKeywords(Project& project, TextInput& input) {
-  for (std::string word = ReadWord(input); !word.empty(); word = ReadWord(input)) {
+// Goes to the next line whose first word is a keyword.
+void SkipToKeyword(TextInput& input) {
+  while (SkipRestOfLine(input)) {
+    SkipSpace(input);
+    const std::string_view word = input.PeekWord();
+    if (std::any_of(std::begin(kKeywords), std::end(kKeywords),
+                    [word](const Keyword& keyword) { return Matches(keyword, word); })) {
+      return;
+    }
+  }
+}
+
+void ReadMappedKeyword(Project& project, TextInput& input, std::string_view word, SourceMap& map) {
+  try {
+    ReadKeyword(project, input, word, &map);
+  } catch (const FatalError& refusal) {
+    const SourceMap::Record record{RecordKind::Keyword, 0, input.RecordOffset()};
+    map.Refuse(record, SourceMap::Cause::Reader, refusal.what());
+    error.Clear();
+    SkipToKeyword(input);
+  }
+}
+
+void ReadKeywords(Project& project, TextInput& input, SourceMap* map) {
+  for (;;) {
+    SkipSpace(input);
+    input.BeginRecord();
+    const std::string word = ReadWord(input);
+    if (word.empty()) return;
     if (word[0] == '#') {
       SkipRestOfLine(input);
+    } else if (map == nullptr) {
+      ReadKeyword(project, input, word, nullptr);
     } else {
-      ReadKeyword(project, input, word);
+      ReadMappedKeyword(project, input, word, *map);
     }
   }
 }
 
 }  // namespace
 
-void ReadProject(Project& project, TextInput& input) {
+void ReadProject(Project& project, TextInput& input, SourceMap* map) {
   FindWord(input, "problem");
   FindWord(input, "type");
+  input.BeginRecord();
   ReadProblemType(project, input);
-  ReadKeywords(project, input);
-  CheckProject(project);
+  ReadKeywords(project, input, map);
+  input.BeginRecord(TextInput::kNowhere);
+  if (map == nullptr) {
+    CheckProject(project);
+  } else {
+    RefuseInto(*map, {RecordKind::Problem, 0, TextInput::kNowhere}, [&] { CheckProject(project); });
+  }
 }
 
 }  // namespace kestol

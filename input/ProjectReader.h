@@ -3,9 +3,11 @@
 namespace kestol {
 
 class Project;
+class SourceMap;
 class TextInput;
 
-/// Reads a whole deck into the project and checks the model as a whole.
-void ReadProject(Project& project, TextInput& input);
+/// Reads a whole deck into the project and checks the model as a whole. With a map the reading goes
+/// on after a mistake; see SourceMap.
+void ReadProject(Project& project, TextInput& input, SourceMap* map = nullptr);
 
 }  // namespace kestol

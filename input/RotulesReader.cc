@@ -1,9 +1,8 @@
 #include "input/RotulesReader.h"
 
-#include <optional>
-
 #include "input/NodeSections.h"
 #include "input/Project.h"
+#include "input/RecordList.h"
 #include "input/Words.h"
 #include "main/ErrorChannel.h"
 
@@ -21,14 +20,11 @@ void ReadRotule(Project& project, TextInput& input, int nodeNumber) {
 
 }  // namespace
 
-void ReadRotules(Project& project, TextInput& input) {
-  for (;;) {
-    SkipToRecord(input);
-    const std::optional<int> nodeNumber = ReadInteger(input);
-    if (!nodeNumber) break;
-    ReadRotule(project, input, *nodeNumber);
-  }
-  ReadEndOfSection(input);
+void ReadRotules(Project& project, TextInput& input, SourceMap* map) {
+  const std::uint64_t section = input.RecordOffset();
+  ReadRecords({input, map, RecordKind::Hinge},
+              [&](int nodeNumber) { ReadRotule(project, input, nodeNumber); });
+  ReadEndOfSection(input, section);
 }
 
 }  // namespace kestol

@@ -6,7 +6,6 @@
 namespace kestol {
 
 class Matriu;
-class TextInput;
 class Units;
 
 /// Releases of a beam's ends, as two decimal digits: end 1, end 2; 1 rigid, 0 hinged.
@@ -19,15 +18,10 @@ class Material {
 public:
   static constexpr double kNotGiven = -1.0;
 
-  /// Reads "number key value ..." of the materials section. Gives 0 when no number follows (end of
-  /// the section), nothing but white space taken; else 1, or -1 for a line without keys, all values
-  /// then not given. A key without a value ends the run with
+  /// Reads the definition behind an element or a material number: true, or false for a text without
+  /// any key, all values then not given. A key without a value is refused with
   /// "error in materials. Key without value: '<key>'\n". `units` null: no scaling.
-  int ReadMaterialLine(TextInput& input, const Units* units);
-
-  /// Reads the definition behind an element: true, or false for a text without any key. A key
-  /// without a value ends the run as in ReadMaterialLine.
-  bool ReadInlineMaterial(std::string_view text, const Units* units);
+  bool ReadDefinition(std::string_view text, const Units* units);
 
   /// Sets all values to "not given" and reads keys and values, scaled by the unit system that the
   /// text names, else by the default one. Gives 1; or -1 for a text without any key; or 0, with the

@@ -13,6 +13,7 @@
 
 namespace kestol {
 
+class SourceMap;
 class TextInput;
 class Units;
 
@@ -47,7 +48,7 @@ public:
   /// Reads one mesh block, up to and with the line of its last "end". `units` null: coordinates and
   /// inline materials are not scaled. Node numbers that do not exist become null nodes. Later
   /// blocks on the same nodes may list all of them anew, moved or with more behind, or none.
-  void ReadMesh(TextInput& input, const Units* units);
+  void ReadMesh(TextInput& input, const Units* units, SourceMap* map = nullptr);
 
   /// Type code of a word by its first one or two letters, in any case; ends the run for any other.
   static int ParseElemType(std::string_view word);

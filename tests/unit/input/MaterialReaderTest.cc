@@ -1,6 +1,7 @@
 #include <cmath>
 #include <sstream>
 
+#include "input/MaterialReader.h"
 #include "input/TextInput.h"
 #include "input/Units.h"
 #include "input/Words.h"
@@ -15,6 +16,14 @@ Material Read(std::string_view text, const Units* units = nullptr) {
   Material material;
   EXPECT_EQ(material.ReadMaterialText(text, units), 1) << text;
   return material;
+}
+
+/// The materials of a section with these lines.
+Plex<Material> Section(const std::string& lines) {
+  Plex<Material> materials(100);
+  TextInput input(lines + "\nend materials\n");
+  ReadMaterials(materials, input, nullptr);
+  return materials;
 }
 
 std::string Printed(const Material& material) {
@@ -39,13 +48,11 @@ Units UnitsOfTwoSystems() {
 // --- keys and values --------------------------------------------------------------------------
 
 TEST(MaterialReader, SectionLineLeavesWhatIsNotGivenMarked) {
-  TextInput input(std::string("7 E=210000 nu=0.3 A=0.01 Iz=8.33e-6\n"));
-  Material material;
-  EXPECT_EQ(material.ReadMaterialLine(input, nullptr), 1);
-  EXPECT_EQ(Printed(material),
+  const Plex<Material> materials = Section("7 E=210000 nu=0.3 A=0.01 Iz=8.33e-6");
+  EXPECT_EQ(Printed(*materials.Get(7)),
             "7 E1=210000 E2=210000 nuXY=0.3 nuYX=0.3 Iy=-1 Iz=8.33e-06 Gxy=-1 Gxz=-1 Gyz=-1 J=-1 "
             "A=0.01 Weight=-1 t=-1\n");
-  EXPECT_EQ(material.hasEuler, 0);
+  EXPECT_EQ(materials.Get(7)->hasEuler, 0);
 }
 
 TEST(MaterialReader, KeyAndValueMayBeJoinedByBlankColonOrEqualSign) {
@@ -194,7 +201,7 @@ TEST(MaterialReader, ShearModulusHasSmallPlanes) {
 TEST(MaterialReader, ValueIsLookedForBeforeTheKeyIsTested) {
   Material material;
   for (const char* key : {"T", "Ix", "Gx", "EX", "Euler4"})
-    EXPECT_FATAL(material.ReadInlineMaterial(key, nullptr),
+    EXPECT_FATAL(material.ReadDefinition(key, nullptr),
                  std::string("error in materials. Key without value: '") + key + "'\n");
 }
 
@@ -215,7 +222,7 @@ TEST(MaterialReader, TextWithoutKeysIsReported) {
     Material material;
     EXPECT_EQ(material.ReadMaterialText(text, nullptr), -1) << text;
     EXPECT_EQ(material.E1, -1.0);
-    EXPECT_FALSE(material.ReadInlineMaterial(text, nullptr)) << text;
+    EXPECT_FALSE(material.ReadDefinition(text, nullptr)) << text;
   }
 }
 
@@ -230,64 +237,56 @@ TEST(MaterialReader, KeyWithoutValueIsReportedWithTheKey) {
 TEST(MaterialReader, KeyWithoutValueEndsTheRunInBothPlaces) {
   const char* const text = "error in materials. Key without value: 'nu'\n";
   Material material;
-  TextInput input(std::string("7 E=3 nu=\n8 E=2\n"));
-  EXPECT_FATAL(material.ReadMaterialLine(input, nullptr), text);
-  EXPECT_FATAL(material.ReadInlineMaterial("E=3 nu", nullptr), text);
-  EXPECT_FATAL(material.ReadInlineMaterial("2e11", nullptr),
+  EXPECT_FATAL(Section("7 E=3 nu=\n8 E=2"), text);
+  EXPECT_FATAL(material.ReadDefinition("E=3 nu", nullptr), text);
+  EXPECT_FATAL(material.ReadDefinition("2e11", nullptr),
                "error in materials. Key without value: '2e11'\n");
-  EXPECT_FATAL(material.ReadInlineMaterial("E=3 units=", nullptr),
+  EXPECT_FATAL(material.ReadDefinition("E=3 units=", nullptr),
                "error in materials. Key without value: 'units'\n");
 }
 
 TEST(MaterialReader, FinalCarriageReturnIsNoKey) {
-  TextInput input(std::string("7 E=3 \r\n8 A=2\r\n"));
-  Material material;
-  EXPECT_EQ(material.ReadMaterialLine(input, nullptr), 1);
-  EXPECT_EQ(material.E1, 3.0);
-  EXPECT_EQ(material.ReadMaterialLine(input, nullptr), 1);
-  EXPECT_EQ(material.A, 2.0);
+  const Plex<Material> materials = Section("7 E=3 \r\n8 A=2\r");
+  EXPECT_EQ(materials.Get(7)->E1, 3.0);
+  EXPECT_EQ(materials.Get(8)->A, 2.0);
 }
 
 // --- lines ------------------------------------------------------------------------------------
 
-TEST(MaterialReader, LineThatIsNoNumberEndsTheSectionUntaken) {
-  TextInput input(std::string("  end materials\n"));
-  Material material;
-  EXPECT_EQ(material.ReadMaterialLine(input, nullptr), 0);
-  EXPECT_EQ(ReadWord(input), "end");
+TEST(MaterialReader, LineThatIsNoNumberEndsTheSection) {
+  Plex<Material> materials(100);
+  TextInput input(std::string("  end materials\n8 A=2"));
+  ReadMaterials(materials, input, nullptr);
+  EXPECT_EQ(materials.Highest(), 0);
+  EXPECT_EQ(ReadWord(input), "8");
 }
 
 TEST(MaterialReader, LineWithoutKeysIsAMaterialWithoutValues) {
-  TextInput input(std::string("7\n8 A=2"));
-  Material material;
-  EXPECT_EQ(material.ReadMaterialLine(input, nullptr), -1);
-  EXPECT_EQ(material.number, 7);
-  EXPECT_EQ(material.E1, -1.0);
-  EXPECT_EQ(material.ReadMaterialLine(input, nullptr), 1);
-  EXPECT_EQ(material.number, 8);
-  EXPECT_EQ(material.A, 2.0);
-  EXPECT_EQ(material.ReadMaterialLine(input, nullptr), 0);
+  const Plex<Material> materials = Section("7\n8 A=2");
+  EXPECT_EQ(materials.Get(7)->number, 7);
+  EXPECT_EQ(materials.Get(7)->E1, -1.0);
+  EXPECT_EQ(materials.Get(8)->number, 8);
+  EXPECT_EQ(materials.Get(8)->A, 2.0);
 }
 
 TEST(MaterialReader, NumberAtTheEndOfTheTextIsAMaterial) {
+  Plex<Material> materials(100);
   TextInput input(std::string("7"));
-  Material material;
-  EXPECT_EQ(material.ReadMaterialLine(input, nullptr), -1);
-  EXPECT_EQ(material.number, 7);
+  EXPECT_FATAL(ReadMaterials(materials, input, nullptr),
+               "can't find word ***end*** in input file\n");
+  EXPECT_EQ(materials.Get(7)->number, 7);
 }
 
 TEST(MaterialReader, LongLinesAreReadWhole) {
-  TextInput input("7 " + std::string(5000, ' ') + "A=2\n");
-  Material material;
-  EXPECT_EQ(material.ReadMaterialLine(input, nullptr), 1);
-  EXPECT_EQ(material.A, 2.0);
+  EXPECT_EQ(Section("7 " + std::string(5000, ' ') + "A=2").Get(7)->A, 2.0);
 }
 
-TEST(MaterialReader, NumberOutOfRangeEndsTheRun) {
-  TextInput input(std::string("2147483648 A=2\n"));
-  Material material;
-  EXPECT_FATAL(material.ReadMaterialLine(input, nullptr),
-               "error: number out of range in input file\n");
+TEST(MaterialReader, NumberInUseIsRefused) {
+  EXPECT_FATAL(Section("7 A=2\n7 A=3"), "Repeated index 7 in VoidPlex");
+}
+
+TEST(MaterialReader, NumberOutOfRangeIsRefused) {
+  EXPECT_FATAL(Section("2147483648 A=2"), "error: number out of range in input file\n");
 }
 
 // --- units ------------------------------------------------------------------------------------
