@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cmath>
 
 #include "analysis/ElementsAround.h"
@@ -34,29 +35,36 @@ bool AreCoplanar(const ElementsAround& around, const std::vector<Vector3>& norma
   return true;
 }
 
-/// The flags of a model: -1 while no mesh has had an element at the node.
+/// The flags of a model, by node index - 1.
 struct Flags {
-  std::vector<int> flag;
-  std::vector<Vector3> firstNormal;  ///< of the first mesh with an element at the node
+  std::vector<int> flag;  ///< -1 while no mesh has had an element at the node
+  /// For each mesh so far the normal of its first element at the node; null where it has none.
+  std::vector<std::vector<Vector3>> firstNormals;
 };
+
+/// Whether a mesh with this normal at a node lies there in one plane with each mesh before it.
+/// Meshes may be turned against each other; only the planes have to agree.
+bool AgreesWithMeshesBefore(const Flags& flags, int position, const Vector3& normal, double c) {
+  return std::ranges::all_of(flags.firstNormals, [&](const std::vector<Vector3>& before) {
+    const Vector3& other = before[position];
+    return other == Vector3{} || std::abs(Dot(normal, other)) >= c;
+  });
+}
 
 void CheckMesh(const Project& project, const Mesh& mesh, double c, Flags& flags) {
   const std::vector<Vector3> normals = UnitNormals(mesh);
   const ElementsAround around(project, mesh);
+  std::vector<Vector3> firstNormals(flags.flag.size());
   for (auto [number, node] : *mesh.nodes) {
     const int index = node->number;
     if (around.Of(index).empty()) continue;
     const bool coplanar = AreCoplanar(around, normals, index, c);
     const Vector3& normal = normals[around.Of(index)[0]];
     int& flag = flags.flag[index - 1];
-    if (flag == -1) {
-      flag = coplanar;
-      flags.firstNormal[index - 1] = normal;
-    } else if (!coplanar || !(std::abs(Dot(normal, flags.firstNormal[index - 1])) >= c)) {
-      // Meshes may be turned against each other; only the planes have to agree.
-      flag = 0;
-    }
+    flag = flag != 0 && coplanar && AgreesWithMeshesBefore(flags, index - 1, normal, c);
+    firstNormals[index - 1] = normal;
   }
+  flags.firstNormals.push_back(std::move(firstNormals));
 }
 
 }  // namespace
@@ -67,10 +75,7 @@ void CheckNormals(Project& project) {
   Flags flags;
   for (const auto& mesh : project.meshes) {
     if (mesh->elemType != Triangle) continue;
-    if (flags.flag.empty()) {
-      flags.flag.assign(project.numNodes, -1);
-      flags.firstNormal.resize(project.numNodes);
-    }
+    if (flags.flag.empty()) flags.flag.assign(project.numNodes, -1);
     CheckMesh(project, *mesh, c, flags);
   }
   for (int& flag : flags.flag)

@@ -243,6 +243,28 @@ TEST(CheckNormals, MeshesAreComparedByTheirFirstNormals) {
   EXPECT_EQ(flag({-0.15, 0.15, 0}, 1), 0);
 }
 
+TEST(CheckNormals, EveryPairOfMeshesIsCompared) {
+  // One triangle about node 1 in each of several meshes, the normals turned about x.
+  const auto flag = [](const std::vector<double>& angles) {
+    TestMesh mesh = Turned(angles);
+    std::string others;
+    for (std::size_t e = 1; e < mesh.elems.size(); ++e)
+      others += Print(
+          "mesh dimension = 3 elemtype Triangle nnode = 3\ncoordinates\nend\nelements\n"
+          "%d %d %d %d 1\nend\n",
+          7 + static_cast<int>(e), mesh.elems[e][0], mesh.elems[e][1], mesh.elems[e][2]);
+    mesh.elems.resize(1);
+    const auto project = ReadDeck(DeckOf(mesh, "CoplanarityAngle 0.5", others + kMaterial));
+    CheckNormals(*project);
+    return project->coplanar[0];
+  };
+  EXPECT_EQ(flag({0, 0.3, -0.3}), 0);  // the second and the third are 0.6 apart
+  EXPECT_EQ(flag({0, 0.2, -0.2}), 1);
+  EXPECT_EQ(flag({0.3, 0, -0.3}), 0);  // the first and the third
+  EXPECT_EQ(flag({0.4, 0, 0.2, -0.05}), 1);
+  EXPECT_EQ(flag({0.2, 0, 0.4, -0.2}), 0);  // the third and the fourth
+}
+
 TEST(CheckNormals, TheLimitOfElementsIsForEachMesh) {
   TestMesh mesh = Fan(25);
   std::string lines;
