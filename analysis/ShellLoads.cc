@@ -1,4 +1,5 @@
 #include "algebra/Zero.h"
+#include "analysis/MaterialOf.h"
 #include "analysis/ShellPoints.h"
 #include "analysis/ShellTriangle.h"
 #include "analysis/Surface.h"
@@ -43,11 +44,10 @@ void AddLoads(const Project& project, const Mesh& mesh, ReaVecT& f) {
   ShellElement shell(project);
   ShellPoints<N, P> points;
   for (auto [number, elem] : mesh.elems) {
-    const Material* material = elem->GetMaterial(project.materials);
+    const Material& material = MaterialOf(project, *elem);
     const PreassureLT* first = project.loads.Get(number);
     // Both factors must be given: two marks of "not given" multiply to 1.
-    const double weight =
-        material->Weight > 0 && material->t > 0 ? material->t * material->Weight : 0;
+    const double weight = material.Weight > 0 && material.t > 0 ? material.t * material.Weight : 0;
     if (!(weight > kZero) && first == nullptr) continue;
     shell.Take(*elem);
     shell.Evaluate(points);

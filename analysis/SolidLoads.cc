@@ -1,6 +1,7 @@
 #include <cmath>
 
 #include "algebra/Zero.h"
+#include "analysis/MaterialOf.h"
 #include "analysis/Solid.h"
 #include "analysis/SolidPoints.h"
 #include "analysis/Surface.h"
@@ -68,9 +69,8 @@ void AddLoads(const Project& project, const Mesh& mesh, ReaVecT& f, Evaluate eva
   NodalForces forces{f, project.dofsPerNode};
   SolidPoints<N, P> points;
   for (auto [number, elem] : mesh.elems) {
-    const Material* material = elem->GetMaterial(project.materials);
+    const double weight = MaterialOf(project, *elem).Weight;
     const PreassureLT* first = project.loads.Get(number);
-    const double weight = material->Weight;
     if (!(weight > kZero) && first == nullptr) continue;
     evaluate(*elem, points);
     if (weight > kZero) AddVolumeLoad(forces, *elem, points, WeightAlongGravity(project, weight));

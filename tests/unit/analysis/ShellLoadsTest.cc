@@ -208,6 +208,12 @@ TEST(ShellLoadsOnCurvedEdges, EdgeLoadsCountTheChord) {
   EXPECT_NEAR(At(f, 5, 6)[2], 20.0, 1e-12);
 }
 
+TEST_P(ShellLoads, OfAnElementWithoutMaterialAreRefused) {
+  for (const char* const section : {"", "local_pressure_loads\n1 1 0 0\nend\n"})
+    EXPECT_FATAL(LoadsOf(DeckOf(Leaning(GetParam()), "", section)),
+                 "error: Material in element: 1 doesn't exist\n");
+}
+
 }  // namespace
 
 }  // namespace kestol

@@ -278,6 +278,13 @@ TEST(SolidCurvedFaces, EachMidSideHasItsOwnAreaAndNormal) {
   }
 }
 
+TEST(SolidLoads, OfAnElementWithoutMaterialAreRefused) {
+  for (const bool ten : {false, true})
+    for (const char* const section : {"", "face_loads\n1 0 1 0 0\nend\n"})
+      EXPECT_FATAL(LoadsOf(DeckOf(UnitTetrahedron(ten), "", section)),
+                   "error: Material in element: 1 doesn't exist\n");
+}
+
 }  // namespace
 
 }  // namespace kestol
