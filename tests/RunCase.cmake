@@ -4,11 +4,22 @@
 #
 # A case holds `arguments` (one per line, perhaps none), the files that the run reads, and
 # `expected/` with `stdout`, `status` and each file that the run writes. A file that is missing, or
-# that nobody expects, is a failure; so is any text on the error output.
+# that nobody expects, is a failure; so is any text on the error output. Symbolic links are made
+# here, from the lines "name target" of `links`: one to a device, kept among the sources, would hang
+# every tool that reads all files.
 # With -DBLESS=ON the expectations are rewritten instead.
 cmake_minimum_required(VERSION 3.25)
 file(REMOVE_RECURSE ${WORK})
 file(COPY ${CASE}/ DESTINATION ${WORK} PATTERN expected EXCLUDE)
+if(EXISTS ${CASE}/links)
+  file(STRINGS ${CASE}/links links)
+  foreach(link IN LISTS links)
+    string(REPLACE " " ";" link "${link}")
+    list(GET link 0 name)
+    list(GET link 1 target)
+    file(CREATE_LINK ${target} ${WORK}/${name} SYMBOLIC)
+  endforeach()
+endif()
 file(GLOB_RECURSE before LIST_DIRECTORIES false RELATIVE ${WORK} ${WORK}/*)
 file(STRINGS ${CASE}/arguments arguments)
 
