@@ -25,6 +25,12 @@ std::optional<RunOptions> ScanCommandLine(int argc, char* const* argv);
 /// How to call the program; `program` is its name as called.
 std::string UsageText(std::string_view program);
 
+/// Whether a file name of -i or -e stands for standard output.
+bool IsStandardOutput(const char* name);
+
+inline constexpr std::string_view kResultsExtension = ".kestol.res";
+inline constexpr std::string_view kMeshExtension = ".kestol.bon";
+
 /// `inputFile` cut at its last '.' plus `extension`.
 std::string ResultFileName(std::string_view inputFile, std::string_view extension);
 

@@ -14,6 +14,7 @@
 #include "input/ProjectReader.h"
 #include "input/TextInput.h"
 #include "main/CommandLine.h"
+#include "main/DeckGuard.h"
 #include "main/ErrorChannel.h"
 #include "output/InfoFile.h"
 #include "output/ResultFiles.h"
@@ -26,11 +27,6 @@ using Clock = std::chrono::steady_clock;
 
 // Numbers per block of the project's containers.
 constexpr int kCapacity = 100;
-
-// Whether a file name stands for standard output.
-bool IsStandardOutput(const char* name) {
-  return name[0] == '-';
-}
 
 std::FILE* OpenFile(const char* name, const char* mode) {
   std::FILE* const file = std::fopen(name, mode);
@@ -54,8 +50,8 @@ void OpenErrorFile(const char* name) {
 
 void WritePostProcessorFiles(const Project& project, const Results& results,
                              const RunOptions& options) {
-  const std::string meshFileName = ResultFileName(options.inputFile, ".kestol.bon");
-  WriteResultFile(project, results, ResultFileName(options.inputFile, ".kestol.res"),
+  const std::string meshFileName = ResultFileName(options.inputFile, kMeshExtension);
+  WriteResultFile(project, results, ResultFileName(options.inputFile, kResultsExtension),
                   options.writeMesh ? &meshFileName : nullptr);
 }
 
@@ -69,6 +65,7 @@ void ReportTotalTime(Clock::time_point start, std::ostream* info) {
 void Run(const RunOptions& options) {
   const Clock::time_point start = Clock::now();
   TextInput input(OpenFile(options.inputFile, "r"));
+  RefuseToOverwriteDeck(options);
   Project project(kCapacity);
   std::ofstream infoFile;
   std::ostream* const info = OpenInfo(options.infoFile, infoFile);

@@ -4,9 +4,9 @@
 #
 # A case holds `arguments` (one per line, perhaps none), the files that the run reads, and
 # `expected/` with `stdout`, `status` and each file that the run writes. A file that is missing, or
-# that nobody expects, is a failure; so is any text on the error output. Symbolic links are made
-# here, from the lines "name target" of `links`: one to a device, kept among the sources, would hang
-# every tool that reads all files.
+# that nobody expects, is a failure; so is any text on the error output, or a change to a file that
+# the case brought. Symbolic links are made here, from the lines "name target" of `links`: one to a
+# device, kept among the sources, would hang every tool that reads all files.
 # With -DBLESS=ON the expectations are rewritten instead.
 cmake_minimum_required(VERSION 3.25)
 file(REMOVE_RECURSE ${WORK})
@@ -29,6 +29,15 @@ file(WRITE ${WORK}/status "${status}\n")
 if(complaint)
   message(SEND_ERROR "text on the error output:\n${complaint}")
 endif()
+foreach(name IN LISTS before)
+  if(EXISTS ${CASE}/${name})
+    execute_process(COMMAND ${CMAKE_COMMAND} -E compare_files ${CASE}/${name} ${WORK}/${name}
+                    RESULT_VARIABLE changed OUTPUT_QUIET ERROR_QUIET)
+    if(changed)
+      message(SEND_ERROR "the run changes ${name}")
+    endif()
+  endif()
+endforeach()
 file(GLOB_RECURSE written LIST_DIRECTORIES false RELATIVE ${WORK} ${WORK}/*)
 list(REMOVE_ITEM written ${before})
 

@@ -96,6 +96,27 @@ TEST_F(Faults, MeshFileThatCannotBeCreatedIsReported) {
   EXPECT_EQ(Output(), "can't open file model.kestol.bon\n");
 }
 
+TEST_F(Faults, DeckUnderASecondNameOfItsOwnIsNotOverwritten) {
+  fs::create_hard_link(work_ / "model.dat", work_ / "report.txt");
+  const std::string deck = ReadFile(work_ / "model.dat");
+  EXPECT_EQ(Run("'" KESTOL_PROGRAM "' -e errors.txt model.dat report.txt >stdout"), 2);
+  EXPECT_EQ(Output(), "can't open file report.txt\n");
+  EXPECT_EQ(ReadFile(work_ / "model.dat"), deck);
+  EXPECT_FALSE(fs::exists(work_ / "errors.txt"));
+}
+
+TEST_F(Faults, DeckInTheWayOfAFileThatIsNotWrittenIsNoObstacle) {
+  fs::create_symlink("model.dat", work_ / "model.kestol.bon");
+  fs::create_symlink("model.dat", work_ / "-");
+  EXPECT_EQ(Run("'" KESTOL_PROGRAM "' -i - -e - model.dat report.txt >stdout"), 0);
+  EXPECT_EQ(Run("'" KESTOL_PROGRAM "' -p model.dat >stdout"), 2);
+}
+
+TEST_F(Faults, ReportThatEqualsTheDeckIsNotTheDeck) {
+  fs::copy_file(work_ / "model.dat", work_ / "report.txt");
+  EXPECT_EQ(Run("'" KESTOL_PROGRAM "' model.dat report.txt >stdout"), 0);
+}
+
 TEST_F(Faults, SignalInTheMiddleLeavesNoClaimOfSuccess) {
   // The deck comes through a pipe that is never closed: the run is still reading when it is ended.
   EXPECT_NE(Run("mkfifo pipe.dat; (cat model.dat; exec sleep 5) >pipe.dat & "
