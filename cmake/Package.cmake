@@ -2,7 +2,8 @@
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME kestol)
 set(CPACK_PACKAGE_VENDOR "kestol authors")
-set(CPACK_PACKAGE_CONTACT "kestol maintainers <kestol@example.org>")
+# A maintainer must have an address; this one says that there is no mailbox behind it.
+set(CPACK_PACKAGE_CONTACT "kestol maintainers <kestol@kestol.invalid>")
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "linear static finite-element analysis of structures")
 set(CPACK_PACKAGE_DESCRIPTION
     "kestol computes displacements, reactions and stresses of frames of beams,
