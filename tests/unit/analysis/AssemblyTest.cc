@@ -250,13 +250,6 @@ TEST(Assembly, AModelWithoutWeightNeedsNoGravityDirection) {
   for (const double f : stage.Solver().loads) EXPECT_EQ(f, 0.0);
 }
 
-TEST(Assembly, AWeightNeedsBothOfItsFactorsPositive) {
-  FrameDeck deck = Bar().Material(2, "E=1 A=1 Iz=1 Weight=-2").Beam(3, 1, 3, 2);
-  Stage stage(deck);
-  stage.Run();
-  for (const double f : stage.Solver().loads) EXPECT_EQ(f, 0.0);
-}
-
 }  // namespace
 
 }  // namespace kestol

@@ -110,6 +110,29 @@ TEST(BeamStrengths, OfAMeshWithoutElementsAreNone) {
   EXPECT_EQ(project->gaussVariables[2].n, 6);
 }
 
+TEST(BeamElement, HasAWeightOnlyWhenBothOfItsFactorsArePositive) {
+  // What is not given is -1: two of them would make a weight of 1.
+  for (const auto& [keys, weighs] : {
+           std::pair{"A=2 Weight=3",   true },
+           {"",               false},
+           {"A=2",            false},
+           {"Weight=3",       false},
+           {"A=-2 Weight=-3", false},
+           {"A=2 Weight=-3",  false},
+           {"A=-2 Weight=3",  false}
+  }) {
+    FrameDeck deck(2);
+    deck.Node(1, 0, 0).Node(2, 2, 0).Beam(1, 1, 2).Key("GravityDirection 0 -1 0");
+    const auto project = ReadDeck(deck.Material(1, std::string("E=1 Iz=1 ") + keys).Text());
+    BeamElement beam(*project);
+    const Elem& elem = ElemOf(*project, 1);
+    EXPECT_EQ(beam.HasLoads(elem), weighs) << keys;
+    beam.TakeAxes(elem);
+    beam.TakeLoads();
+    EXPECT_EQ(beam.loads.size(), weighs ? 1u : 0u) << keys;
+  }
+}
+
 }  // namespace
 
 }  // namespace kestol

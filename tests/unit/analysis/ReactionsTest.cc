@@ -34,16 +34,32 @@ TEST(Reactions, StandAtPrescribedDegreesAndSpringsOnly) {
   EXPECT_EQ(Reaction(*project, 3, 3), 0.0);
 }
 
+/// A solver that leaves what was assembled into it since it was last set to zero, and goes.
+class LeavingSolver : public ScriptedSolver {
+public:
+  LeavingSolver(int degrees, std::vector<Matriu>& legacy)
+      : ScriptedSolver(degrees), legacy_(legacy) {}
+  ~LeavingSolver() override { legacy_ = blocks; }
+  void SetZero() override {
+    ScriptedSolver::SetZero();
+    blocks.clear();
+  }
+
+private:
+  std::vector<Matriu>& legacy_;
+};
+
 TEST(Reactions, AssembleOnceMoreInGlobalAxesAndDropTheSolver) {
-  // The diary outlives the solver only if it is read before: count what a global assembly sees.
   const auto project = Scripted(Bar().Support(1, "111 0 0 0 Euler3=1.5707963267948966").Text());
-  auto& solver = static_cast<ScriptedSolver&>(*project->solver);
-  solver.SetZero();
-  AddBeamStiffness(*project, *project->meshes[0], BlockAxes::Global);
-  EXPECT_NEAR(solver.blocks[0](1, 1), 1.0, 1e-12);   // EA, not turned away
-  EXPECT_NEAR(solver.blocks[0](2, 2), 12.0, 1e-12);  // 12 EI
+  std::vector<Matriu> blocks;
+  project->solver = std::make_unique<LeavingSolver>(project->solver->NumDegrees(), blocks);
+  project->solver->AddBlock(1, 1, Matriu(3, 3));  // of the solution, to be forgotten
   ComputeReactions(*project);
   EXPECT_EQ(project->solver, nullptr);
+  ASSERT_EQ(blocks.size(), 6u);               // three of each beam
+  EXPECT_NEAR(blocks[0](1, 1), 1.0, 1e-12);   // EA, not turned away
+  EXPECT_NEAR(blocks[0](2, 2), 12.0, 1e-12);  // 12 EI
+  EXPECT_NEAR(blocks[1](1, 1), -1.0, 1e-12);
 }
 
 TEST(Reactions, OfASpringIsMinusStiffnessTimesDisplacement) {
@@ -121,6 +137,27 @@ TEST(Reactions, OfMidSidesMoveOnlyInConvertedModels) {
   project->ConvertTo6Nodes = 0;
   ComputeReactions(*project);
   EXPECT_EQ(Reaction(*project, 4, 2), 2000.0);
+}
+
+TEST(Reactions, OfMidSidesThatWereReadMoveOnlyWhereConversionIsAskedFor) {
+  // The same 6-noded model either way: a square pulled along x, its side x = 0 held at two corners
+  // and the node 9 between them.
+  const auto run = [](const char* keyword) {
+    return RunDeck(std::string("problem s\ntype 3d\n") + keyword +
+                   "\nmesh dimension 3 elemtype Triangle nnode 6\ncoordinates\n1 0 0 0\n2 1 0 0\n"
+                   "3 1 1 0\n4 0 1 0\n5 .5 0 0\n6 1 .5 0\n7 .5 .5 0\n8 .5 1 0\n9 0 .5 0\nend\n"
+                   "elements\n1 1 2 3 5 6 7 1\n2 1 3 4 7 8 9 1\nend\n"
+                   "materials\n1 E=1000 nu=0 G=500 t=.1\nend\nconstraints\n"
+                   "1 111111 0 0 0 0 0 0\n4 101111 0 0 0 0 0 0\n9 101111 0 0 0 0 0 0\nend\n"
+                   "face_loads\n1 1 6 0 0\nend\n");
+  };
+  const auto asRead = run(""), moved = run("ConvertTo6Nodes");
+  EXPECT_NEAR(Reaction(*asRead, 9, 1), -4.0, 1e-9);
+  for (const int corner : {1, 4}) {
+    EXPECT_NEAR(Reaction(*asRead, corner, 1), -1.0, 1e-9);
+    EXPECT_NEAR(Reaction(*moved, corner, 1), -3.0, 1e-9);
+  }
+  EXPECT_EQ(Reaction(*moved, 9, 1), 0.0);
 }
 
 }  // namespace

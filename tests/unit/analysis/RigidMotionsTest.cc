@@ -77,6 +77,19 @@ TEST(RigidMotions, DependOnTheAxesOfInclinedSupports) {
   EXPECT_TRUE(Stopped(turned.Support(2, "100 0 0 0 Euler3=0.1")));
 }
 
+TEST(RigidMotions, AreStoppedByARollerThatIsTurnedAsLittleAsRoundingAllows) {
+  // What is left of the roller's row is its angle times the square root of 2; below 1e-9 it is
+  // taken for rounding.
+  const auto stopped = [](const char* angle) {
+    return Stopped(
+        PlaneBar().Support(1, "110 0 0 0").Support(2, std::string("100 0 0 0 Euler3=") + angle));
+  };
+  EXPECT_TRUE(stopped("1e-4"));
+  EXPECT_TRUE(stopped("1e-6"));
+  EXPECT_TRUE(stopped("2e-9"));
+  EXPECT_FALSE(stopped("5e-10"));
+}
+
 TEST(RigidMotions, AreLookedAtPartByPart) {
   FrameDeck deck = PlaneBar().Clamp(1).Node(3, 0, 5).Node(4, 1, 5).Beam(2, 3, 4);
   EXPECT_FALSE(Stopped(deck));
