@@ -119,6 +119,9 @@ std::array<double, 6> ConstantCurvature(const Vector3& p) {
   return {0, 0, 1e-3 * (x * x + x * y + y * y) / 2, 1e-3 * (y + x / 2), -1e-3 * (x + y / 2), 0};
 }
 
+// M = -D w'': what is bent upwards at its ends is compressed on the side of local z.
+constexpr double kPatchMoment = -1.1111111111111e-7, kPatchTwist = -3.3333333333333e-8;
+
 TEST(ShellPatch, SixNodedElementsBendWithConstantCurvature) {
   const TestMesh mesh = Patch(true);
   const auto project = RunDeck(
@@ -126,25 +129,98 @@ TEST(ShellPatch, SixNodedElementsBendWithConstantCurvature) {
              kPatchPlate + PrescribeField(mesh, mesh.Where(OnPatchBoundary), ConstantCurvature)));
   const ReaVecT& values = project->gaussVariables[0];
   for (int i = 0; i < values.n; i += 8) {
-    EXPECT_NEAR(std::abs(values.data[i + 3]), 1.111111e-7, 1.2e-13);
-    EXPECT_NEAR(std::abs(values.data[i + 4]), 1.111111e-7, 1.2e-13);
-    EXPECT_NEAR(std::abs(values.data[i + 5]), 3.333333e-8, 4e-14);
+    EXPECT_NEAR(values.data[i + 3], kPatchMoment, 1.2e-13);
+    EXPECT_NEAR(values.data[i + 4], kPatchMoment, 1.2e-13);
+    EXPECT_NEAR(values.data[i + 5], kPatchTwist, 4e-14);
     EXPECT_NEAR(values.data[i + 6], 0.0, 1e-11);
     EXPECT_NEAR(values.data[i + 7], 0.0, 1e-11);
   }
 }
 
-TEST(ShellPatch, ThreeNodedElementsDoNot) {
+TEST(ShellPatch, ThreeNodedElementsBendRightWhereEveryRotationIsGivenButWithShear) {
+  const TestMesh mesh = Patch(false);
+  const auto everywhere = [](const Vector3&) { return true; };
+  const auto project = RunDeck(DeckOf(
+      mesh, "", kPatchPlate + PrescribeField(mesh, mesh.Where(everywhere), ConstantCurvature)));
+  const ReaVecT& values = project->gaussVariables[0];
+  ASSERT_EQ(values.n, 8 * 10);
+  double largestShear = 0.0;
+  for (int e = 0; e < 10; ++e) {
+    const double* const v = values.begin() + 8 * e;
+    EXPECT_NEAR(v[3], kPatchMoment, 1.2e-13) << e;
+    EXPECT_NEAR(v[4], kPatchMoment, 1.2e-13) << e;
+    EXPECT_NEAR(v[5], kPatchTwist, 4e-14) << e;
+    // The slope of the plane through the corners less the slope at the centroid, times 5/6 G t.
+    const Vector3 &a = mesh.At(mesh.elems[e][0]), &b = mesh.At(mesh.elems[e][1]),
+                  &c = mesh.At(mesh.elems[e][2]);
+    const auto lifted = [](const Vector3& p) {
+      return Vector3{p[0], p[1], ConstantCurvature(p)[2]};
+    };
+    const Vector3 normal = Cross(Minus(lifted(b), lifted(a)), Minus(lifted(c), lifted(a)));
+    const auto atCentroid = ConstantCurvature(Times(Plus(a, Plus(b, c)), 1.0 / 3.0));
+    const double kStiffness = 5.0 / 6.0 * 4e5 * 1e-3;
+    const double Qx = kStiffness * (-normal[0] / normal[2] + atCentroid[4]);
+    const double Qy = kStiffness * (-normal[1] / normal[2] - atCentroid[3]);
+    EXPECT_NEAR(v[6], Qx, 1e-12) << e;
+    EXPECT_NEAR(v[7], Qy, 1e-12) << e;
+    largestShear = std::max(largestShear, std::abs(Qx));
+  }
+  EXPECT_GT(largestShear, 1e-4);  // of a bending without shear
+}
+
+TEST(ShellPatch, ThreeNodedElementsInsideDoNotFindTheConstantCurvature) {
   const TestMesh mesh = Patch(false);
   const auto project = RunDeck(
       DeckOf(mesh, "",
              kPatchPlate + PrescribeField(mesh, mesh.Where(OnPatchBoundary), ConstantCurvature)));
-  double smallest = 1.0, largest = 0.0;
-  for (int i = 3; i < project->gaussVariables[0].n; i += 8) {
-    smallest = std::min(smallest, std::abs(project->gaussVariables[0].data[i]));
-    largest = std::max(largest, std::abs(project->gaussVariables[0].data[i]));
+  double worst = 0.0;
+  for (int i = 3; i < project->gaussVariables[0].n; i += 8)
+    worst = std::max(worst, std::abs(project->gaussVariables[0].data[i] / kPatchMoment - 1.0));
+  EXPECT_GT(worst, 0.5);
+}
+
+/// Moment and shear along x in the middle of a cantilever 4 x 0.5, clamped at x = 0, under 10
+/// downwards at its tip: by statics 40 and -20 per length. With `below` the elements are listed
+/// backwards, so that local z points down.
+std::array<double, 2> MiddleOfCantilever(bool sixNodes, bool below) {
+  TestMesh mesh = Grid(32, 4, Cut::Right, [](double x, double y, double) {
+    return Vector3{4 * x, 0.5 * y, 0};
+  });
+  if (below)
+    for (auto& elem : mesh.elems) std::swap(elem[1], elem[2]);
+  const auto clamp = [](const Vector3& p) { return std::string(p[0] == 0 ? "111111" : "000000"); };
+  const auto tip = [](const Vector3& p) { return p[0] == 4; };
+  const auto load = [](const Vector3&) { return Vector3{0, 0, -20}; };
+  const auto project = RunDeck(DeckOf(mesh, sixNodes ? "ConvertTo6Nodes" : "",
+                                      "materials\n1 E=1e6 nu=0 G=5e5 t=0.5\nend materials\n" +
+                                          Supports(mesh, clamp) +
+                                          Section("face_loads", EdgeLoads(mesh, tip, load))));
+  // The mean over the cells on either side of x = 2.
+  const int points = sixNodes ? 3 : 1;
+  std::array<double, 2> mean{};
+  int count = 0;
+  for (std::size_t e = 0; e < mesh.elems.size(); ++e) {
+    const Vector3 sum =
+        Plus(mesh.At(mesh.elems[e][0]), Plus(mesh.At(mesh.elems[e][1]), mesh.At(mesh.elems[e][2])));
+    if (std::abs(sum[0] / 3 - 2) > 0.125) continue;
+    for (int p = 0; p < points; ++p, ++count) {
+      const double* const v = project->gaussVariables[0].begin() + 8 * (points * e + p);
+      mean[0] += v[3];
+      mean[1] += v[6];
+    }
   }
-  EXPECT_GT(largest - smallest, 1e-8);
+  return {mean[0] / count, mean[1] / count};
+}
+
+// By equilibrium alone: the load bends the upper side into tension, where a moment is positive when
+// local z points up; the shear is the slope of the moment along local x, which turns with local z.
+TEST_P(Patches, SignsOfMomentAndShearFollowFromStatics) {
+  const auto [moment, shear] = MiddleOfCantilever(GetParam(), false);
+  EXPECT_NEAR(moment, 40.0, GetParam() ? 1e-6 : 0.4);
+  EXPECT_NEAR(shear, -20.0, 1e-6);
+  const auto [momentBelow, shearBelow] = MiddleOfCantilever(GetParam(), true);
+  EXPECT_NEAR(momentBelow, -40.0, GetParam() ? 1e-6 : 0.4);
+  EXPECT_NEAR(shearBelow, -20.0, 1e-6);
 }
 
 // --- element properties -------------------------------------------------------------------------
