@@ -36,14 +36,14 @@ public:
   /// The element's displacements at its two ends in local axes, from those of all equations.
   void LocalDisplacements(const ReaVecT& global, double u1[6], double u2[6]) const;
 
-  /// The stiffness from local to global axes, in place: K := T K T^T.
+  /// The stiffness from local to global axes, in place: K := T K T^T. TakeStiffness takes it anew.
   void TurnStiffnessToGlobal();
 
   const Project& project;
   const Elem* elem = nullptr;
   const Material* material = nullptr;
   Matriu T;              ///< local axes as columns: 3x3 (plane) or 6x6 (space)
-  Matriu Kii, Kij, Kjj;  ///< stiffness in local axes
+  Matriu Kii, Kij, Kjj;  ///< stiffness; local axes until TurnStiffnessToGlobal
   double L = 0.0;
   int endCode = 11;
   std::vector<BeamLoad> loads;  ///< own weight first, then the loads of the deck in input order

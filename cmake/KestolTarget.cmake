@@ -4,7 +4,8 @@ function(kestol_target target)
   set_target_properties(${target} PROPERTIES CXX_EXTENSIONS OFF)
   target_include_directories(${target} PUBLIC
     $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}> $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}/kestol>)
-  # Digits must not depend on the machine: no contraction of a*b+c behind our back.
+  # The compiler shall not choose digits: no contraction of a*b+c behind our back. The kernels of the
+  # factorisation fuse products where the processor can, on purpose; only last digits follow it.
   target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wshadow -Wconversion
                                            -Wno-sign-conversion -Wnon-virtual-dtor
                                            -Woverloaded-virtual -ffp-contract=off)

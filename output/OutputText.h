@@ -12,9 +12,10 @@
 
 namespace kestol {
 
-/// A result file. Text is gathered and handed over in pieces that always end at a line end, so the
-/// file on disk never stops inside a line. A flush after each line would promise the same to a
-/// reader and cost more than the whole run.
+/// A result file. While it grows, text is handed over in pieces that end at a line end, so that a
+/// reader never sees half a line; a flush after each line would promise the same and cost more than
+/// the whole run. Only a full disk leaves a line cut, and only the end of the object hands over one
+/// that was begun and not ended.
 ///
 /// Reals come in the two forms of the reports: the default form (printf's %g, six significant
 /// digits) and vector form (two blanks, then %13.6e).

@@ -24,7 +24,7 @@ import time
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 WORK = ROOT / "build" / "mutation"
-FOLDERS = ["algebra", "analysis", "model"]
+FOLDERS = ["algebra", "analysis", "input", "main", "model", "output"]
 
 # (what to look for, what to put there)
 FLIPS = [
