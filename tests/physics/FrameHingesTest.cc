@@ -57,6 +57,32 @@ TEST(FrameHinges, UnitLoadsOnBeamsWithAHingeAtEnd1BalanceAsTheyShould) {
   EXPECT_NEAR(f[5] - f[1] * 4 - 4.0 * 2.0, 0.0, 1e-9);  // moments about end 2
 }
 
+TEST(FrameHinges, ALoadedBeamPassesOnAQuarterTooLittleWhereItsFirstNodeIsTheHinge) {
+  // A span of 6 with an arm of 2 carries a beam of 6 by a hinge: half of its load at 2 from the
+  // support by statics, 3/8 of it with the hinge at end 1.
+  const auto momentOverSupport = [](bool hingeAtFirstNode) {
+    FrameDeck deck(2);
+    deck.Node(1, 0, 0).Node(2, 6, 0).Node(3, 8, 0).Node(4, 14, 0).Beam(1, 1, 2).Beam(2, 2, 3);
+    deck.Beam(3, hingeAtFirstNode ? 3 : 4, hingeAtFirstNode ? 4 : 3);
+    deck.Material(1, "E=2e11 A=1e-2 Iz=1e-5").Rotule(3);
+    deck.Support(1, "110 0 0 0").Support(2, "010 0 0 0").Support(4, "010 0 0 0");
+    return EndForces(*RunDeck(deck.LineLoad("global_pressure_loads", 3, "0 -12000").Text()), 2)[2];
+  };
+  EXPECT_NEAR(momentOverSupport(false), 12000 * 6 / 2.0 * 2, 1e-3);
+  EXPECT_NEAR(momentOverSupport(true), 12000 * 6 * 3 / 8.0 * 2, 2.0);  // and L^2/8 of no q
+}
+
+TEST(FrameHinges, OneBeamOfAJointIsHingedAloneByAShortPieceAtTheJoint) {
+  // Three beams of 3, clamped at their far ends, under a moment M at the joint: M L / 8 E I.
+  FrameDeck deck(2);
+  deck.Node(1, 0, 0).Node(2, 3, 0).Node(3, 6, 0).Node(4, 3, -3).Node(5, 3, -0.01);
+  deck.Beam(1, 1, 2).Beam(2, 2, 3).Beam(3, 2, 5).Beam(4, 5, 4).Rotule(5);
+  deck.Material(1, "E=2e11 A=1e-2 Iz=1e-5").Clamp(1).Clamp(3).Clamp(4).Load(2, {0, 0, 1000});
+  const auto project = RunDeck(deck.Text());
+  EXPECT_NEAR(Displacement(*project, 2, 3) / (1000 * 3 / (8 * 2e6)), 1.0, 2e-5);
+  EXPECT_NEAR(EndForces(*project, 4)[2], 0.0, 1e-9);
+}
+
 TEST(FrameHinges, ATriangleOfHingedBarsIsATruss) {
   FrameDeck deck(2);
   deck.Node(1, 0, 0).Node(2, 4, 0).Node(3, 0, 3).Beam(1, 1, 2).Beam(2, 2, 3).Beam(3, 3, 1);

@@ -309,6 +309,35 @@ TEST(SimplySupportedPlate, SixNodedElementsGiveTheSeries) {
   EXPECT_NEAR(QuarterPlate(1, 1, 8, true, false, material(0.01), 1, 0) / 44383.9, 1.0, 3e-3);
 }
 
+// The square plate of 4 x 4 cells, each cut in two, simply supported along its four sides: the
+// deflection of its centre against the series for t = 0.01.
+double WholePlate(bool diagonalsCutCorners) {
+  TestMesh mesh = Grid(4, 4, Cut::Right, Same);
+  for (std::size_t e = 0; e < mesh.elems.size(); e += 2) {
+    const int a = mesh.elems[e][0], b = mesh.elems[e][1], c = mesh.elems[e][2],
+              d = mesh.elems[e + 1][2];
+    const Vector3& corner = mesh.At(a);
+    const bool alongTheMainDiagonal = (corner[0] < 0.5) == (corner[1] < 0.5);
+    if (alongTheMainDiagonal != diagonalsCutCorners) continue;
+    mesh.elems[e] = {a, b, d};
+    mesh.elems[e + 1] = {b, c, d};
+  }
+  const auto codes = [](const Vector3& p) {
+    const bool onEdge = p[0] == 0 || p[0] == 1 || p[1] == 0 || p[1] == 1;
+    return std::string(onEdge ? "111001" : "110001");
+  };
+  const auto project = RunDeck(DeckOf(
+      mesh, "ConvertTo6Nodes",
+      "materials\n1 E=1 nu=0.3 G=0.384615384615385 t=0.01\nend materials\n" +
+          Supports(mesh, codes) + Section("global_pressure_loads", OnAllElements(mesh, "0 0 -1"))));
+  return -Displacement(*project, 13, 3) / 44383.9;
+}
+
+TEST(SimplySupportedPlate, DiagonalsThatCutItsCornersBecomeSupportsOfTheConvertedPlate) {
+  EXPECT_NEAR(WholePlate(false), 0.94, 0.01);
+  EXPECT_NEAR(WholePlate(true), 0.44, 0.01);
+}
+
 TEST(SimplySupportedPlate, ThreeNodedElementsNeedAThickPlateAndAFineMesh) {
   const double ratio =
       QuarterPlate(1, 1, 16, false, false, "E=1 nu=0.3 G=0.384615384615385 t=0.1", 1, 0) / 46.6594;

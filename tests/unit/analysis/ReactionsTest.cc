@@ -92,6 +92,19 @@ TEST(Reactions, OfAnInclinedRollerAreGlobalComponentsUnderLocalCodes) {
   EXPECT_NEAR(Reaction(*project, 1, 1), -1000.0 - SupportForces(*project, 2)[0], 1e-6);
 }
 
+TEST(Reactions, OfAnInclinedRollerAreShownInFullByASpringOfNoStiffness) {
+  FrameDeck deck(2);
+  deck.Node(1, 0, 0).Node(2, 6, 0).Beam(1, 1, 2).Material(1, "E=2e11 A=1e-2 Iz=1e-4");
+  deck.Support(1, "011 0 0 0").Load(1, {1000, 0, 0});
+  FrameDeck shown = deck;
+  const auto partly = RunDeck(deck.Support(2, "010 0 0 0 Euler3=0.5235987755982988").Text());
+  const auto fully = RunDeck(shown.Support(2, "210 0 0 0 Euler3=0.5235987755982988").Text());
+  EXPECT_EQ(Reaction(*partly, 2, 1), 0.0);
+  EXPECT_NEAR(Reaction(*fully, 2, 1), -1000.0, 1e-6);  // the roller pushes with 1000 / sin 30
+  for (const auto& project : {partly.get(), fully.get()})
+    EXPECT_NEAR(Reaction(*project, 2, 2), 1732.0508, 1e-4);
+}
+
 // --- mid-side nodes of converted triangles ----------------------------------------------------
 
 /// One 6-noded triangle with corners 1 2 3 and mid-sides 4 5 6.
