@@ -58,14 +58,17 @@ void AssembleGrid(benchmark::State& state, int problemType) {
   const auto project = Grid(static_cast<int>(state.range(0)), problemType);
   const Mesh& mesh = *project->meshes[0];
   const int dofs = project->dofsPerNode;
-  project->solver = std::make_unique<Solver>(project->numNodes * dofs);
+  Solver K(project->numNodes * dofs);
   std::int64_t beams = 0;
   for (const auto [number, elem] : mesh.elems) {
-    project->solver->AddNodePair(elem->nodes[0]->number, elem->nodes[1]->number, dofs);
+    K.AddNodePair(elem->nodes[0]->number, elem->nodes[1]->number, dofs);
     ++beams;
   }
-  project->solver->Allocate(dofs);
-  for (auto _ : state) AddBeamStiffness(*project, mesh, BlockAxes::Constraint);
+  K.Allocate(dofs);
+  for (auto _ : state) {
+    NodeBlocks blocks(*project, K, BlockAxes::Constraint);
+    AddBeamStiffness(*project, mesh, blocks);
+  }
   state.SetItemsProcessed(state.iterations() * beams);
 }
 

@@ -8,6 +8,7 @@
 #include "algebra/SkyLine.h"
 #include "algebra/SparseSolver.h"
 #include "analysis/ElementRoutines.h"
+#include "analysis/PointLayout.h"
 #include "analysis/ShellMesh.h"
 #include "analysis/Sizes.h"
 #include "analysis/Smoothing.h"
@@ -47,7 +48,7 @@ private:
 enum Family { Shell3, Shell6, Solid4, Solid10 };
 
 /// A shallow dome of triangles, or a cube of tetrahedra, as read.
-std::unique_ptr<Project> Model(Family family, int cells) {
+std::unique_ptr<SolvedProject> Model(Family family, int cells) {
   if (family == Shell3 || family == Shell6) {
     const TestMesh dome = Grid(cells, cells, Cut::Right, [](double x, double y, double) {
       return Vector3{x, y, x * (1 - x) * y * (1 - y)};
@@ -63,12 +64,13 @@ std::unique_ptr<Project> Model(Family family, int cells) {
 }
 
 /// The same, ready for the assembly, with displacements that are not zero.
-std::unique_ptr<Project> Prepared(Family family, int cells) {
+std::unique_ptr<SolvedProject> Prepared(Family family, int cells) {
   auto project = Model(family, cells);
   if (family == Shell6) ConvertMeshesTo6Nodes(*project);
   CheckNormals(*project);
-  project->global.Resize(EquationCount(*project), 0.0);
-  for (int i = 1; i <= project->global.n; ++i) project->global(i) = 1e-3 * (i % 7);
+  project->results.displacements.Resize(EquationCount(*project), 0.0);
+  for (int i = 1; i <= project->results.displacements.n; ++i)
+    project->results.displacements(i) = 1e-3 * (i % 7);
   return project;
 }
 
@@ -76,14 +78,16 @@ template <class Solver>
 void Stiffness(benchmark::State& state, Family family) {
   const auto project = Prepared(family, static_cast<int>(state.range(0)));
   const Mesh& mesh = *project->meshes[0];
-  project->solver = std::make_unique<Solver>(EquationCount(*project));
+  Solver K(EquationCount(*project));
   for (const auto [number, elem] : mesh.elems)
     for (int i = 0; i < elem->nnode; ++i)
       for (int j = i + 1; j < elem->nnode; ++j)
-        project->solver->AddNodePair(elem->nodes[i]->number, elem->nodes[j]->number,
-                                     project->dofsPerNode);
-  project->solver->Allocate(project->dofsPerNode);
-  for (auto _ : state) RoutinesFor(mesh).addStiffness(*project, mesh, BlockAxes::Constraint);
+        K.AddNodePair(elem->nodes[i]->number, elem->nodes[j]->number, project->dofsPerNode);
+  K.Allocate(project->dofsPerNode);
+  for (auto _ : state) {
+    NodeBlocks blocks(*project, K, BlockAxes::Constraint);
+    RoutinesFor(mesh).addStiffness(*project, mesh, blocks);
+  }
   state.SetItemsProcessed(state.iterations() * ElementCount(mesh));
 }
 
@@ -97,23 +101,26 @@ void IntoSparse(benchmark::State& state, Family family) {
   Stiffness<SparseSolver>(state, family);
 }
 
+ReaVecT NewValues(const Project& project, const Mesh& mesh) {
+  return ReaVecT(VectorLength(ElementCount(mesh), PointLayoutOf(project, mesh).PerElement()));
+}
+
 void Strengths(benchmark::State& state, Family family) {
   const auto project = Prepared(family, static_cast<int>(state.range(0)));
   const Mesh& mesh = *project->meshes[0];
   const ElementRoutines& routines = RoutinesFor(mesh);
-  ReaVecT values(VectorLength(ElementCount(mesh), routines.valuesPerElement(*project, mesh)));
-  for (auto _ : state) routines.values(*project, mesh, values);
+  ReaVecT values = NewValues(*project, mesh);
+  for (auto _ : state) routines.values(*project, mesh, project->results.displacements, values);
   state.SetItemsProcessed(state.iterations() * ElementCount(mesh));
 }
 
 void Smoothing(benchmark::State& state, Family family) {
   const auto project = Prepared(family, static_cast<int>(state.range(0)));
   const Mesh& mesh = *project->meshes[0];
-  const ElementRoutines& routines = RoutinesFor(mesh);
-  project->gaussVariables[0] =
-      ReaVecT(VectorLength(ElementCount(mesh), routines.valuesPerElement(*project, mesh)));
-  routines.values(*project, mesh, project->gaussVariables[0]);
-  for (auto _ : state) SmoothGaussVariables(*project);
+  Results& results = project->results;
+  results.meshes[0].local = NewValues(*project, mesh);
+  RoutinesFor(mesh).values(*project, mesh, results.displacements, results.meshes[0].local);
+  for (auto _ : state) SmoothPointValues(*project, results);
   state.SetItemsProcessed(state.iterations() * ElementCount(mesh));
 }
 

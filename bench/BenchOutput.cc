@@ -41,9 +41,10 @@ SmallModel Frame(int problemType, int beams) {
     model.Load(i, GlobalPressure, {0.0, 0.0, -500.0, 0.0, 0.0, 0.0});
   model.AddMaterial(1);
   model.Size();
-  model.project.global = Values((beams + 1) * dofs, 1e-3);
-  model.project.gaussVariables[0] = ReaVecT(beams * 2 * dofs);
-  BeamStrengths(model.project, *model.project.meshes[0], model.project.gaussVariables[0]);
+  model.results.displacements = Values((beams + 1) * dofs, 1e-3);
+  model.results.meshes[0].local = ReaVecT(beams * 2 * dofs);
+  BeamStrengths(model.project, *model.project.meshes[0], model.results.displacements,
+                model.results.meshes[0].local);
   model.Support(1, {1.0, 2.0, 3.0});
   return model;
 }
@@ -56,8 +57,8 @@ SmallModel Shell(int triangles) {
   for (int i = 1; i <= triangles; ++i) model.AddElem(i, {i, i + 1 + i % 2, i + 2 - i % 2});
   model.AddMaterial(1);
   model.Size();
-  model.project.global = Values((triangles + 2) * 6, 1e-3);
-  model.project.gaussVariables[0] = Values(triangles * 8, 1e3);
+  model.results.displacements = Values((triangles + 2) * 6, 1e-3);
+  model.results.meshes[0].local = Values(triangles * 8, 1e3);
   return model;
 }
 
@@ -78,7 +79,8 @@ void Run(benchmark::State& state, Write write) {
 }
 
 void RunVemo(benchmark::State& state, const SmallModel& model) {
-  Run(state, [&](OutputText& output) { WriteVemoFiles(model.project, output, nullptr); });
+  Run(state,
+      [&](OutputText& output) { WriteVemoFiles(model.project, model.results, output, nullptr); });
 }
 
 void PlaneBeams(benchmark::State& state) {
@@ -92,7 +94,7 @@ void Triangles(benchmark::State& state) {
 }
 void TextReport(benchmark::State& state) {
   const SmallModel model = Frame(Space, static_cast<int>(state.range(0)));
-  Run(state, [&](OutputText& output) { model.project.WriteResults(output); });
+  Run(state, [&](OutputText& output) { model.project.WriteResults(model.results, output); });
 }
 
 BENCHMARK(PlaneBeams)->Arg(660)->Unit(benchmark::kMillisecond);

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <sstream>
 #include <string>
+#include <utility>
 
 #include "analysis/SolveDriver.h"
 #include "analysis/Strengths.h"
@@ -38,11 +39,11 @@ void RunAll(const std::string& text) {
   ReadProject(project, input);
   std::ostringstream info, dump;
   PrintProject(project, dump);
-  SolveProject(project, text.size() % 2 == 0, &info);
-  ComputeStrengths(project, &info);
-  OutputText report, results;
-  project.WriteResults(report);
-  WriteVemoFiles(project, results, nullptr);
+  Solution solution = SolveProject(project, {.renumber = text.size() % 2 == 0, .info = &info});
+  ComputeStrengths(project, std::move(solution.matrix), solution.results, &info);
+  OutputText report, file;
+  project.WriteResults(solution.results, report);
+  WriteVemoFiles(project, solution.results, file, nullptr);
 }
 
 }  // namespace

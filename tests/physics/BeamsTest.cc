@@ -25,14 +25,14 @@ protected:
   }
 
   double U(int node, int d) const { return Displacement(*project_, node, d); }
-  double R(int node, int d) const { return Reaction(*project_, node, d); }
+  double R(int node, int d) const { return PrintedReaction(*project_, node, d); }
   double Held(int node, int d) const { return SupportForces(*project_, node)[d - 1]; }
   /// End force d (from 1) at end 1 or 2 in local axes, loads taken off.
   double End(int elem, int end, int d) const {
     return EndForces(*project_, elem)[(end - 1) * project_->dofsPerNode + d - 1];
   }
 
-  std::unique_ptr<Project> project_;
+  std::unique_ptr<SolvedProject> project_;
 };
 
 /// Relative to the wanted value; `size` stands in for a wanted zero.

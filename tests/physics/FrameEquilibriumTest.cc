@@ -12,7 +12,7 @@ namespace kestol {
 
 namespace {
 
-Resultant OfSupports(const Project& project) {
+Resultant OfSupports(const SolvedProject& project) {
   Resultant sum;
   for (int n = 1; n <= kFeet; ++n) {
     const std::vector<double> f = SupportForces(project, n);
@@ -31,7 +31,7 @@ Vector3 Chord(int beam) {
 }
 
 /// A beam's load as one force half-way, and the couple.
-void ExpectBalance(const Project& project, int beam, const Vector3& total,
+void ExpectBalance(const SolvedProject& project, int beam, const Vector3& total,
                    const Vector3& couple = {}) {
   Resultant sum = OfSupports(project);
   sum.AddForce(Times(Plus(End(beam, 0), End(beam, 1)), 0.5), total);
@@ -86,8 +86,8 @@ TEST(FrameEquilibrium, HoldsForNodalLoadsAndPrintedReactions) {
       RunDeck(SpaceFrame().Load(7, {1, 2, 3, 4, 5, 6}).Load(5, {-7, 0, 1, 0, 0, 0}).Text());
   Resultant sum;
   const auto reactions = [&](int n, int d) {
-    return Vector3{Reaction(*project, n, d), Reaction(*project, n, d + 1),
-                   Reaction(*project, n, d + 2)};
+    return Vector3{PrintedReaction(*project, n, d), PrintedReaction(*project, n, d + 1),
+                   PrintedReaction(*project, n, d + 2)};
   };
   for (int n = 1; n <= kFeet; ++n) {
     sum.AddForce(kFrame[n - 1], reactions(n, 1));

@@ -23,7 +23,7 @@ struct Written {
 };
 
 /// A beam of 4 m and a column of 3 m that stands on a spring and has settled by 1 mm sideways.
-std::unique_ptr<Project> RunFrame(const Written& w) {
+std::unique_ptr<SolvedProject> RunFrame(const Written& w) {
   return RunDeck(FrameDeck(2)
                      .Key(w.keys + "\nGravityDirection 0 -1 0")
                      .Node(1, 0, 0)
@@ -39,7 +39,7 @@ std::unique_ptr<Project> RunFrame(const Written& w) {
                      .Text());
 }
 
-std::unique_ptr<Project> PlainFrame() {
+std::unique_ptr<SolvedProject> PlainFrame() {
   return RunFrame({
       "", 1.0, "E=2e11 A=1e-2 Iz=1e-5 Weight=78500", "120 0.001 1e6 0", {1000, 0, 500},
           "0 -2000"
@@ -48,15 +48,15 @@ std::unique_ptr<Project> PlainFrame() {
 
 /// Expects the answer of the plain frame, whose unit of length is `length` and of force `force`
 /// times that of the other.
-void ExpectSameFrame(const Project& other, double length, double force) {
+void ExpectSameFrame(const SolvedProject& other, double length, double force) {
   const auto plain = PlainFrame();
   for (int d = 1; d <= 3; ++d) {
     const double u = d == 3 ? 1.0 : length, f = d == 3 ? force * length : force;
     for (int n = 1; n <= 3; ++n)
       EXPECT_NEAR(Displacement(other, n, d), u * Displacement(*plain, n, d),
                   1e-9 * u * LargestDisplacement(*plain));
-    EXPECT_NEAR(Reaction(other, 1, d), f * Reaction(*plain, 1, d),
-                1e-9 * f * std::abs(Reaction(*plain, 1, d)));
+    EXPECT_NEAR(PrintedReaction(other, 1, d), f * PrintedReaction(*plain, 1, d),
+                1e-9 * f * std::abs(PrintedReaction(*plain, 1, d)));
   }
 }
 

@@ -37,9 +37,10 @@ TEST_P(MeshInvariance, NumbersAndMeshesOfTheDeckDoNotMatter) {
     SCOPED_TRACE(pieces);
     const MeshModel other = Renumbered(model, newNumber, pieces);
     const auto got = ReadDeck(other.Text());
-    SolveProject(*got, 1, nullptr);
+    Solution solution = SolveProject(*got, {});
     const bool hasResults = !model.IsSolid() || pieces == 1;  // solids of several meshes have none
-    if (hasResults) ComputeStrengths(*got, nullptr);
+    got->results = std::move(solution.results);
+    if (hasResults) ComputeStrengths(*got, std::move(solution.matrix), got->results, nullptr);
     ASSERT_EQ(got->meshes.size(), model.blocks.size() + pieces - 1);
     const NodalFields a(*got), b(*wanted);
     const auto back = [&](const Field& field) {
@@ -111,8 +112,9 @@ std::vector<double> Invariants(const std::vector<double>& values) {
   return invariants;
 }
 
-void ExpectTurnedValues(const Project& got, const Project& wanted, const MeshModel& model,
-                        const MeshModel::Element& element, const Rotation& R) {
+void ExpectTurnedValues(const SolvedProject& got, const SolvedProject& wanted,
+                        const MeshModel& model, const MeshModel::Element& element,
+                        const Rotation& R) {
   const std::vector<double> turned = ValuesOf(got, element.number);
   const std::vector<double> straight = ValuesOf(wanted, element.number);
   const bool shell = !model.IsSolid() && element.nodes.size() > 2;

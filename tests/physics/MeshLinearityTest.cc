@@ -50,13 +50,14 @@ MeshModel WithSettlementsTimes(double factor, MeshModel model) {
   return model;
 }
 
-std::vector<double> AllNumbers(const Project& project) {
-  std::vector<double> numbers(project.global.begin(), project.global.end());
+std::vector<double> AllNumbers(const SolvedProject& project) {
+  std::vector<double> numbers(project.results.displacements.begin(),
+                              project.results.displacements.end());
   for (const auto [key, node] : *project.meshes[0]->nodes)
-    if (node->constraint)
-      for (const double reaction : node->constraint->reactions) numbers.push_back(reaction);
-  for (const ReaVecT& values : project.gaussVariables)
-    numbers.insert(numbers.end(), values.begin(), values.end());
+    if (const Reaction* const reaction = FindReaction(project.results, node->number))
+      numbers.insert(numbers.end(), reaction->values.begin(), reaction->values.end());
+  for (const PointValues& values : project.results.meshes)
+    numbers.insert(numbers.end(), values.local.begin(), values.local.end());
   return numbers;
 }
 
@@ -118,7 +119,7 @@ TEST_P(MeshLinearity, AReactionIsTheDeflectionUnderTheUnitSettlement) {
     const double deflection = Displacement(*deflected, node, 1) -
                               2 * Displacement(*deflected, node, 2) +
                               3 * Displacement(*deflected, node, 3);
-    EXPECT_NEAR(Reaction(*forced, support, d + 1), -deflection, 1e-9) << node;
+    EXPECT_NEAR(PrintedReaction(*forced, support, d + 1), -deflection, 1e-9) << node;
     EXPECT_GT(std::abs(deflection), 1e-4);
   }
 }
@@ -150,7 +151,7 @@ double WorkPerVolume(const MeshModel::Material& m, const double* s) {
 }
 
 /// u.K.u from the resultants or stresses at the points, on straight elements.
-double WorkOfStrengths(const Project& project, const MeshModel& model) {
+double WorkOfStrengths(const SolvedProject& project, const MeshModel& model) {
   const int perPoint = model.IsSolid() ? 6 : 8;
   double work = 0.0;
   for (const MeshModel::Element& element : model.blocks[0].elements) {

@@ -108,7 +108,7 @@ TEST_P(Patches, LinearMembraneFieldGivesUniformForces) {
   };
   const auto project = RunDeck(
       DeckOf(mesh, "", kPatchPlate + PrescribeField(mesh, mesh.Where(OnPatchBoundary), field)));
-  const ReaVecT& values = project->gaussVariables[0];
+  const ReaVecT& values = project->results.meshes[0].local;
   ASSERT_EQ(values.n, 10 * 8 * (GetParam() ? 3 : 1));
   const double expected[8] = {1.333333333333333, 1.333333333333333, 0.4, 0, 0, 0, 0, 0};
   for (int i = 0; i < values.n; ++i) EXPECT_NEAR(values.data[i], expected[i % 8], 1e-9) << i;
@@ -127,7 +127,7 @@ TEST(ShellPatch, SixNodedElementsBendWithConstantCurvature) {
   const auto project = RunDeck(
       DeckOf(mesh, "",
              kPatchPlate + PrescribeField(mesh, mesh.Where(OnPatchBoundary), ConstantCurvature)));
-  const ReaVecT& values = project->gaussVariables[0];
+  const ReaVecT& values = project->results.meshes[0].local;
   for (int i = 0; i < values.n; i += 8) {
     EXPECT_NEAR(values.data[i + 3], kPatchMoment, 1.2e-13);
     EXPECT_NEAR(values.data[i + 4], kPatchMoment, 1.2e-13);
@@ -142,7 +142,7 @@ TEST(ShellPatch, ThreeNodedElementsBendRightWhereEveryRotationIsGivenButWithShea
   const auto everywhere = [](const Vector3&) { return true; };
   const auto project = RunDeck(DeckOf(
       mesh, "", kPatchPlate + PrescribeField(mesh, mesh.Where(everywhere), ConstantCurvature)));
-  const ReaVecT& values = project->gaussVariables[0];
+  const ReaVecT& values = project->results.meshes[0].local;
   ASSERT_EQ(values.n, 8 * 10);
   double largestShear = 0.0;
   for (int e = 0; e < 10; ++e) {
@@ -174,8 +174,8 @@ TEST(ShellPatch, ThreeNodedElementsInsideDoNotFindTheConstantCurvature) {
       DeckOf(mesh, "",
              kPatchPlate + PrescribeField(mesh, mesh.Where(OnPatchBoundary), ConstantCurvature)));
   double worst = 0.0;
-  for (int i = 3; i < project->gaussVariables[0].n; i += 8)
-    worst = std::max(worst, std::abs(project->gaussVariables[0].data[i] / kPatchMoment - 1.0));
+  for (int i = 3; i < project->results.meshes[0].local.n; i += 8)
+    worst = std::max(worst, std::abs(project->results.meshes[0].local.data[i] / kPatchMoment - 1.0));
   EXPECT_GT(worst, 0.5);
 }
 
@@ -204,7 +204,7 @@ std::array<double, 2> MiddleOfCantilever(bool sixNodes, bool below) {
         Plus(mesh.At(mesh.elems[e][0]), Plus(mesh.At(mesh.elems[e][1]), mesh.At(mesh.elems[e][2])));
     if (std::abs(sum[0] / 3 - 2) > 0.125) continue;
     for (int p = 0; p < points; ++p, ++count) {
-      const double* const v = project->gaussVariables[0].begin() + 8 * (points * e + p);
+      const double* const v = project->results.meshes[0].local.begin() + 8 * (points * e + p);
       mean[0] += v[3];
       mean[1] += v[6];
     }
@@ -403,7 +403,7 @@ double EllipticMembrane(int cells, bool sixNodes) {
     for (int c = 0; c < 3; ++c) {
       const Vector3& p = mesh.At(mesh.elems[e][c]);
       if (std::abs(p[0] - 2) > 1e-12 || p[1] != 0) continue;
-      const double* v = project->gaussVariables[0].begin() + 8 * points * e + 1;
+      const double* v = project->results.meshes[0].local.begin() + 8 * points * e + 1;
       // corner c from the edge mid-points c (c, c+1) and c+2 (c+2, c)
       sum += points == 1 ? v[0] : v[8 * c] + v[8 * ((c + 2) % 3)] - v[8 * ((c + 1) % 3)];
       ++count;
@@ -477,7 +477,7 @@ TEST(CylinderPatch, HoopForceIsUniform) {
             Section("face_loads", EdgeLoads(mesh, edge, tension))));
     // Hoop force of an element in the middle; the local x of such a shell is horizontal.
     const int points = six ? 3 : 1;
-    const double N = project->gaussVariables[0].data[8 * points * (2 * (12 * 4 + 6))];
+    const double N = project->results.meshes[0].local.data[8 * points * (2 * (12 * 4 + 6))];
     EXPECT_NEAR(N / 0.01 / 60e6, 1.0, 2e-3) << six;
   }
 }

@@ -32,7 +32,7 @@ struct Spin {
 };
 
 /// The spins of a shell: 1e-6 t G A of every element at each of its nodes that lie in one plane.
-inline std::vector<Spin> SpinsOf(const Project& project, const MeshModel& model) {
+inline std::vector<Spin> SpinsOf(const SolvedProject& project, const MeshModel& model) {
   std::vector<Spin> spins;
   for (const MeshModel::Element& element : model.blocks[0].elements) {
     const Face face = FaceOf(model, element);

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <algorithm>
-#include <memory>
 #include <string>
 #include <vector>
 
@@ -16,17 +15,15 @@ namespace kestol {
 /// The stiffness of a small project as a dense matrix, by equation, without supports and in global
 /// axes (or in those of inclined supports); with the drilling term where the project has
 /// coplanarity flags.
-inline Matriu GlobalStiffness(Project& project, BlockAxes axes = BlockAxes::Global) {
+inline Matriu GlobalStiffness(const Project& project, BlockAxes axes = BlockAxes::Global) {
   const int dofs = project.dofsPerNode;
-  auto K = std::make_unique<SkyLine>(project.numNodes * dofs);
+  SkyLine K(project.numNodes * dofs);
   for (int i = 1; i <= project.numNodes; ++i)
-    for (int j = i + 1; j <= project.numNodes; ++j) K->AddNodePair(i, j, dofs);
-  K->Allocate(dofs);
-  project.solver = std::move(K);
-  AddStiffnessOfAllMeshes(project, axes);
+    for (int j = i + 1; j <= project.numNodes; ++j) K.AddNodePair(i, j, dofs);
+  K.Allocate(dofs);
+  AddStiffnessOfAllMeshes(project, K, axes);
   Matriu dense;
-  project.solver->CopyFromYouToMat(dense);
-  project.solver.reset();
+  K.CopyFromYouToMat(dense);
   return dense;
 }
 

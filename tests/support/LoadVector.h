@@ -13,9 +13,9 @@ namespace kestol {
 /// the deck, in global axes. Nodal loads are left out.
 inline std::vector<double> LoadsOf(const std::string& deck) {
   const auto project = ReadDeck(deck);
-  project->global = ReaVecT(project->dofsPerNode * project->numNodes);
-  for (const auto& mesh : project->meshes) RoutinesFor(*mesh).addLoads(*project, *mesh);
-  return {project->global.begin(), project->global.end()};
+  ReaVecT f(project->dofsPerNode * project->numNodes);
+  for (const auto& mesh : project->meshes) RoutinesFor(*mesh).addLoads(*project, *mesh, f);
+  return {f.begin(), f.end()};
 }
 
 /// The force (first = 0) or moment (first = 3) on a node (from 1) in such a vector.

@@ -286,7 +286,7 @@ MeshModel InUnits(MeshModel model, const UnitSizes& mesh, const UnitSizes& lines
   return model;
 }
 
-std::unique_ptr<Project> Solved(MeshModel model, const std::string& keys, int renumber) {
+std::unique_ptr<SolvedProject> Solved(MeshModel model, const std::string& keys, int renumber) {
   model.keys += "\n" + keys;
   return RunDeck(model.Text(), renumber);
 }

@@ -15,6 +15,8 @@
 
 namespace kestol {
 
+struct SolvedProject;
+
 // A spatial structure as data, so that it can be turned, numbered anew and written in other units
 // as a whole before it becomes the text of a deck.
 
@@ -124,6 +126,7 @@ MeshModel InUnits(MeshModel model, const UnitSizes& mesh, const UnitSizes& lines
                   const UnitSizes& results);
 
 /// The deck with further lines of keywords, solved.
-std::unique_ptr<Project> Solved(MeshModel model, const std::string& keys = "", int renumber = 1);
+std::unique_ptr<SolvedProject> Solved(MeshModel model, const std::string& keys = "",
+                                      int renumber = 1);
 
 }  // namespace kestol

@@ -23,7 +23,7 @@ struct NodalFields {
   Field force, moment;           ///< K u without supports: what holds the node in place
   Field reaction, couple;        ///< as printed; 0 without a support record
 
-  explicit NodalFields(Project& project);
+  explicit NodalFields(const SolvedProject& project);
 };
 
 /// Three numbers of a vector by equation, at every node as read; zeros when it has only three.
@@ -37,32 +37,32 @@ inline Field FieldOf(const Project& project, const ReaVecT& vector, int firstDeg
   return field;
 }
 
-inline Field ReactionsOf(const Project& project, int firstDegree) {
+inline Field PrintedReactions(const SolvedProject& project, int firstDegree) {
   Field field(project.nodesAsRead);
   if (firstDegree > project.dofsPerNode) return field;
   for (int n = 1; n <= project.nodesAsRead; ++n)
-    if (NodeOf(project, n).constraint)
-      for (int d = 0; d < 3; ++d) field[n - 1][d] = Reaction(project, n, firstDegree + d);
+    if (FindReaction(project.results, NodeOf(project, n).number) != nullptr)
+      for (int d = 0; d < 3; ++d) field[n - 1][d] = PrintedReaction(project, n, firstDegree + d);
   return field;
 }
 
 /// K u of a solved project, by equation: without supports, in global axes.
-inline ReaVecT InternalForces(Project& project) {
+inline ReaVecT InternalForces(const SolvedProject& project) {
   const Matriu K = GlobalStiffness(project);
   ReaVecT forces(K.nrows);
   for (int i = 1; i <= K.nrows; ++i) {
     double sum = 0.0;
-    for (int j = 1; j <= K.ncols; ++j) sum += K(i, j) * project.global(j);
+    for (int j = 1; j <= K.ncols; ++j) sum += K(i, j) * project.results.displacements(j);
     forces(i) = sum;
   }
   return forces;
 }
 
-inline NodalFields::NodalFields(Project& project)
-    : displacement(FieldOf(project, project.global, 1)),
-      rotation(FieldOf(project, project.global, 4)),
-      reaction(ReactionsOf(project, 1)),
-      couple(ReactionsOf(project, 4)) {
+inline NodalFields::NodalFields(const SolvedProject& project)
+    : displacement(FieldOf(project, project.results.displacements, 1)),
+      rotation(FieldOf(project, project.results.displacements, 4)),
+      reaction(PrintedReactions(project, 1)),
+      couple(PrintedReactions(project, 4)) {
   const ReaVecT forces = InternalForces(project);
   force = FieldOf(project, forces, 1);
   moment = FieldOf(project, forces, 4);
@@ -109,10 +109,10 @@ inline NodalFields Changed(NodalFields fields,
 }
 
 /// Values at the integration points of an element, by its number.
-inline std::vector<double> ValuesOf(const Project& project, int elementNumber) {
+inline std::vector<double> ValuesOf(const SolvedProject& project, int elementNumber) {
   for (std::size_t m = 0; m < project.meshes.size(); ++m) {
     const Mesh& mesh = *project.meshes[m];
-    const ReaVecT& values = project.gaussVariables[m];
+    const ReaVecT& values = project.results.meshes[m].local;
     const int perElement = values.n / std::max(project.numElements[m], 1);
     int position = 0;
     for (const auto [number, elem] : mesh.elems) {
@@ -134,7 +134,8 @@ inline void ExpectSameValues(const std::vector<double>& got, const std::vector<d
 }
 
 /// Expects one answer from two projects of one deck.
-inline void ExpectSameAnswer(Project& got, Project& wanted, double tolerance) {
+inline void ExpectSameAnswer(const SolvedProject& got, const SolvedProject& wanted,
+                             double tolerance) {
   const NodalFields a(got), b(wanted);
   ExpectSameDisplacements(a, b, tolerance);
   ExpectSameReactions(a, b, tolerance);

@@ -1,19 +1,22 @@
 #pragma once
 
+#include <algorithm>
 #include <initializer_list>
 #include <memory>
 #include <string>
 #include <utility>
 #include <vector>
 
+#include "analysis/Results.h"
 #include "input/Project.h"
 #include "output/OutputText.h"
 #include "output/VemoFiles.h"
 
 namespace kestol {
 
-/// A project filled by hand: what the writers of results read, without a reader or a solution.
-/// Nodes and elements are given by their numbers in the input; call Size() when all are there.
+/// A project and results filled by hand: what the writers of results read, without a reader or a
+/// solution. Nodes and elements are given by their numbers in the input; call Size() when all are
+/// there.
 class SmallModel {
 public:
   SmallModel(int problemType, int dofsPerNode) {
@@ -28,6 +31,7 @@ public:
     mesh->elemType = elemType;
     mesh->nnode = nnode;
     project.meshes.push_back(std::move(mesh));
+    results.meshes.emplace_back();
     return *project.meshes.back();
   }
 
@@ -69,12 +73,28 @@ public:
   /// Adds a support record with these reactions, all degrees held.
   void Support(int node, std::initializer_list<double> reactions) {
     auto constraint = std::make_unique<Constraint>(project.dofsPerNode);
+    Reaction record{NodeOf(node).number, {}};
     int d = 0;
     for (const double reaction : reactions) {
       constraint->codes[d] = Prescribed;
-      constraint->reactions[d++] = reaction;
+      record.values[d++] = reaction;
     }
     NodeOf(node).constraint = std::move(constraint);
+    results.reactions.push_back(record);
+    SortReactions();
+  }
+
+  /// Numbers the nodes inside: index i is node externalNumbers[i - 1] of the input. Displacements
+  /// and stresses keep their places.
+  void Renumber(const std::vector<int>& externalNumbers) {
+    std::vector<int> newIndex(externalNumbers.size() + 1);
+    for (std::size_t i = 0; i < externalNumbers.size(); ++i) {
+      newIndex[externalNumbers[i]] = static_cast<int>(i) + 1;
+      NodeOf(externalNumbers[i]).number = static_cast<int>(i) + 1;
+    }
+    for (Reaction& reaction : results.reactions) reaction.nodeIndex = newIndex[reaction.nodeIndex];
+    SortReactions();
+    project.meshes[0]->renumberMap = std::make_shared<std::vector<int>>(externalNumbers);
   }
 
   /// Adds a uniform load to an element, behind those it has.
@@ -93,27 +113,27 @@ public:
   void Size() {
     const int nodes = project.meshes[0]->nodes->Highest();
     project.nodesAsRead = project.numNodes = nodes;
-    project.global = ReaVecT(nodes * project.dofsPerNode);
-    if (nodes > 0) project.global.Fill(0.0);
+    results.displacements = ReaVecT(nodes * project.dofsPerNode);
+    if (nodes > 0) results.displacements.Fill(0.0);
   }
 
   void Displace(int node, std::initializer_list<double> values) {
     int equation = FirstEquation(NodeOf(node).number, project.dofsPerNode);
-    for (const double value : values) project.global(equation++) = value;
+    for (const double value : values) results.displacements(equation++) = value;
   }
 
   Node& NodeOf(int number) { return *project.meshes[0]->nodes->Get(number); }
 
   std::string Report() const {
     OutputText output;
-    project.WriteResults(output);
+    project.WriteResults(results, output);
     return output.Text();
   }
 
   std::string Vemo() const {
-    OutputText results;
-    WriteVemoFiles(project, results, nullptr);
-    return results.Text();
+    OutputText file;
+    WriteVemoFiles(project, results, file, nullptr);
+    return file.Text();
   }
 
   static ReaVecT VectorOf(const std::vector<double>& values) {
@@ -130,10 +150,16 @@ public:
   }
 
 private:
+  void SortReactions() {
+    std::sort(results.reactions.begin(), results.reactions.end(),
+              [](const Reaction& a, const Reaction& b) { return a.nodeIndex < b.nodeIndex; });
+  }
+
   std::unique_ptr<Project> owner_ = std::make_unique<Project>(100);
 
 public:
   Project& project = *owner_;
+  Results results;
 };
 
 }  // namespace kestol

@@ -92,7 +92,7 @@ TEST(BeamStrengths, StandByRunningPositionWhateverTheNumbers) {
   deck.Node(1, 0, 0).Node(2, 0, -1).Node(3, 0, -2).Beam(900, 2, 3).Beam(7, 1, 2);
   deck.Material(1, "E=1 A=1 Iz=1").Clamp(1).Load(2, {0, -1, 0}).Load(3, {0, -1, 0});
   const auto project = RunDeck(deck.Text());
-  const ReaVecT& values = project->gaussVariables[0];
+  const ReaVecT& values = project->results.meshes[0].local;
   ASSERT_EQ(values.n, 12);
   EXPECT_NEAR(values(4), 2.0, 1e-12);   // element 7, end 2: pulled along the bar
   EXPECT_NEAR(values(10), 1.0, 1e-12);  // element 900, end 2
@@ -105,9 +105,9 @@ TEST(BeamStrengths, OfAMeshWithoutElementsAreNone) {
       deck.Text() +
       "mesh\ndimension = 2 elemtype Linear nnode = 2\ncoordinates\nend\nelements\nend\n"
       "mesh\ndimension = 2 elemtype Linear nnode = 2\ncoordinates\nend\nelements\n5 2 1 1\nend\n");
-  EXPECT_EQ(project->gaussVariables[0].n, 6);
-  EXPECT_EQ(project->gaussVariables[1].n, 0);
-  EXPECT_EQ(project->gaussVariables[2].n, 6);
+  EXPECT_EQ(project->results.meshes[0].local.n, 6);
+  EXPECT_EQ(project->results.meshes[1].local.n, 0);
+  EXPECT_EQ(project->results.meshes[2].local.n, 6);
 }
 
 TEST(BeamElement, HasAWeightOnlyWhenBothOfItsFactorsArePositive) {

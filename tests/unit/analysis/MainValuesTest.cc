@@ -17,14 +17,14 @@ constexpr double kPi = 3.141592653589793;
 
 /// Main values of one point in axes along the global ones.
 ReaVecT MainOf(std::array<double, 8> local, ReaVecT* directions = nullptr) {
-  ReaVecT values(8), angles(6);
+  ReaVecT values(8), angles(6), main(8);
   std::copy(local.begin(), local.end(), values.begin());
   Matriu T(3, 3);
   T.Fill(0.0);
   for (int i = 1; i <= 3; ++i) T(i, i) = 1.0;
-  MainValues(values, 1, 1, angles, 1, T, nullptr);
+  MainValues(values, 1, 1, angles, 1, T, main);
   if (directions != nullptr) *directions = angles;
-  return values;
+  return main;
 }
 
 TEST(MainValues, WithoutShearStayInTheirOrderEvenWhenTheFirstIsSmaller) {
@@ -72,12 +72,12 @@ TEST(MainValues, KeepTheOrderOfTheForcesTheyComeFrom) {
 }
 
 TEST(MainValues, AxesTurnAboutTheNormalOfTheElement) {
-  ReaVecT values(8), angles(6);
+  ReaVecT values(8), angles(6), main(8);
   values(1) = values(2) = 4;
   values(3) = 3;  // a turn by -pi/4: axis 1 = (x - y)/sqrt 2
   Matriu T(3, 3), R(3, 3);
   EulerRotation(0.3, -0.5, 0.7, T);
-  MainValues(values, 1, 1, angles, 1, T, nullptr);
+  MainValues(values, 1, 1, angles, 1, T, main);
   EulerRotation(angles(1), angles(2), angles(3), R);
   const double r = std::sqrt(0.5);
   for (int k = 1; k <= 3; ++k) {
@@ -97,21 +97,24 @@ TEST(MainValuesOfMesh, TurnEveryPointFromTheAxesOfItsMaterial) {
     deck.replace(deck.find(" 1\nend elements"), 2, " 2");
     const auto project = ReadDeck(deck);
     const int points = six ? 3 : 1;
-    ReaVecT& values = project->gaussVariables[0];
+    PointValues results;
+    ReaVecT& values = results.local;
     values = ReaVecT(2 * points * 8);
     for (int p = 0; p < 2 * points; ++p) {
       values(8 * p + 4) = values(8 * p + 5) = 4;
       values(8 * p + 6) = 3;
     }
-    MainValuesOfMesh(*project, 0);
-    const ReaVecT& directions = project->mainDirections[0];
+    MainValuesOfMesh(*project, *project->meshes[0], results);
+    const ReaVecT &directions = results.angles, &main = results.main;
     ASSERT_EQ(directions.n, 2 * points * 6);
+    ASSERT_EQ(main.n, 2 * points * 8);
     for (int p = 0; p < 2 * points; ++p) {
       const double axes = p < points ? 1.5 : 1.0;
       EXPECT_NEAR(directions(6 * p + 3), axes, 1e-14) << p;
       EXPECT_NEAR(directions(6 * p + 6), axes - kPi / 4, 1e-14) << p;
-      EXPECT_NEAR(values(8 * p + 4), 1, 1e-14) << p;
-      EXPECT_NEAR(values(8 * p + 5), 7, 1e-14) << p;
+      EXPECT_NEAR(main(8 * p + 4), 1, 1e-14) << p;
+      EXPECT_NEAR(main(8 * p + 5), 7, 1e-14) << p;
+      EXPECT_EQ(values(8 * p + 6), 3) << p;  // the local ones stay
     }
   }
 }
@@ -133,13 +136,26 @@ TEST(MainValues, KeepTheInvariantsAndRemoveTheShear) {
   EXPECT_NEAR(v(8), std::cos(theta) - 2 * std::sin(theta), 1e-14);
 }
 
+TEST(MainValues, MayTakeThePlaceOfTheLocalOnes) {
+  ReaVecT values(8), angles(6);
+  for (int i = 1; i <= 8; ++i) values(i) = 0.5 * i * i - 3.0 * i;
+  std::array<double, 8> local;
+  std::copy(values.begin(), values.end(), local.begin());
+  Matriu T(3, 3);
+  T.Fill(0.0);
+  for (int i = 1; i <= 3; ++i) T(i, i) = 1.0;
+  MainValues(values, 1, 1, angles, 1, T, values);
+  const ReaVecT expected = MainOf(local);
+  for (int i = 1; i <= 8; ++i) EXPECT_EQ(values(i), expected(i)) << i;
+}
+
 TEST(MainValues, WithATargetLeaveTheLocalOnes) {
   ReaVecT values(16), target(16), angles(12);
   values.Fill(2.0);
   Matriu T(3, 3);
   T.Fill(0.0);
   for (int i = 1; i <= 3; ++i) T(i, i) = 1.0;
-  MainValues(values, 9, 1, angles, 7, T, &target);
+  MainValues(values, 9, 1, angles, 7, T, target);
   for (const double v : values) EXPECT_EQ(v, 2.0);
   for (int i = 1; i <= 8; ++i) EXPECT_EQ(target(i), 0.0);
   EXPECT_DOUBLE_EQ(target(10), 4.0);
@@ -165,7 +181,7 @@ TEST(OrientationsMatch, WrapsTheFirstAndThirdAngleOnly) {
 
 /// A fan of `angles.size()` triangles about node 1, each in a plane turned about x by its angle;
 /// values are given by hand.
-std::unique_ptr<Project> Fan(const std::vector<double>& angles, double tolerance) {
+std::unique_ptr<SolvedProject> Fan(const std::vector<double>& angles, double tolerance) {
   TestMesh mesh{"Triangle", {{0, 0, 0}}, {}};
   for (std::size_t i = 0; i < angles.size(); ++i) {
     const double c = std::cos(angles[i]), s = std::sin(angles[i]);
@@ -176,31 +192,31 @@ std::unique_ptr<Project> Fan(const std::vector<double>& angles, double tolerance
   }
   auto project = ReadDeck(DeckOf(mesh, Print("DoSmoothing %g", tolerance),
                                  "materials\n1 E=1 nu=0 G=1 t=1\nend materials\n"));
-  project->gaussVariables[0] = ReaVecT(8 * static_cast<int>(angles.size()));
+  project->results.meshes[0].local = ReaVecT(8 * static_cast<int>(angles.size()));
   for (std::size_t i = 0; i < angles.size(); ++i)
-    project->gaussVariables[0](8 * static_cast<int>(i) + 1) = double(i + 1);
+    project->results.meshes[0].local(8 * static_cast<int>(i) + 1) = double(i + 1);
   return project;
 }
 
 TEST(SmoothShell, AveragesElementsOfOneOrientationAtTheirCommonNode) {
   const auto project = Fan({0.0, 0.0}, 0.1);
-  SmoothShell(*project, 0);
+  SmoothPointValues(*project, project->results);
   // The common corner gets (1 + 2) / 2, the other two keep the element's own value.
-  EXPECT_DOUBLE_EQ(project->gaussVariables[0](1), (1.5 + 1 + 1) / 3);
-  EXPECT_DOUBLE_EQ(project->gaussVariables[0](9), (1.5 + 2 + 2) / 3);
+  EXPECT_DOUBLE_EQ(project->results.meshes[0].smoothed(1), (1.5 + 1 + 1) / 3);
+  EXPECT_DOUBLE_EQ(project->results.meshes[0].smoothed(9), (1.5 + 2 + 2) / 3);
 }
 
 TEST(SmoothShell, DoesNotMixOrientations) {
   const auto project = Fan({0.0, 0.5}, 0.1);
-  SmoothShell(*project, 0);
-  EXPECT_DOUBLE_EQ(project->gaussVariables[0](1), 1);
-  EXPECT_DOUBLE_EQ(project->gaussVariables[0](9), 2);
+  SmoothPointValues(*project, project->results);
+  EXPECT_DOUBLE_EQ(project->results.meshes[0].smoothed(1), 1);
+  EXPECT_DOUBLE_EQ(project->results.meshes[0].smoothed(9), 2);
 }
 
 TEST(SmoothShell, KeepsThreeOrientationsAndDropsTheFourth) {
   const auto project = Fan({0.0, 0.5, 1.0, 1.4, 0.0, 1.4}, 0.1);
-  SmoothShell(*project, 0);
-  const auto value = [&](int elem) { return project->gaussVariables[0](8 * elem + 1); };
+  SmoothPointValues(*project, project->results);
+  const auto value = [&](int elem) { return project->results.meshes[0].smoothed(8 * elem + 1); };
   EXPECT_DOUBLE_EQ(value(0), (3.0 + 1 + 1) / 3);  // with the fifth
   EXPECT_DOUBLE_EQ(value(4), (3.0 + 5 + 5) / 3);
   EXPECT_DOUBLE_EQ(value(1), 2);

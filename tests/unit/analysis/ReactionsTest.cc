@@ -1,4 +1,5 @@
 #include "analysis/Reactions.h"
+#include "analysis/Strengths.h"
 #include "tests/support/ExpectFatal.h"
 #include "tests/support/FrameDeck.h"
 #include "tests/support/RunDeck.h"
@@ -8,14 +9,30 @@ namespace kestol {
 
 namespace {
 
-/// A model in front of a solver whose row r times anything is 100 r.
-std::unique_ptr<Project> Scripted(const std::string& deck) {
-  auto project = ReadDeck(deck);
-  const int n = project->numNodes * project->dofsPerNode;
-  project->solver = std::make_unique<ScriptedSolver>(n);
-  project->global.Resize(n, 0.0);
-  return project;
+int EquationsOf(const Project& project) {
+  return project.numNodes * project.dofsPerNode;
 }
+
+/// Fills the reactions with a solver whose row r times anything is 100 r.
+void ComputeReactions(SolvedProject& project) {
+  ScriptedSolver K(EquationsOf(project));
+  project.results.reactions = ReactionsOf(project, K, ReaVecT(EquationsOf(project)));
+}
+
+/// A solver that leaves its diary behind when it is let go.
+class Testator : public ScriptedSolver {
+public:
+  Testator(int degrees, std::unique_ptr<ScriptedSolver>& heir)
+      : ScriptedSolver(degrees), heir_(heir) {}
+  ~Testator() override { heir_ = std::make_unique<ScriptedSolver>(*this); }
+  void SetZero() override {
+    ScriptedSolver::SetZero();
+    blocks.clear();
+  }
+
+private:
+  std::unique_ptr<ScriptedSolver>& heir_;
+};
 
 FrameDeck Bar() {
   FrameDeck deck(2);
@@ -24,47 +41,47 @@ FrameDeck Bar() {
 }
 
 TEST(Reactions, StandAtPrescribedDegreesAndSpringsOnly) {
-  const auto project = Scripted(Bar().Support(1, "101 0 0 0").Support(3, "023 0 5 5").Text());
+  const auto project = ReadDeck(Bar().Support(1, "101 0 0 0").Support(3, "023 0 5 5").Text());
   ComputeReactions(*project);
-  EXPECT_EQ(Reaction(*project, 1, 1), 100.0);
-  EXPECT_EQ(Reaction(*project, 1, 2), 0.0);
-  EXPECT_EQ(Reaction(*project, 1, 3), 300.0);
-  EXPECT_EQ(Reaction(*project, 3, 1), 0.0);
-  EXPECT_EQ(Reaction(*project, 3, 2), 800.0);
-  EXPECT_EQ(Reaction(*project, 3, 3), 0.0);
+  EXPECT_EQ(PrintedReaction(*project, 1, 1), 100.0);
+  EXPECT_EQ(PrintedReaction(*project, 1, 2), 0.0);
+  EXPECT_EQ(PrintedReaction(*project, 1, 3), 300.0);
+  EXPECT_EQ(PrintedReaction(*project, 3, 1), 0.0);
+  EXPECT_EQ(PrintedReaction(*project, 3, 2), 800.0);
+  EXPECT_EQ(PrintedReaction(*project, 3, 3), 0.0);
 }
 
-/// A solver that leaves what was assembled into it since it was last set to zero, and goes.
-class LeavingSolver : public ScriptedSolver {
-public:
-  LeavingSolver(int degrees, std::vector<Matriu>& legacy)
-      : ScriptedSolver(degrees), legacy_(legacy) {}
-  ~LeavingSolver() override { legacy_ = blocks; }
-  void SetZero() override {
-    ScriptedSolver::SetZero();
-    blocks.clear();
-  }
-
-private:
-  std::vector<Matriu>& legacy_;
-};
-
 TEST(Reactions, AssembleOnceMoreInGlobalAxesAndDropTheSolver) {
-  const auto project = Scripted(Bar().Support(1, "111 0 0 0 Euler3=1.5707963267948966").Text());
-  std::vector<Matriu> blocks;
-  project->solver = std::make_unique<LeavingSolver>(project->solver->NumDegrees(), blocks);
-  project->solver->AddBlock(1, 1, Matriu(3, 3));  // of the solution, to be forgotten
+  const auto project = ReadDeck(Bar().Support(1, "111 0 0 0 Euler3=1.5707963267948966").Text());
+  const int n = EquationsOf(*project);
+  project->results.displacements = ReaVecT(n);
+  std::unique_ptr<ScriptedSolver> heir;
+  auto K = std::make_unique<Testator>(n, heir);
+  K->AddBlock(1, 1, Matriu(3, 3));  // of the solution, to be forgotten
+  ComputeStrengths(*project, std::move(K), project->results, nullptr);
+  ASSERT_NE(heir, nullptr);
+  ASSERT_EQ(heir->blocks.size(), 6u);  // three of each beam
+  EXPECT_NEAR(heir->blocks[0](1, 1), 1.0, 1e-12);   // EA, not turned away
+  EXPECT_NEAR(heir->blocks[0](2, 2), 12.0, 1e-12);  // 12 EI
+  EXPECT_EQ(PrintedReaction(*project, 1, 2), 200.0);
+}
+
+TEST(Reactions, StandByRisingIndexForSupportedNodesOnly) {
+  const auto project = ReadDeck(Bar().Clamp(1).Support(3, "111 0 0 0").Text());
+  project->meshes[0]->nodes->Get(1)->number = 3;
+  project->meshes[0]->nodes->Get(3)->number = 1;
   ComputeReactions(*project);
-  EXPECT_EQ(project->solver, nullptr);
-  ASSERT_EQ(blocks.size(), 6u);               // three of each beam
-  EXPECT_NEAR(blocks[0](1, 1), 1.0, 1e-12);   // EA, not turned away
-  EXPECT_NEAR(blocks[0](2, 2), 12.0, 1e-12);  // 12 EI
-  EXPECT_NEAR(blocks[1](1, 1), -1.0, 1e-12);
+  const auto& reactions = project->results.reactions;
+  ASSERT_EQ(reactions.size(), 2);
+  EXPECT_EQ(reactions[0].nodeIndex, 1);
+  EXPECT_EQ(reactions[1].nodeIndex, 3);
+  EXPECT_EQ(PrintedReaction(*project, 1, 1), 700.0);
+  EXPECT_EQ(PrintedReaction(*project, 3, 1), 100.0);
 }
 
 TEST(Reactions, OfASpringIsMinusStiffnessTimesDisplacement) {
   const auto project = RunDeck(Bar().Clamp(1).Support(3, "020 0 0.25 0").Load(2, {0, 1, 0}).Text());
-  EXPECT_NEAR(Reaction(*project, 3, 2), -0.25 * Displacement(*project, 3, 2), 1e-12);
+  EXPECT_NEAR(PrintedReaction(*project, 3, 2), -0.25 * Displacement(*project, 3, 2), 1e-12);
   EXPECT_GT(Displacement(*project, 3, 2), 0.1);
 }
 
@@ -77,7 +94,7 @@ TEST(Reactions, DoNotSubtractLoadsOnTheSupport) {
                                    .Load(2, {7, 0, 0})
                                    .Text());
   for (const int node : {1, 2, 3})
-    for (int d = 1; d <= 3; ++d) EXPECT_NEAR(Reaction(*project, node, d), 0.0, 1e-14);
+    for (int d = 1; d <= 3; ++d) EXPECT_NEAR(PrintedReaction(*project, node, d), 0.0, 1e-14);
 }
 
 TEST(Reactions, OfAnInclinedRollerAreGlobalComponentsUnderLocalCodes) {
@@ -87,9 +104,9 @@ TEST(Reactions, OfAnInclinedRollerAreGlobalComponentsUnderLocalCodes) {
   deck.Support(1, "110 0 0 0").Support(2, "010 0 0 0 Euler3=0.5235987755982988");
   const auto project = RunDeck(deck.Load(2, {1000, 0, 0}).Text());
   // The roller pushes along (-sin 30, cos 30) with no vertical load around: both ends carry none.
-  EXPECT_EQ(Reaction(*project, 2, 1), 0.0);
-  EXPECT_NEAR(Reaction(*project, 2, 2), SupportForces(*project, 2)[1], 1e-9);
-  EXPECT_NEAR(Reaction(*project, 1, 1), -1000.0 - SupportForces(*project, 2)[0], 1e-6);
+  EXPECT_EQ(PrintedReaction(*project, 2, 1), 0.0);
+  EXPECT_NEAR(PrintedReaction(*project, 2, 2), SupportForces(*project, 2)[1], 1e-9);
+  EXPECT_NEAR(PrintedReaction(*project, 1, 1), -1000.0 - SupportForces(*project, 2)[0], 1e-6);
 }
 
 TEST(Reactions, OfAnInclinedRollerAreShownInFullByASpringOfNoStiffness) {
@@ -118,38 +135,38 @@ std::string SixNoded(const std::string& constraints) {
 
 TEST(Reactions, OfMidSideNodesGoToTheirCorners) {
   const auto project =
-      Scripted(SixNoded("1 111111 0 0 0 0 0 0\n2 111111 0 0 0 0 0 0\n"
+      ReadDeck(SixNoded("1 111111 0 0 0 0 0 0\n2 111111 0 0 0 0 0 0\n"
                         "4 011111 0 0 0 0 0 0\n"));
   ComputeReactions(*project);
   // Rows of node 4 begin at 19.
-  EXPECT_EQ(Reaction(*project, 4, 2), 0.0);
-  EXPECT_EQ(Reaction(*project, 1, 1), 100.0);
-  EXPECT_EQ(Reaction(*project, 1, 2), 200.0 + 1000.0);
-  EXPECT_EQ(Reaction(*project, 2, 2), 800.0 + 1000.0);
+  EXPECT_EQ(PrintedReaction(*project, 4, 2), 0.0);
+  EXPECT_EQ(PrintedReaction(*project, 1, 1), 100.0);
+  EXPECT_EQ(PrintedReaction(*project, 1, 2), 200.0 + 1000.0);
+  EXPECT_EQ(PrintedReaction(*project, 2, 2), 800.0 + 1000.0);
 }
 
 TEST(Reactions, HalvesReachACornerWhoseOwnDegreeIsFree) {
   const auto project =
-      Scripted(SixNoded("1 100000 0 0 0 0 0 0\n2 111111 0 0 0 0 0 0\n"
+      ReadDeck(SixNoded("1 100000 0 0 0 0 0 0\n2 111111 0 0 0 0 0 0\n"
                         "4 010000 0 0 0 0 0 0\n"));
   ComputeReactions(*project);
-  EXPECT_EQ(Reaction(*project, 1, 2), 1000.0);
+  EXPECT_EQ(PrintedReaction(*project, 1, 2), 1000.0);
 }
 
 TEST(Reactions, OfAMidSideStayWhenACornerHasNoRecord) {
-  const auto project = Scripted(SixNoded("1 111111 0 0 0 0 0 0\n4 010000 0 0 0 0 0 0\n"));
+  const auto project = ReadDeck(SixNoded("1 111111 0 0 0 0 0 0\n4 010000 0 0 0 0 0 0\n"));
   ComputeReactions(*project);
-  EXPECT_EQ(Reaction(*project, 4, 2), 2000.0);
-  EXPECT_EQ(Reaction(*project, 1, 2), 200.0);
+  EXPECT_EQ(PrintedReaction(*project, 4, 2), 2000.0);
+  EXPECT_EQ(PrintedReaction(*project, 1, 2), 200.0);
 }
 
 TEST(Reactions, OfMidSidesMoveOnlyInConvertedModels) {
   const auto project =
-      Scripted(SixNoded("1 111111 0 0 0 0 0 0\n2 111111 0 0 0 0 0 0\n"
+      ReadDeck(SixNoded("1 111111 0 0 0 0 0 0\n2 111111 0 0 0 0 0 0\n"
                         "4 010000 0 0 0 0 0 0\n"));
   project->ConvertTo6Nodes = 0;
   ComputeReactions(*project);
-  EXPECT_EQ(Reaction(*project, 4, 2), 2000.0);
+  EXPECT_EQ(PrintedReaction(*project, 4, 2), 2000.0);
 }
 
 TEST(Reactions, OfMidSidesThatWereReadMoveOnlyWhereConversionIsAskedFor) {

@@ -143,8 +143,8 @@ TEST(ShellElement, UniformTensionTurnsWithTheElement) {
                                         "materials\n1 " + std::string(kPlate) +
                                             "\nend materials\n" + Section("constraints", lines)));
     const double N = 0.1 * 1e6 / (1 - 0.0625) * 1e-3;
-    for (int i = 0; i < project->gaussVariables[0].n; i += 8) {
-      const double* v = project->gaussVariables[0].begin() + i;
+    for (int i = 0; i < project->results.meshes[0].local.n; i += 8) {
+      const double* v = project->results.meshes[0].local.begin() + i;
       EXPECT_NEAR(v[0], N, 1e-9);
       EXPECT_NEAR(v[1], 0.25 * N, 1e-9);
       for (int k = 2; k < 8; ++k) EXPECT_NEAR(v[k], 0, 1e-9) << k;

@@ -203,19 +203,19 @@ TEST_P(ShellStiffness, BlocksOfInclinedSupportsAreTurnedFromBothSides) {
 TEST_P(ShellStiffness, ResultantsAreElasticityTimesStrainAtEachPointInTurn) {
   const auto project = ReadDeck(Deck(GetParam()));
   const int n = GetParam() ? 36 : 18;
-  project->global = ReaVecT(n);
-  for (int i = 0; i < n; ++i) project->global(i + 1) = std::sin(1.0 + 2.0 * i);
+  ReaVecT u(n);
+  for (int i = 0; i < n; ++i) u(i + 1) = std::sin(1.0 + 2.0 * i);
   const auto T = NodeAxes();
   const auto points = Points(GetParam());
   ReaVecT values(8 * static_cast<int>(points.size()));
   values.Fill(99.0);  // what stood there is no part of the sum
-  ShellResultants(*project, *project->meshes[0], values);
+  ShellResultants(*project, *project->meshes[0], u, values);
   for (std::size_t p = 0; p < points.size(); ++p) {
     std::array<double, 8> strain{};
     for (int i = 0; i < n; ++i) {
-      double u = 0;  // local degree i
-      for (int g = 0; g < 6; ++g) u += T[g][i % 6] * std::sin(1.0 + 2.0 * (i / 6 * 6 + g));
-      for (int s = 0; s < 8; ++s) strain[s] += points[p].column[i][s] * u;
+      double local = 0;  // degree i in the axes of the node
+      for (int g = 0; g < 6; ++g) local += T[g][i % 6] * std::sin(1.0 + 2.0 * (i / 6 * 6 + g));
+      for (int s = 0; s < 8; ++s) strain[s] += points[p].column[i][s] * local;
     }
     const auto expected = Resultants(strain);
     for (int s = 0; s < 8; ++s) EXPECT_NEAR(values.data[8 * p + s], expected[s], 1e-12) << p << s;

@@ -33,14 +33,15 @@ public:
     ReaVecT values(8 * points);
     for (int p = 0; p < points; ++p)
       for (int k = 1; k <= 8; ++k) values(8 * p + k) = k * all[p];
-    project->gaussVariables[0] = project->localValues[0] = values;
-    project->mainDirections[0] = ReaVecT(6 * points);
+    Values().local = Values().main = values;
+    Values().angles = ReaVecT(6 * points);
   }
 
+  PointValues& Values() { return project->results.meshes[0]; }
+  void Smooth() { SmoothShell(*project, *project->meshes[0], Values()); }
+
   /// The third angle of the main axes of forces (0) or moments (1) at a point (from 0).
-  double& Direction(int point, int moments) {
-    return project->mainDirections[0](6 * point + 3 * moments + 3);
-  }
+  double& Direction(int point, int moments) { return Values().angles(6 * point + 3 * moments + 3); }
 
   /// Whether places first..last hold `expected` times the place at every point.
   static void ExpectPlaces(const ReaVecT& values, int first, int last,
@@ -50,7 +51,7 @@ public:
         EXPECT_NEAR(values(8 * static_cast<int>(p) + k), k * expected[p], 1e-12) << p << " " << k;
   }
 
-  std::unique_ptr<Project> project;
+  std::unique_ptr<SolvedProject> project;
 };
 
 // Nodes 1 and 4 hold the mean, (1 + 10)/2.
@@ -58,31 +59,30 @@ const std::vector<double> kThreeBefore = {1, 10}, kThreeAfter = {4, 7};
 
 TEST(SmoothShell, AveragesAllEightValuesAtTheCornersAndGivesBackTheirMean) {
   SmoothSquare square(false, "", {1}, {10});
-  SmoothShell(*square.project, 0);
-  SmoothSquare::ExpectPlaces(square.project->gaussVariables[0], 1, 8, kThreeAfter);
+  square.Smooth();
+  SmoothSquare::ExpectPlaces(square.Values().smoothed, 1, 8, kThreeAfter);
 }
 
 TEST(SmoothShell, ExtrapolatesThreePointsToTheCornersAndBack) {
   // Corners 2 0 4 at nodes 1 2 4 and 50 -30 70 at nodes 1 4 3: means 26 at node 1, -13 at node 4.
   SmoothSquare square(true, "", {1, 2, 3}, {10, 20, 60});
-  SmoothShell(*square.project, 0);
-  SmoothSquare::ExpectPlaces(square.project->gaussVariables[0], 1, 8,
-                             {13, -6.5, 6.5, 6.5, 28.5, 48});
+  square.Smooth();
+  SmoothSquare::ExpectPlaces(square.Values().smoothed, 1, 8, {13, -6.5, 6.5, 6.5, 28.5, 48});
 }
 
 TEST(SmoothShell, LeavesALinearFieldAsItIs) {
   // 1 + x + 2 y at the mid-sides.
   SmoothSquare square(true, "", {1.5, 3, 2.5}, {2.5, 3.5, 2});
-  SmoothShell(*square.project, 0);
-  SmoothSquare::ExpectPlaces(square.project->gaussVariables[0], 1, 8, {1.5, 3, 2.5, 2.5, 3.5, 2});
+  square.Smooth();
+  SmoothSquare::ExpectPlaces(square.Values().smoothed, 1, 8, {1.5, 3, 2.5, 2.5, 3.5, 2});
 }
 
 TEST(SmoothShell, LocalValuesFollowTheAxesOfTheMaterial) {
   for (const char* const option : {"", "MainAndLocalStresses"}) {
     SmoothSquare square(false, option, {1}, {10});
     square.project->meshes[0]->elems.Get(2)->materialNumber = 2;
-    SmoothShell(*square.project, 0);
-    SmoothSquare::ExpectPlaces(square.project->gaussVariables[0], 1, 8, kThreeBefore);
+    square.Smooth();
+    SmoothSquare::ExpectPlaces(square.Values().smoothed, 1, 8, kThreeBefore);
   }
 }
 
@@ -90,8 +90,8 @@ TEST(SmoothShell, MainForcesAndMainMomentsHaveOrientationsOfTheirOwn) {
   for (const int moments : {0, 1}) {
     SmoothSquare square(false, "MainStresses", {1}, {10});
     square.Direction(1, moments) = 0.5;
-    SmoothShell(*square.project, 0);
-    const ReaVecT& values = square.project->gaussVariables[0];
+    square.Smooth();
+    const ReaVecT& values = square.Values().main;
     SmoothSquare::ExpectPlaces(values, 1, 3, moments == 0 ? kThreeBefore : kThreeAfter);
     SmoothSquare::ExpectPlaces(values, 4, 8, moments == 0 ? kThreeAfter : kThreeBefore);
   }
@@ -101,18 +101,27 @@ TEST(SmoothShell, WithBothArraysLocalValuesFollowTheElementsAndMainValuesTheirAx
   for (const int moments : {0, 1}) {
     SmoothSquare square(false, "MainAndLocalStresses", {1}, {10});
     square.Direction(1, moments) = 0.5;
-    SmoothShell(*square.project, 0);
-    SmoothSquare::ExpectPlaces(square.project->gaussVariables[0], 1, 8, kThreeAfter);
-    const ReaVecT& main = square.project->localValues[0];
+    square.Smooth();
+    SmoothSquare::ExpectPlaces(square.Values().smoothed, 1, 8, kThreeAfter);
+    const ReaVecT& main = square.Values().main;
     SmoothSquare::ExpectPlaces(main, 1, 3, moments == 0 ? kThreeBefore : kThreeAfter);
     SmoothSquare::ExpectPlaces(main, 4, 8, moments == 0 ? kThreeAfter : kThreeBefore);
   }
 }
 
+TEST(SmoothShell, LocalValuesAreKeptAsComputed) {
+  for (const char* const option : {"", "MainStresses", "MainAndLocalStresses"}) {
+    SmoothSquare square(false, option, {1}, {10});
+    square.Smooth();
+    SmoothSquare::ExpectPlaces(square.Values().local, 1, 8, kThreeBefore);
+    EXPECT_EQ(square.Values().smoothed.n, *option == '\0' || option[4] == 'A' ? 16 : 0) << option;
+  }
+}
+
 TEST(SmoothShell, WithoutMainValuesTheirArrayIsNotTouched) {
   SmoothSquare square(false, "", {1}, {10});
-  SmoothShell(*square.project, 0);
-  SmoothSquare::ExpectPlaces(square.project->localValues[0], 1, 8, kThreeBefore);
+  square.Smooth();
+  SmoothSquare::ExpectPlaces(square.Values().main, 1, 8, kThreeBefore);
 }
 
 TEST(SmoothShell, MainAxesOfThreePointsAreTakenAsOneMean) {
@@ -129,8 +138,8 @@ TEST(SmoothShell, MainAxesOfThreePointsAreTakenAsOneMean) {
         square.Direction(p + 3, moments) = other;
       }
     }
-    SmoothShell(*square.project, 0);
-    SmoothSquare::ExpectPlaces(square.project->gaussVariables[0], 1, 8,
+    square.Smooth();
+    SmoothSquare::ExpectPlaces(square.Values().main, 1, 8,
                                same ? std::vector<double>{13, -6.5, 6.5, 6.5, 28.5, 48}
                                     : std::vector<double>{1, 2, 3, 10, 20, 60});
   }
@@ -148,16 +157,17 @@ std::vector<double> FanOfMainAxes(const std::vector<double>& angles) {
   }
   const auto project = ReadDeck(DeckOf(mesh, "DoSmoothing 0.1\nMainStresses", kMaterial));
   const int count = static_cast<int>(angles.size());
-  project->gaussVariables[0] = ReaVecT(8 * count);
-  project->mainDirections[0] = ReaVecT(6 * count);
+  PointValues values;
+  values.main = ReaVecT(8 * count);
+  values.angles = ReaVecT(6 * count);
   for (int i = 0; i < count; ++i) {
-    project->gaussVariables[0](8 * i + 1) = i + 1;
-    project->mainDirections[0](6 * i + 3) = angles[i];
+    values.main(8 * i + 1) = i + 1;
+    values.angles(6 * i + 3) = angles[i];
   }
-  SmoothShell(*project, 0);
-  std::vector<double> values;
-  for (int i = 0; i < count; ++i) values.push_back(project->gaussVariables[0](8 * i + 1));
-  return values;
+  SmoothShell(*project, *project->meshes[0], values);
+  std::vector<double> first;
+  for (int i = 0; i < count; ++i) first.push_back(values.main(8 * i + 1));
+  return first;
 }
 
 testing::Matcher<std::vector<double>> Are(const std::vector<double>& expected) {
@@ -191,23 +201,27 @@ TEST(OrientationsMatch, UpToTheToleranceItself) {
   }
 }
 
-TEST(SmoothGaussVariables, MeshesAreNotMixed) {
+TEST(SmoothPointValues, MeshesAreNotMixed) {
   const auto project = ReadDeck(
       DeckOf(Square(false), "DoSmoothing 0.1",
              std::string("mesh dimension = 3 elemtype Triangle nnode = 3\ncoordinates\nend\n"
                          "elements\n7 1 2 4 1\nend\nmesh dimension = 3 elemtype Linear nnode = 2\n"
                          "coordinates\nend\nelements\n9 1 2 1\nend\n") +
                  kMaterial));
-  project->gaussVariables[0] = ReaVecT(16);
-  project->gaussVariables[1] = ReaVecT(8);
-  project->gaussVariables[2] = ReaVecT(12);
-  project->gaussVariables[0].Fill(1.0);
-  project->gaussVariables[1].Fill(5.0);
-  project->gaussVariables[2].Fill(7.0);
-  SmoothGaussVariables(*project);
-  EXPECT_THAT(Entries(project->gaussVariables[0]), testing::Each(1.0));
-  EXPECT_THAT(Entries(project->gaussVariables[1]), testing::Each(5.0));
-  EXPECT_THAT(Entries(project->gaussVariables[2]), testing::Each(7.0)) << "beams are left alone";
+  project->results.meshes[0].local = ReaVecT(16);
+  project->results.meshes[1].local = ReaVecT(8);
+  project->results.meshes[2].local = ReaVecT(12);
+  project->results.meshes[0].local.Fill(1.0);
+  project->results.meshes[1].local.Fill(5.0);
+  project->results.meshes[2].local.Fill(7.0);
+  SmoothPointValues(*project, project->results);
+  EXPECT_EQ(project->results.meshes[0].smoothed.n, 16);
+  EXPECT_EQ(project->results.meshes[1].smoothed.n, 8);
+  EXPECT_THAT(Entries(project->results.meshes[0].smoothed), testing::Each(1.0));
+  EXPECT_THAT(Entries(project->results.meshes[1].smoothed), testing::Each(5.0));
+  EXPECT_THAT(Entries(project->results.meshes[2].local), testing::Each(7.0))
+      << "beams are left alone";
+  EXPECT_EQ(project->results.meshes[2].smoothed.n, 0);
 }
 
 // --- solids -------------------------------------------------------------------------------------
@@ -223,24 +237,24 @@ TestMesh Pair(bool ten) {
   return mesh;
 }
 
-std::unique_ptr<Project> ReadPair(bool ten) {
+std::unique_ptr<SolvedProject> ReadPair(bool ten) {
   return ReadDeck(DeckOf(Pair(ten), "", "materials\n1 E=1 nu=0\nend materials\n"));
 }
 
 TEST(AverageSolidStresses, OfFourNodesIsTheMeanOfTheElementsAround) {
   const auto project = ReadPair(false);
-  project->gaussVariables[0] = ReaVecT(12);
+  project->results.meshes[0].local = ReaVecT(12);
   for (int k = 1; k <= 6; ++k) {
-    project->gaussVariables[0](k) = k;
-    project->gaussVariables[0](6 + k) = 10 * k;
+    project->results.meshes[0].local(k) = k;
+    project->results.meshes[0].local(6 + k) = 10 * k;
   }
-  project->nodalStresses = ReaVecT(30);
-  project->nodalStresses.Fill(99.0);  // of nothing: it is filled anew
-  AverageSolidStresses(*project, 0);
+  project->results.nodalStresses = ReaVecT(30);
+  project->results.nodalStresses.Fill(99.0);  // of nothing: it is filled anew
+  SmoothPointValues(*project, project->results);
   const double expected[5] = {1, 5.5, 5.5, 5.5, 10};
   for (int node = 0; node < 5; ++node)
     for (int k = 1; k <= 6; ++k)
-      EXPECT_DOUBLE_EQ(project->nodalStresses(6 * node + k), k * expected[node]) << node;
+      EXPECT_DOUBLE_EQ(project->results.nodalStresses(6 * node + k), k * expected[node]) << node;
 }
 
 TEST(AverageSolidStresses, OfTenNodesExtrapolatesToTheCornersAndLeavesZeroAtMidSides) {
@@ -249,28 +263,29 @@ TEST(AverageSolidStresses, OfTenNodesExtrapolatesToTheCornersAndLeavesZeroAtMidS
       {3,  -1, 4, 7},
       {20, 50, 1, 9}
   };
-  project->gaussVariables[0] = ReaVecT(48);
+  project->results.meshes[0].local = ReaVecT(48);
   for (int e = 0; e < 2; ++e)
     for (int p = 0; p < 4; ++p)
       for (int k = 1; k <= 6; ++k) {
         double value = 0;  // of the linear shape functions at the point
         for (int c = 0; c < 4; ++c) value += (c == p ? 0.5854102 : 0.1381966) * corners[e][c];
-        project->gaussVariables[0](24 * e + 6 * p + k) = k * value;
+        project->results.meshes[0].local(24 * e + 6 * p + k) = k * value;
       }
-  AverageSolidStresses(*project, 0);
+  SmoothPointValues(*project, project->results);
   const double expected[5] = {3, (-1 + 20) / 2.0, (4 + 50) / 2.0, (7 + 1) / 2.0, 9};
-  ASSERT_EQ(project->nodalStresses.n, 6 * 14);
+  ASSERT_EQ(project->results.nodalStresses.n, 6 * 14);
   for (int node = 0; node < 14; ++node)
     for (int k = 1; k <= 6; ++k)
-      EXPECT_NEAR(project->nodalStresses(6 * node + k), node < 5 ? k * expected[node] : 0.0, 1e-12)
+      EXPECT_NEAR(project->results.nodalStresses(6 * node + k), node < 5 ? k * expected[node] : 0.0,
+                  1e-12)
           << node;
 }
 
 TEST(AverageSolidStresses, NodesOutsideEveryElementAreRefused) {
   const auto project = ReadPair(false);
-  project->gaussVariables[0] = ReaVecT(12);
   project->meshes[0]->elems.Get(2)->nodes[3] = project->meshes[0]->elems.Get(1)->nodes[0];
-  EXPECT_FATAL(AverageSolidStresses(*project, 0), "error: node 5 has no elements around\n");
+  EXPECT_FATAL(AverageSolidStresses(*project, *project->meshes[0], ReaVecT(12)),
+               "error: node 5 has no elements around\n");
 }
 
 }  // namespace

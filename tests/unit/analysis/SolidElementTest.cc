@@ -106,7 +106,7 @@ TEST(NodalStresses, MidSideNodesStayZeroAndCornersExtrapolate) {
     lines += Print("%d 111 %.17g 0 0\n", int(i) + 1, mesh.nodes[i][0] * mesh.nodes[i][0] / 2);
   const auto project = RunDeck(
       DeckOf(mesh, "", "materials\n1 E=2 nu=0\nend materials\n" + Section("constraints", lines)));
-  const ReaVecT& s = project->nodalStresses;
+  const ReaVecT& s = project->results.nodalStresses;
   for (int node = 1; node <= 10; ++node) {
     const int at = 6 * (NodeOf(*project, node).number - 1) + 1;
     EXPECT_NEAR(s(at), node == 2 ? 2.0 : 0.0, 1e-6) << node;

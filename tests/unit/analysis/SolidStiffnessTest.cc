@@ -171,12 +171,12 @@ TEST_P(SolidStiffness, StressesAreElasticityTimesStrainAtEachPointInTurn) {
   const TestMesh mesh = Skew(GetParam());
   const auto project = ReadDeck(DeckOf(mesh, "", kMaterial));
   const int n = 3 * static_cast<int>(mesh.nodes.size());
-  project->global = ReaVecT(n);
-  for (int i = 0; i < n; ++i) project->global(i + 1) = std::sin(1.0 + 2.0 * i);
+  ReaVecT u(n);
+  for (int i = 0; i < n; ++i) u(i + 1) = std::sin(1.0 + 2.0 * i);
   const auto points = Points(mesh);
   ReaVecT values(6 * static_cast<int>(points.size()));
   values.Fill(99.0);  // what stood there is no part of the sum
-  SolidStresses(*project, *project->meshes[0], values);
+  SolidStresses(*project, *project->meshes[0], u, values);
   for (std::size_t p = 0; p < points.size(); ++p) {
     Stress strain{};
     for (int i = 0; i < n; ++i)

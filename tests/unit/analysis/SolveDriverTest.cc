@@ -46,12 +46,12 @@ const std::string kTetra =
 std::string InfoOf(const std::string& deck, int renumber = 1) {
   const auto project = ReadDeck(deck);
   std::ostringstream info;
-  SolveProject(*project, renumber, &info);
+  SolveProject(*project, {.renumber = renumber != 0, .info = &info});
   return info.str();
 }
 
 void Solve(const std::string& deck) {
-  SolveProject(*ReadDeck(deck), 1, nullptr);
+  SolveProject(*ReadDeck(deck), {});
 }
 
 bool IsRenumbered(const Project& project) {
@@ -61,7 +61,7 @@ bool IsRenumbered(const Project& project) {
 
 int ChoiceOf(const FrameDeck& deck) {
   const auto project = ReadDeck(deck.Text());
-  SolveProject(*project, 1, nullptr);
+  SolveProject(*project, {});
   return project->solverChoice;
 }
 
@@ -95,7 +95,7 @@ TEST(SolveDriver, AutomaticCountsTheNodesBeforeTheConversion) {
       coordinates + "end\nelements\n" + elements +
       "end\nmaterials\n1 E=1 nu=0 G=.5 t=1\nend\n"
       "constraints\n1 111111 0 0 0 0 0 0\n2 111111 0 0 0 0 0 0\nend\n");
-  SolveProject(*project, 1, nullptr);
+  SolveProject(*project, {});
   EXPECT_GT(project->numNodes * project->dofsPerNode, 5000);
   EXPECT_EQ(project->solverChoice, SolveSkyLine);
 }
@@ -111,7 +111,7 @@ TEST(SolveDriver, UsesTheSolverThatTheDeckNames) {
 TEST(SolveDriver, RefusesAnUnknownSolver) {
   const auto project = ReadDeck(Chain(2, 3).Text());
   project->solverChoice = 7;
-  EXPECT_FATAL(SolveProject(*project, 1, nullptr), "error: unknown solver\n");
+  EXPECT_FATAL(SolveProject(*project, {}), "error: unknown solver\n");
 }
 
 // --- first scan -------------------------------------------------------------------------------
@@ -136,7 +136,7 @@ TEST(SolveDriver, RefusesQuadrilateralsOnlyWhenItMeetsThem) {
       "problem a\ntype 3d\nmesh dimension 3 elemtype quad nnode 4\ncoordinates\n"
       "1 0 0 0\n2 1 0 0\n3 1 1 0\n4 0 1 0\nend\nelements\n1 1 2 3 4 1\nend\n");
   std::ostringstream info;
-  EXPECT_FATAL(SolveProject(*project, 1, &info), "error: elemtype unknown\n");
+  EXPECT_FATAL(SolveProject(*project, {.info = &info}), "error: elemtype unknown\n");
   EXPECT_THAT(info.str(), testing::EndsWith("Just before filling global stiffness matrix\n"));
 }
 
@@ -163,7 +163,7 @@ TEST(SolveDriver, AZeroDiagonalAtEquation8ReportsNode2AndDegree2From6) {
   FrameDeck deck(2);
   deck.Node(1, 0, 0).Node(2, 1, 0).Node(3, 5, 5).Beam(1, 1, 2).Material(1, "E=1 A=1 Iz=1");
   const auto project = ReadDeck(deck.Clamp(1).Support(3, "101 0 0 0").Key("Solver SkyLine").Text());
-  EXPECT_FATAL(SolveProject(*project, 0, nullptr),
+  EXPECT_FATAL(SolveProject(*project, {.renumber = false}),
                "error when solving system(8). One diagonal=0 in node=2. Degree of freedom 2 from "
                "6\nCould not solve system. Probably conditions are not correct\n");
 }
@@ -181,7 +181,7 @@ TEST(SolveDriver, AFreeIsolatedNodeCannotBeSolved) {
   FrameDeck deck = Chain(2, 3).Node(4, 9, 9);
   FrameDeck sparse = deck;
   const auto project = ReadDeck(deck.Key("Solver SkyLine").Text());
-  EXPECT_FATAL(SolveProject(*project, 0, nullptr),
+  EXPECT_FATAL(SolveProject(*project, {.renumber = false}),
                "error when solving system(10). One diagonal=0 in node=2. Degree of freedom 4 from "
                "6\nCould not solve system. Probably conditions are not correct\n");
   EXPECT_FATAL(Solve(sparse.Key("Solver Sparse 1e-10 1e-8 500").Text()),
@@ -195,7 +195,7 @@ TEST(SolveDriver, RenumbersForSkyLineUnlessInhibited) {
   const std::string sparse = Chain(2, 4).Key("Solver Sparse 1e-10 1e-8 500").Text();
   const auto isRenumbered = [](const std::string& deck, int renumber) {
     const auto project = ReadDeck(deck);
-    SolveProject(*project, renumber, nullptr);
+    SolveProject(*project, {.renumber = renumber != 0});
     return IsRenumbered(*project);
   };
   EXPECT_TRUE(isRenumbered(sky, 1));
@@ -205,7 +205,7 @@ TEST(SolveDriver, RenumbersForSkyLineUnlessInhibited) {
 
 TEST(SolveDriver, RotulesGetTheirEndCodes) {
   const auto project = ReadDeck(Chain(2, 3).Rotule(2).Clamp(3).Text());
-  SolveProject(*project, 1, nullptr);
+  SolveProject(*project, {});
   EXPECT_EQ(project->EndCodeOf(1), BothFixed);
   EXPECT_EQ(project->EndCodeOf(2), HingeAtEnd1);
 }
@@ -234,7 +234,7 @@ TEST(SolveDriver, WritesTheLinesOfABeamModelInOrder) {
 TEST(SolveDriver, FlushesEachTextAsItIsWritten) {
   const auto project = ReadDeck(Chain(2, 3).Key("Solver SkyLine").Text());
   FlushCounter info;
-  SolveProject(*project, 0, &info);
+  SolveProject(*project, {.renumber = false, .info = &info});
   const std::string text = info.Text();
   const std::string behindReport = text.substr(text.find("Just before filling"));
   EXPECT_EQ(info.Flushes(), 1 + std::count(behindReport.begin(), behindReport.end(), '\n'));
@@ -359,7 +359,7 @@ TEST(SolveDriver, DoubleStartsInTheAxesOfInclinedSupports) {
 TEST(SolveDriver, DoubleRefusesTrianglesReadWithSixNodesBeforeItWrites) {
   const auto project = ReadDeck(Shell("Solver Double", 6));
   std::ostringstream info;
-  EXPECT_FATAL(SolveProject(*project, 1, &info),
+  EXPECT_FATAL(SolveProject(*project, {.info = &info}),
                "error: Solver DOUBLE needs a shell mesh of 3-noded triangles\n");
   EXPECT_EQ(info.str(), "");
 }
@@ -367,7 +367,7 @@ TEST(SolveDriver, DoubleRefusesTrianglesReadWithSixNodesBeforeItWrites) {
 TEST(SolveDriver, DoubleSolvesTetrahedraOnceAndThenRefusesThem) {
   const auto project = ReadDeck("problem a\ntype 3d\nSolver Double\n" + kTetra);
   std::ostringstream info;
-  EXPECT_FATAL(SolveProject(*project, 1, &info),
+  EXPECT_FATAL(SolveProject(*project, {.info = &info}),
                "error: Double solver not implemented for tetrahedras\n");
   EXPECT_THAT(info.str(), testing::EndsWith("Solver finished\n"));
 }

@@ -40,7 +40,6 @@ TEST(Constraint, NewRecordIsFreeWithoutValuesOrAxes) {
   for (int d = 0; d < 6; ++d) {
     EXPECT_EQ(constraint.codes[d], Free);
     EXPECT_EQ(constraint.values[d], 0.0);
-    EXPECT_EQ(constraint.reactions[d], 0.0);
     EXPECT_FALSE(constraint.IsConstrained(d));
   }
 }

@@ -25,7 +25,7 @@ SmallModel PlaneFrame() {
   model.Displace(2, {0.001, -0.5, 1e-05});
   model.Displace(3, {0.002, -1.25, 123456.7});
   model.Support(1, {-1.5, 1000.0, 0.333333333});
-  model.project.gaussVariables[0] =
+  model.results.meshes[0].local =
       SmallModel::VectorOf({1.0, 2.0, 3.0, 4.0, 5.0, 6.0, 7.0, 8.0, 9.0, 10.0, 11.0, 1e-12});
   return model;
 }
@@ -57,7 +57,7 @@ TEST(TextReport, SpaceFrameNamesSixValues) {
   model.Size();
   model.Displace(1, {1, 2, 3, 4, 5, 6});
   model.Support(2, {6, 5, 4, 3, 2, 1});
-  model.project.gaussVariables[0] = SmallModel::Counting(12, 0.5, 1.0);
+  model.results.meshes[0].local = SmallModel::Counting(12, 0.5, 1.0);
   EXPECT_EQ(model.Report(),
             "\n\nNODAL DISPLACEMENTS (x y z thetax thetay thetaz)\n"
             "1 1 2 3 4 5 6\n"
@@ -104,31 +104,29 @@ TEST(TextReport, SolidsPrintThreeValuesUnderSixNames) {
 
 TEST(TextReport, FreeDegreesOfASupportShowWhatTheirRecordHolds) {
   SmallModel model = PlaneFrame();
-  Constraint& support = *model.NodeOf(1).constraint;
-  support.codes[1] = Free;
-  support.reactions[1] = 0.0;
+  model.NodeOf(1).constraint->codes[1] = Free;
+  model.results.reactions[0].values[1] = 0.0;
   EXPECT_THAT(model.Report(), HasSubstr("\n1 -1.5 0 0.333333\n"));
 }
 
 TEST(TextReport, RenumberedModelsPrintTheNumbersOfTheInput) {
   SmallModel model = PlaneFrame();
   // Inside, the nodes run the other way round.
-  for (int i = 1; i <= 3; ++i) model.NodeOf(i).number = 4 - i;
-  model.project.meshes[0]->renumberMap =
-      std::make_shared<std::vector<int>>(std::initializer_list<int>{3, 2, 1});
-  model.project.global.Fill(0.0);
+  model.Renumber({3, 2, 1});
+  model.results.displacements.Fill(0.0);
   model.Displace(3, {3.0, 3.0, 3.0});
   const std::string report = model.Report();
   EXPECT_THAT(report, HasSubstr("1 0 0 0\n2 0 0 0\n3 3 3 3\n"));
   EXPECT_THAT(report, HasSubstr("Element 2 local strength. nodes: 2 3\n"));
-  EXPECT_EQ(model.project.global(1), 3.0);
+  EXPECT_THAT(report, HasSubstr("M)\n1 -1.5 1000 0.333333\n"));
+  EXPECT_EQ(model.results.displacements(1), 3.0);
 }
 
 TEST(TextReport, NodesThatWereNotReadAreNotListed) {
   SmallModel model = PlaneFrame();
   model.AddNode(4, 1.0, 0.0);
   model.project.numNodes = 4;
-  model.project.global.Resize(12, 9.0);
+  model.results.displacements.Resize(12, 9.0);
   model.Support(4, {9.0, 9.0, 9.0});
   EXPECT_EQ(model.Report(), PlaneFrame().Report());
 }
@@ -193,7 +191,7 @@ TEST(TextReport, QuadrilateralsAndHexahedraEndTheRunBehindTheDisplacements) {
     SmallModel model = PlaneFrame();
     model.AddMesh(elemType, 4);
     OutputText output;
-    EXPECT_FATAL(model.project.WriteResults(output), "error: elemtype unknown\n");
+    EXPECT_FATAL(model.project.WriteResults(model.results, output), "error: elemtype unknown\n");
     EXPECT_THAT(output.Text(), HasSubstr("NODAL DISPLACEMENTS"));
     EXPECT_THAT(output.Text(), Not(HasSubstr("REACTIONS")));
   }

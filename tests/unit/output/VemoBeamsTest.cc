@@ -26,7 +26,7 @@ SmallModel PlaneBeam(int divisions) {
   model.Displace(2, {0.5, -1.0, 0.0});
   model.Support(1, {0.25, -20.0, 3.0});
   model.project.NumOfDivisions = divisions;
-  model.project.gaussVariables[0] = SmallModel::VectorOf({-10.0, 4.0, 6.0, 10.0, -4.0, 2.0});
+  model.results.meshes[0].local = SmallModel::VectorOf({-10.0, 4.0, 6.0, 10.0, -4.0, 2.0});
   return model;
 }
 
@@ -41,7 +41,7 @@ SmallModel SpaceBeam() {
   model.Size();
   model.project.NumOfDivisions = 1;
   // End 1, then end 2: what is at end 1 less 0.5 acts there the other way round.
-  model.project.gaussVariables[0] =
+  model.results.meshes[0].local =
       SmallModel::VectorOf({-1, 2, 3, -4, 5, -6, 1.5, -2.5, -3.5, 4.5, -5.5, 6.5});
   return model;
 }
@@ -178,8 +178,8 @@ TEST(VemoBeams, OwnWeightBendsTheDiagrams) {
   SmallModel model = PlaneBeam(2);
   model.NodeOf(2).x = 2.0;
   model.NodeOf(2).y = 0.0;
-  model.project.global.Fill(0.0);
-  model.project.gaussVariables[0].Fill(0.0);
+  model.results.displacements.Fill(0.0);
+  model.results.meshes[0].local.Fill(0.0);
   Material& material = *model.project.materials.Get(1);
   material.Weight =
       1200.0;  // 12 per length: 2 in the middle, 4 at the ends; the vector lies on the tension side
@@ -213,7 +213,7 @@ TEST(VemoBeams, EmptyMeshesHaveTheirHeadersOnly) {
 TEST(VemoBeams, EveryElementTakesItsOwnStoredStrengths) {
   SmallModel model = SpaceBeam();
   model.AddElem(9, {2, 1});
-  model.project.gaussVariables[0] = SmallModel::Counting(24, 1.0, 1.0);
+  model.results.meshes[0].local = SmallModel::Counting(24, 1.0, 1.0);
   // Elements 3 and 9, value 2: +P at end 1, -P at end 2.
   const std::string text = model.Vemo();
   EXPECT_THAT(text, HasSubstr(" 2\n"));

@@ -32,7 +32,7 @@ SmallModel Nodes(int problemType, int dofsPerNode, int count) {
   for (int i = 1; i <= count; ++i) model.AddNode(i, 0.5 * i, -2.0 * i * i, 3.0);
   model.Size();
   model.AddMaterial(1);
-  model.project.gaussVariables[0] = SmallModel::Counting(24, 0.0, 0.0);
+  model.results.meshes[0].local = SmallModel::Counting(24, 0.0, 0.0);
   return model;
 }
 
@@ -45,8 +45,8 @@ protected:
   void TearDown() override { std::remove(name_.c_str()); }
 
   std::string MeshTextOf(const SmallModel& model) const {
-    OutputText results;
-    WriteVemoFiles(model.project, results, &name_);
+    OutputText file;
+    WriteVemoFiles(model.project, model.results, file, &name_);
     std::ostringstream text;
     text << std::ifstream(name_).rdbuf();
     return text.str();
@@ -90,7 +90,7 @@ TEST_F(VemoMeshFile, ElementsOfLaterMeshesAreLeftOut) {
   model.AddElem(1, {1, 2});
   model.AddMesh(Linear, 2);
   model.AddElem(2, {2, 1});
-  model.project.gaussVariables[1] = model.project.gaussVariables[0];
+  model.results.meshes[1].local = model.results.meshes[0].local;
   const std::string text = MeshTextOf(model);
   EXPECT_THAT(text, HasSubstr("\n1 2 7\n"));
   EXPECT_THAT(text, EndsWith("material\n1 1 2 2  1\n"));
@@ -103,7 +103,7 @@ TEST_F(VemoMeshFile, ConvertedMeshesListTheNodesAsReadAndTheCorners) {
   model.AddElem(1, {3, 1, 2, 4, 5, 6});
   model.Size();
   model.project.nodesAsRead = 3;
-  model.project.gaussVariables[0] = SmallModel::Counting(24, 0.0, 0.0);
+  model.results.meshes[0].local = SmallModel::Counting(24, 0.0, 0.0);
   const std::string text = MeshTextOf(model);
   EXPECT_THAT(text, HasSubstr("\n1 3 7\n"));
   EXPECT_THAT(text, Not(HasSubstr("\n4  ")));
@@ -113,9 +113,7 @@ TEST_F(VemoMeshFile, ConvertedMeshesListTheNodesAsReadAndTheCorners) {
 TEST_F(VemoMeshFile, RenumberedMeshesPrintTheNumbersOfTheInput) {
   SmallModel model = Nodes(Plane, 3, 3);
   model.AddElem(1, {3, 1});
-  for (int i = 1; i <= 3; ++i) model.NodeOf(i).number = i % 3 + 1;
-  model.project.meshes[0]->renumberMap =
-      std::make_shared<std::vector<int>>(std::initializer_list<int>{3, 1, 2});
+  model.Renumber({3, 1, 2});
   EXPECT_THAT(MeshTextOf(model), EndsWith("material\n1 3 1 1  1\n"));
 }
 
@@ -129,16 +127,16 @@ TEST_F(VemoMeshFile, IsWrittenBeforeTheMeshTypesAreTested) {
 TEST_F(VemoMeshFile, MeshFileThatCannotBeCreatedEndsTheRun) {
   const SmallModel model = Nodes(Plane, 3, 2);
   const std::string name = "/nowhere/model.kestol.bon";
-  OutputText results;
-  EXPECT_FATAL(WriteVemoFiles(model.project, results, &name),
+  OutputText file;
+  EXPECT_FATAL(WriteVemoFiles(model.project, model.results, file, &name),
                "can't open file /nowhere/model.kestol.bon\n");
 }
 
 TEST_F(VemoMeshFile, FullDiskEndsTheRun) {
   const SmallModel model = Nodes(Plane, 3, 2);
   const std::string name = "/dev/full";
-  OutputText results;
-  EXPECT_FATAL(WriteVemoFiles(model.project, results, &name),
+  OutputText file;
+  EXPECT_FATAL(WriteVemoFiles(model.project, model.results, file, &name),
                "error: Failed writing to disk. Probably the disk is full\n");
 }
 

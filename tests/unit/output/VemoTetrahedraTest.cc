@@ -27,7 +27,7 @@ SmallModel Solid(int nnode) {
 SmallModel Smoothed() {
   SmallModel model = Solid(4);
   model.project.DoSmoothing = 1;
-  model.project.nodalStresses =
+  model.results.nodalStresses =
       SmallModel::VectorOf({0.0, 0.0, 0.0, 0.0, 0.0, 0.0, 50.0, 20.0, 10.0, 1.0, 2.0, 3.0});
   return model;
 }
@@ -66,14 +66,14 @@ TEST(VemoTetrahedra, SmoothedModelsAreWrittenWhole) {
 TEST(VemoTetrahedra, ShearsStandInTheOrderOfTheArrayWhateverTheNamesSay) {
   SmallModel model = Smoothed();
   // xy, xz, yz.
-  for (int i = 0; i < 3; ++i) model.project.nodalStresses(4 + i) = 7.0 + i;
+  for (int i = 0; i < 3; ++i) model.results.nodalStresses(4 + i) = 7.0 + i;
   EXPECT_THAT(model.Vemo(), HasSubstr("Txy\nTyz\nTxz\n1  0 0 0 7 8 9\n"));
 }
 
 TEST(VemoTetrahedra, VonMisesOfPureShearIsTheRootOfThree) {
   for (const int shear : {4, 5, 6}) {
     SmallModel model = Smoothed();
-    model.project.nodalStresses(shear) = 1.0;
+    model.results.nodalStresses(shear) = 1.0;
     EXPECT_THAT(model.Vemo(), HasSubstr("Von_Misses\n1  1.73205\n"));
   }
 }
@@ -81,17 +81,14 @@ TEST(VemoTetrahedra, VonMisesOfPureShearIsTheRootOfThree) {
 TEST(VemoTetrahedra, VonMisesOfUniaxialStressIsItsSize) {
   for (const int direction : {1, 2, 3}) {
     SmallModel model = Smoothed();
-    model.project.nodalStresses(direction) = -8.0;
+    model.results.nodalStresses(direction) = -8.0;
     EXPECT_THAT(model.Vemo(), HasSubstr("Von_Misses\n1  8\n"));
   }
 }
 
 TEST(VemoTetrahedra, StressesAreStoredByIndexAndPrintedByNumber) {
   SmallModel model = Smoothed();
-  model.NodeOf(1).number = 2;
-  model.NodeOf(2).number = 1;
-  model.project.meshes[0]->renumberMap =
-      std::make_shared<std::vector<int>>(std::initializer_list<int>{2, 1});
+  model.Renumber({2, 1});
   const std::string text = model.Vemo();
   EXPECT_THAT(text, HasSubstr("Txz\n1  50 20 10 1 2 3\n2  0 0 0 0 0 0\n"));
   EXPECT_THAT(text, HasSubstr("Von_Misses\n1  36.6333\n2  0\n"));

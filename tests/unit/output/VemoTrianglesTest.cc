@@ -15,7 +15,7 @@ using testing::HasSubstr;
 using testing::Not;
 
 // Two triangles with the normals +z and +x: angles (0, 0, 0) and (pi/2, 0, pi/2). The values of
-// the arrays tell place and array: 1.. gauss, 101.. local values, 201.. directions.
+// the arrays tell place and array: 1.. local values, 101.. main values, 201.. their angles.
 SmallModel Shell(int stressOption) {
   SmallModel model(Space, 6);
   model.AddMesh(Triangle, 3);
@@ -28,12 +28,12 @@ SmallModel Shell(int stressOption) {
   model.Size();
   model.Displace(2, {0.5, -1.5, 1e-9, 9, 9, 9});
   model.Support(1, {1, 2, 3, 4, 5, 6});
-  Project& project = model.project;
-  project.stressOption = stressOption;
-  project.gaussVariables[0] = SmallModel::Counting(16, 1, 1);
-  if (stressOption != LocalStresses) project.mainDirections[0] = SmallModel::Counting(12, 201, 1);
-  if (stressOption == MainAndLocalStresses)
-    project.localValues[0] = SmallModel::Counting(16, 101, 1);
+  model.project.stressOption = stressOption;
+  PointValues& values = model.results.meshes[0];
+  values.local = SmallModel::Counting(16, 1, 1);
+  if (stressOption == LocalStresses) return model;
+  values.main = SmallModel::Counting(16, 101, 1);
+  values.angles = SmallModel::Counting(12, 201, 1);
   return model;
 }
 
@@ -73,14 +73,14 @@ TEST(VemoTriangles, MainStressesReplaceTheLocalOnes) {
   EXPECT_EQ(Shell(MainStresses).Vemo(),
             std::string(kHead) +
                 "Main Ax. Force  4 1.0 Estatic 2 2 1 \"Triangles\"\nN11\nN22\n0\n"
-                "1 1 2 3\n"
-                "5 9 10 11\n"
+                "1 101 102 103\n"
+                "5 109 110 111\n"
                 "Main Momentus   4 1.0 Estatic 2 2 1 \"Triangles\"\nM11\nM22\n0\n"
-                "1 4 5 6\n"
-                "5 12 13 14\n"
+                "1 104 105 106\n"
+                "5 112 113 114\n"
                 "Shear in Main  4 1.0 Estatic 2 2 1 \"Triangles\"\nQm1\nQm2\n0\n"
-                "1 7 8 0\n"
-                "5 15 16 0\n"
+                "1 107 108 0\n"
+                "5 115 116 0\n"
                 "L Axes Axial    4 1.0 Estatic 6 2 0 \"Triangles\"\n"
                 "1 201 202 203\n"
                 "5 207 208 209\n"
@@ -120,6 +120,20 @@ TEST(VemoTriangles, MainAndLocalStressesTakeTheMainOnesFromTheirOwnArray) {
   EXPECT_THAT(text, HasSubstr("\nQm1\nQm2\n0\n1 107 108 0\n5 115 116 0\n"));
 }
 
+TEST(VemoTriangles, SmoothedModelsWriteTheSmoothedLocalValues) {
+  for (const int option : {LocalStresses, MainAndLocalStresses}) {
+    SmallModel model = Shell(option);
+    model.project.DoSmoothing = 1;
+    model.results.meshes[0].smoothed = SmallModel::Counting(16, 301, 1);
+    const std::string text = model.Vemo();
+    EXPECT_THAT(text, HasSubstr("\nNxy'\n1 301 302 303\n5 309 310 311\n"));
+    EXPECT_THAT(text, HasSubstr("\nMxy'\n1 304 305 306\n5 312 313 314\n"));
+    EXPECT_THAT(text, HasSubstr("\nQx'\nQy'\n0\n1 307 308 0\n5 315 316 0\n"));
+    EXPECT_EQ(text.find("\nN11\nN22\n0\n1 101 102 103\n5 109 110 111\n") != std::string::npos,
+              option == MainAndLocalStresses);
+  }
+}
+
 TEST(VemoTriangles, SixNodesHaveThreePointsOnThreeLines) {
   SmallModel model(Space, 6);
   model.AddMesh(Triangle, 6);
@@ -128,9 +142,9 @@ TEST(VemoTriangles, SixNodesHaveThreePointsOnThreeLines) {
   model.Size();
   model.project.nodesAsRead = 3;
   model.project.stressOption = MainAndLocalStresses;
-  model.project.gaussVariables[0] = SmallModel::Counting(24, 1, 1);
-  model.project.localValues[0] = SmallModel::Counting(24, 101, 1);
-  model.project.mainDirections[0] = SmallModel::Counting(18, 201, 1);
+  model.results.meshes[0].local = SmallModel::Counting(24, 1, 1);
+  model.results.meshes[0].main = SmallModel::Counting(24, 101, 1);
+  model.results.meshes[0].angles = SmallModel::Counting(18, 201, 1);
   const std::string text = model.Vemo();
   EXPECT_THAT(text, HasSubstr(" Number of Gauss Points: 3\n"));
   EXPECT_THAT(text, HasSubstr("Nxy'\n8 1 2 3\n 9 10 11\n 17 18 19\nMain Ax. Force"));
@@ -154,7 +168,7 @@ TEST(VemoTriangles, EveryMeshHasItsOwnStrideAndItsOwnDisplacements) {
   SmallModel model = Shell(LocalStresses);
   model.AddMesh(Triangle, 6);
   model.AddElem(9, {1, 2, 3, 4, 1, 2});
-  model.project.gaussVariables[1] = SmallModel::Counting(24, 31, 1);
+  model.results.meshes[1].local = SmallModel::Counting(24, 31, 1);
   const std::string text = model.Vemo();
   EXPECT_THAT(text, HasSubstr("Nxy'\n1 1 2 3\n5 9 10 11\nMomentus"));
   EXPECT_THAT(text, HasSubstr("Nxy'\n9 31 32 33\n 39 40 41\n 47 48 49\nMomentus"));
