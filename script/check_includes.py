@@ -1,6 +1,11 @@
 #!/usr/bin/env python3
-"""Holds the includes of the source to the table in script/layers: check_includes.py [ROOT].
-Prints each include that breaks it and each folder that it does not name, and exits with 1."""
+"""Holds the includes of the source to the table in script/layers.
+
+    check_includes.py [ROOT]             prints each include that breaks it and each folder that it
+                                         does not name, and exits with 1
+    check_includes.py --folders [ROOT]   prints the folders of the table that exist
+"""
+import argparse
 import pathlib
 import re
 import sys
@@ -21,6 +26,12 @@ def read_table(path):
             else:
                 table[folder] = set(allowed.split())
     return ground, table
+
+
+def folders(root):
+    """The folders of the table that exist, in its order."""
+    return [folder for folder in read_table(root / "script" / "layers")[1]
+            if (root / folder).is_dir()]
 
 
 def owner(path, table):
@@ -45,17 +56,26 @@ def broken(root):
             yield f"{name}: script/layers does not know its folder"
             continue
         for number, line in enumerate(path.read_text().splitlines(), 1):
-            match = re.match(r'\s*#\s*include\s*"([^"]+)"', line)
-            if match is None or match.group(1) in ground:
+            match = re.match(r'\s*#\s*include\s*(["<])([^">]+)[">]', line)
+            if match is None or match.group(2) in ground:
                 continue
-            target = owner(match.group(1), table)
+            target = owner(match.group(2), table)
+            if match.group(1) == "<" and target is None:
+                continue
             if target != folder and target not in table[folder]:
-                yield f"{name}:{number}: {folder}/ must not include {match.group(1)}"
+                yield f"{name}:{number}: {folder}/ must not include {match.group(2)}"
 
 
 def main():
-    root = pathlib.Path(sys.argv[1] if len(sys.argv) > 1 else __file__).resolve()
-    root = root if len(sys.argv) > 1 else root.parent.parent
+    parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
+    parser.add_argument("root", nargs="?", type=pathlib.Path, metavar="ROOT",
+                        default=pathlib.Path(__file__).resolve().parent.parent)
+    parser.add_argument("--folders", action="store_true")
+    arguments = parser.parse_args()
+    root = arguments.root.resolve()
+    if arguments.folders:
+        print("\n".join(folders(root)))
+        return 0
     lines = list(broken(root))
     print("\n".join(lines) if lines else "includes run one way")
     return 1 if lines else 0

@@ -22,9 +22,10 @@ import sys
 import threading
 import time
 
+import check_includes
+
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 WORK = ROOT / "build" / "mutation"
-FOLDERS = ["algebra", "analysis", "input", "main", "model", "output"]
 
 # (what to look for, what to put there)
 FLIPS = [
@@ -121,7 +122,7 @@ class Tree:
 
 def sites(source):
     """All places where a flip applies: (file, line index, start, end, replacement)."""
-    for folder in FOLDERS:
+    for folder in check_includes.folders(source):
         for path in sorted((source / folder).glob("*.cc")):
             for index, line in enumerate(path.read_text().splitlines()):
                 code = line.split("//")[0]
