@@ -134,10 +134,10 @@ void Register() {
 
 }  // namespace
 
+}  // namespace kestol
+
 int main(int argc, char** argv) {
-  Register();
+  kestol::Register();
   benchmark::Initialize(&argc, argv);
   benchmark::RunSpecifiedBenchmarks();
 }
-
-}  // namespace kestol
