@@ -99,6 +99,14 @@ bool IsCoplanar(const Project& project, const Node& node) {
   return !project.coplanar.empty() && project.coplanar[node.number - 1] != 0;
 }
 
+/// The drilling stiffness of each coplanar node of an element.
+template <int N, int P>
+double DrillingStiffness(const ShellElement& shell, const ShellPoints<N, P>& points) {
+  double area = 0.0;
+  for (int p = 0; p < P; ++p) area += points.weight[p];
+  return area * kDrilling * shell.material->t * shell.material->Gxy;
+}
+
 template <int N, int P>
 void AddStiffness(const Project& project, const Mesh& mesh, NodeBlocks& blocks) {
   ShellElement shell(project);
@@ -109,9 +117,7 @@ void AddStiffness(const Project& project, const Mesh& mesh, NodeBlocks& blocks) 
     shell.Evaluate(points);
     const Elasticity D(shell);
     const Block T = BlockOf(shell.T6, 0, 0), R = BlockOf(shell.T6, 3, 3);
-    double area = 0.0;
-    for (int p = 0; p < P; ++p) area += points.weight[p];
-    const double drilling = area * kDrilling * shell.material->t * shell.material->Gxy;
+    const double drilling = DrillingStiffness(shell, points);
     for (int i = 0; i < N; ++i)
       for (int j = i; j < N; ++j) {
         NodePairStiffness K;
@@ -120,6 +126,26 @@ void AddStiffness(const Project& project, const Mesh& mesh, NodeBlocks& blocks) 
         TurnToGlobal(K, T, R, global);
         blocks.Add(*elem->nodes[i], *elem->nodes[j], global);
       }
+  }
+}
+
+/// Adds to `moment` the drilling stiffness times the rotation about the normal, at every node.
+template <int N, int P>
+void AddDrillingMoments(const Project& project, const Mesh& mesh, const ReaVecT& u,
+                        Vector3& moment) {
+  ShellElement shell(project);
+  ShellPoints<N, P> points;
+  for (auto [number, elem] : mesh.elems) {
+    shell.Take(*elem);
+    shell.Evaluate(points);
+    const double drilling = DrillingStiffness(shell, points);
+    const Vector3 normal = {shell.T(1, 3), shell.T(2, 3), shell.T(3, 3)};
+    for (int i = 0; i < N; ++i) {
+      if (!IsCoplanar(project, *elem->nodes[i])) continue;
+      const int first = FirstEquation(elem->nodes[i]->number, project.dofsPerNode);
+      const Vector3 rotation = {u(first + 3), u(first + 4), u(first + 5)};
+      moment = Plus(moment, Times(normal, drilling * Dot(normal, rotation)));
+    }
   }
 }
 
@@ -176,6 +202,18 @@ void ShellResultants(const Project& project, const Mesh& mesh, const ReaVecT& u,
     Resultants<3, 1>(project, mesh, u, values);
   else
     Resultants<6, 3>(project, mesh, u, values);
+}
+
+Vector3 DrillingMoment(const Project& project, const ReaVecT& u) {
+  Vector3 moment{};
+  for (const auto& mesh : project.meshes) {
+    if (mesh->elemType != Triangle) continue;
+    if (mesh->nnode == 3)
+      AddDrillingMoments<3, 1>(project, *mesh, u, moment);
+    else
+      AddDrillingMoments<6, 3>(project, *mesh, u, moment);
+  }
+  return moment;
 }
 
 }  // namespace kestol

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "algebra/ReaVecT.h"
+#include "algebra/Vector3.h"
 #include "analysis/NodeBlocks.h"
 
 namespace kestol {
@@ -17,5 +18,9 @@ void AddShellLoads(const Project& project, const Mesh& mesh, ReaVecT& f);
 /// Resultants at the integration points, 8 each (Nx' Ny' Nxy' Mx' My' Mxy' Qx' Qy'), in local axes:
 /// one point per 3-noded element, three per 6-noded one.
 void ShellResultants(const Project& project, const Mesh& mesh, const ReaVecT& u, ReaVecT& values);
+
+/// The sum over all shells of their drilling stiffness times the rotations u has there: a moment
+/// that the ground holds, since the stiffness stands between the node and nothing else.
+Vector3 DrillingMoment(const Project& project, const ReaVecT& u);
 
 }  // namespace kestol

@@ -24,6 +24,10 @@ constexpr int kFaces[4][6] = {
 /// The corner opposite to each face, which tells the inside from the outside.
 constexpr int kOpposite[4] = {3, 0, 1, 2};
 
+Vector3 ValuesOf(const PreassureLT& load) {
+  return {load.values(1), load.values(2), load.values(3)};
+}
+
 /// Every node receives the sum over the points of q N w.
 template <int N, int P>
 void AddVolumeLoad(NodalForces& forces, const Elem& elem, const SolidPoints<N, P>& points,
@@ -35,33 +39,9 @@ void AddVolumeLoad(NodalForces& forces, const Elem& elem, const SolidPoints<N, P
   }
 }
 
-/// A load on one face: on the corners of a four-noded element a third of the face each; with ten
-/// nodes on the mid-sides, each with the area and the normal of the surface at its own place.
-void AddFaceLoad(NodalForces& forces, const Elem& elem, const PreassureLT& load, const Vector3& q) {
-  const int* face = kFaces[load.face];
-  const auto at = [&](int place) { return PositionOf(*elem.nodes[face[place]]); };
-  const Vector3 inside = Minus(PositionOf(*elem.nodes[kOpposite[load.face]]), at(0));
-  const double outward = Dot(Cross(Minus(at(1), at(0)), Minus(at(2), at(0))), inside) > 0 ? -1 : 1;
-  if (elem.nnode == 4) {
-    const Vector3 area = Cross(Minus(at(1), at(0)), Minus(at(2), at(0)));
-    const double size = Norm(area);
-    const Vector3 p = SurfaceLoad(load.kind, q, ArbitraryFrame(Times(area, outward / size)));
-    for (int k = 0; k < 3; ++k) forces.Add(*elem.nodes[face[k]], 0, p, size / 6);
-    return;
-  }
-  for (int k = 0; k < 3; ++k) {
-    const tri6::Derivatives dN = tri6::ShapeDerivatives(tri6::kPoints[k]);
-    Vector3 Xs{}, Xt{};
-    for (int i = 0; i < 6; ++i)
-      for (int a = 0; a < 3; ++a) {
-        Xs[a] += dN.s[i] * at(i)[a];
-        Xt[a] += dN.t[i] * at(i)[a];
-      }
-    const Vector3 area = Cross(Xs, Xt);
-    const double size = Norm(area);
-    const Vector3 p = SurfaceLoad(load.kind, q, ArbitraryFrame(Times(area, outward / size)));
-    forces.Add(*elem.nodes[face[k + 3]], 0, p, size * tri6::kWeight);
-  }
+void AddFaceLoad(NodalForces& forces, const Elem& elem, const PreassureLT& load) {
+  for (const FaceShare& share : SharesOfFace(elem, load))
+    forces.Add(*share.node, 0, share.pressure, share.area);
 }
 
 template <int N, int P, class Evaluate>
@@ -75,16 +55,45 @@ void AddLoads(const Project& project, const Mesh& mesh, ReaVecT& f, Evaluate eva
     evaluate(*elem, points);
     if (weight > kZero) AddVolumeLoad(forces, *elem, points, WeightAlongGravity(project, weight));
     for (const PreassureLT* load = first; load != nullptr; load = load->next.get()) {
-      const Vector3 q = {load->values(1), load->values(2), load->values(3)};
       if (load->face == -1)
-        AddVolumeLoad(forces, *elem, points, q);
+        AddVolumeLoad(forces, *elem, points, ValuesOf(*load));
       else
-        AddFaceLoad(forces, *elem, *load, q);
+        AddFaceLoad(forces, *elem, *load);
     }
   }
 }
 
 }  // namespace
+
+std::array<FaceShare, 3> SharesOfFace(const Elem& elem, const PreassureLT& load) {
+  const int* face = kFaces[load.face];
+  const Vector3 q = ValuesOf(load);
+  const auto at = [&](int place) { return PositionOf(*elem.nodes[face[place]]); };
+  const Vector3 inside = Minus(PositionOf(*elem.nodes[kOpposite[load.face]]), at(0));
+  const double outward = Dot(Cross(Minus(at(1), at(0)), Minus(at(2), at(0))), inside) > 0 ? -1 : 1;
+  std::array<FaceShare, 3> shares;
+  if (elem.nnode == 4) {
+    const Vector3 area = Cross(Minus(at(1), at(0)), Minus(at(2), at(0)));
+    const double size = Norm(area);
+    const Vector3 p = SurfaceLoad(load.kind, q, ArbitraryFrame(Times(area, outward / size)));
+    for (int k = 0; k < 3; ++k) shares[k] = {elem.nodes[face[k]], p, size / 6};
+    return shares;
+  }
+  for (int k = 0; k < 3; ++k) {
+    const tri6::Derivatives dN = tri6::ShapeDerivatives(tri6::kPoints[k]);
+    Vector3 Xs{}, Xt{};
+    for (int i = 0; i < 6; ++i)
+      for (int a = 0; a < 3; ++a) {
+        Xs[a] += dN.s[i] * at(i)[a];
+        Xt[a] += dN.t[i] * at(i)[a];
+      }
+    const Vector3 area = Cross(Xs, Xt);
+    const double size = Norm(area);
+    const Vector3 p = SurfaceLoad(load.kind, q, ArbitraryFrame(Times(area, outward / size)));
+    shares[k] = {elem.nodes[face[k + 3]], p, size * tri6::kWeight};
+  }
+  return shares;
+}
 
 void AddSolidLoads(const Project& project, const Mesh& mesh, ReaVecT& f) {
   if (mesh.nnode == 4)

@@ -1,11 +1,11 @@
 // Project::WriteResults: the text report.
 
-#include "analysis/BeamElement.h"
 #include "analysis/Results.h"
 #include "input/Project.h"
 #include "main/ErrorChannel.h"
 #include "output/ListedNodes.h"
 #include "output/OutputText.h"
+#include "results/BeamResults.h"
 
 namespace kestol {
 
@@ -50,27 +50,9 @@ void WriteReactions(const Project& project, const Results& results, OutputText& 
 
 // Forces on one end of a beam. Deliberate: a blank stands behind each value, the last one too,
 // while the lines of nodes have it before each value.
-void WriteEnd(const double* stored, const double* fromLoads, int dofs, OutputText& output) {
-  for (int d = 0; d < dofs; ++d) output << stored[d] - fromLoads[d] << ' ';
+void WriteEnd(const std::array<double, 6>& forces, int dofs, OutputText& output) {
+  for (int d = 0; d < dofs; ++d) output << forces[d] << ' ';
   output << '\n';
-}
-
-// Equivalent end forces of all loads on the beam, local axes. They would go to global axes and
-// back on their way into the report; that changes nothing but the last digits.
-BeamEndForces EndForcesOfLoads(const Project& project, const Elem& elem, BeamElement& beam) {
-  BeamEndForces sum;
-  if (!beam.HasLoads(elem)) return sum;
-  beam.TakeAxes(elem);
-  beam.TakeLoads();
-  for (const BeamLoad& load : beam.loads) {
-    const BeamEndForces forces =
-        EquivalentEndForces(load, beam.L, project.problemType, beam.endCode);
-    for (int d = 0; d < project.dofsPerNode; ++d) {
-      sum.f1[d] += forces.f1[d];
-      sum.f2[d] += forces.f2[d];
-    }
-  }
-  return sum;
 }
 
 void WriteStrengths(const Project& project, const Results& results, int m, OutputText& output) {
@@ -86,9 +68,9 @@ void WriteStrengths(const Project& project, const Results& results, int m, Outpu
     output << "Element " << number
            << " local strength. nodes: " << mesh.ExternalNumber(elem->nodes[0]) << ' '
            << mesh.ExternalNumber(elem->nodes[1]) << '\n';
-    const BeamEndForces loads = EndForcesOfLoads(project, *elem, beam);
-    WriteEnd(stored, loads.f1.data(), dofs, output);
-    WriteEnd(stored + dofs, loads.f2.data(), dofs, output);
+    const BeamEndForces ends = EndForcesOf(beam, *elem, stored);
+    WriteEnd(ends.f1, dofs, output);
+    WriteEnd(ends.f2, dofs, output);
     stored += 2 * dofs;
   }
 }

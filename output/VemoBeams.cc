@@ -4,11 +4,12 @@
 #include <string_view>
 
 #include "analysis/Results.h"
+#include "analysis/TurnBlock.h"
 #include "input/Project.h"
 #include "model/EulerAngles.h"
-#include "output/BeamStations.h"
 #include "output/OutputText.h"
 #include "output/VemoBlocks.h"
+#include "results/BeamStations.h"
 
 namespace kestol {
 
@@ -31,18 +32,6 @@ constexpr const char* kSpaceHeaders[] = {
     "Z'_Momentus    4 1.0 Estatic 2 2 0 \"Beams\"\n",
 };
 
-// A diagram is drawn along this global direction, times the strength: local z for what acts in or
-// turns the local x-z plane (c = 3 and 5 in space), else local y. Moments lie on the tension side.
-struct Direction {
-  double x, y, z;
-};
-Direction DiagramDirection(const Matriu& T, int problemType, int c) {
-  const int column = problemType == Space && (c == 3 || c == 5) ? 3 : 2;
-  const bool negated = c > 3 || (problemType == Plane && c == 3);
-  const double sign = negated ? -1.0 : 1.0;
-  return {sign * T(1, column), sign * T(2, column), sign * T(3, column)};
-}
-
 void WriteDisplacements(const Project& project, const Results& results, const Mesh& mesh,
                         BeamElement& beam, OutputText& file) {
   file << "BDisplacements 4 1.0 Estatic 2 2 1 \"Beams\"\nX\nY\nZ\n";
@@ -63,7 +52,7 @@ void WriteDisplacements(const Project& project, const Results& results, const Me
 // again keeps its text.
 class StationLine {
 public:
-  explicit StationLine(const Direction& direction) : direction_(direction) {}
+  explicit StationLine(const Vector3& direction) : direction_(direction) {}
 
   std::string_view TextOf(double value) {
     const auto bits = std::bit_cast<std::uint64_t>(value);
@@ -76,16 +65,16 @@ private:
   void Compose(double value) {
     char* to = text_;
     *to++ = ' ';
-    to = WriteVectorForm(to, value * direction_.x);
-    to = WriteVectorForm(to, value * direction_.y);
-    to = WriteVectorForm(to, value * direction_.z);
+    to = WriteVectorForm(to, value * direction_[0]);
+    to = WriteVectorForm(to, value * direction_[1]);
+    to = WriteVectorForm(to, value * direction_[2]);
     *to++ = ' ';
     to = WriteDefault(to, value);
     *to++ = '\n';
     end_ = to;
   }
 
-  Direction direction_;
+  Vector3 direction_;
   std::uint64_t bits_ = 0;
   char text_[4 * kNumberLength + 3];
   char* end_ = text_;
@@ -100,7 +89,7 @@ void WriteStrength(const Project& project, const Results& results, int m, int c,
     beam.TakeAxes(*elem);
     beam.TakeLoads();
     const BeamStrength strength(beam, ends, c);
-    StationLine line(DiagramDirection(beam.T, project.problemType, c));
+    StationLine line(DiagramDirection(FrameOf(RotationOf(beam.T)), project.problemType, c));
     ends += 2 * project.dofsPerNode;
     file << number;
     for (std::int64_t s = 0; s <= D; ++s)

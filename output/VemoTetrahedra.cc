@@ -1,11 +1,10 @@
-#include <cmath>
-
 #include "analysis/PointLayout.h"
 #include "analysis/Results.h"
 #include "input/Project.h"
 #include "output/ListedNodes.h"
 #include "output/OutputText.h"
 #include "output/VemoBlocks.h"
+#include "results/StressTensor.h"
 
 namespace kestol {
 
@@ -13,13 +12,6 @@ namespace {
 
 const double* StressesOf(const Results& results, const Node& node) {
   return results.nodalStresses.begin() + 6 * (node.number - 1);
-}
-
-// Square root of the second invariant of the deviator, times the root of 3.
-double VonMisses(const double* s) {
-  const double xy = s[0] - s[1], yz = s[1] - s[2], zx = s[2] - s[0];
-  const double shears = s[3] * s[3] + s[4] * s[4] + s[5] * s[5];
-  return std::sqrt(0.5 * (xy * xy + yz * yz + zx * zx + 6.0 * shears));
 }
 
 void WriteStresses(const Project& project, const Results& results, OutputText& file) {
@@ -36,7 +28,7 @@ void WriteStresses(const Project& project, const Results& results, OutputText& f
 void WriteVonMisses(const Project& project, const Results& results, OutputText& file) {
   file << "Von Misses     4 1.0 Estatic 1 1 1\nVon_Misses\n";
   ForEachListedNode(project, [&](int number, const Node& node) {
-    file << number << "  " << VonMisses(StressesOf(results, node)) << '\n';
+    file << number << "  " << VonMises(FromSolverOrder(StressesOf(results, node))) << '\n';
   });
 }
 

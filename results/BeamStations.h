@@ -2,7 +2,9 @@
 
 #include <array>
 
+#include "algebra/Vector3.h"
 #include "analysis/BeamElement.h"
+#include "model/Frame.h"
 
 namespace kestol {
 
@@ -24,6 +26,10 @@ public:
   /// Global x, y, z; z is 0 in the plane.
   std::array<double, 3> At(double xi) const;
 
+  /// The rotation of the section, global; about z only in the plane. At a hinged end it is the
+  /// beam's own, not the node's.
+  std::array<double, 3> RotationAt(double xi) const;
+
 private:
   /// Deflection in one plane of bending.
   struct Deflection {
@@ -34,10 +40,14 @@ private:
   static Deflection DeflectionOf(double d1, double s1, double d2, double s2, double load,
                                  int endCode);
   double BubbleAt(double xi) const;
+  double BubbleSlopeAt(double xi) const;
 
-  double u1_, u2_;    ///< axial displacements of the ends
-  double axialLoad_;  ///< qx L^2 / 2EA
-  Deflection v_, w_;  ///< along local y and z
+  double u1_, u2_;                      ///< axial displacements of the ends
+  double axialLoad_;                    ///< qx L^2 / 2EA
+  Deflection v_, w_;                    ///< along local y and z
+  double twist1_ = 0.0, twist2_ = 0.0;  ///< rotations of the ends about local x
+  double twistLoad_ = 0.0;              ///< m L^2 / 2GJ
+  double L_ = 0.0;
   int endCode_;
   bool plane_;
   double R_[3][3];  ///< local axes as columns
@@ -57,5 +67,10 @@ private:
   int c_;
   double end1_, end2_;  ///< without loads
 };
+
+/// The global direction along which the diagram of strength c is drawn, times the strength: local z
+/// for what acts in or turns the local x-z plane (c = 3 and 5 in space), else local y. Moments lie
+/// on the tension side.
+Vector3 DiagramDirection(const Frame& axes, int problemType, int c);
 
 }  // namespace kestol

@@ -1,4 +1,4 @@
-#include "output/BeamStations.h"
+#include "results/BeamStations.h"
 
 #include "input/Project.h"
 
@@ -31,15 +31,20 @@ BeamDisplacements::BeamDisplacements(const BeamElement& beam, const ReaVecT& dis
   double a[6], b[6];  // displacements of ends 1 and 2
   beam.LocalDisplacements(displacements, a, b);
 
+  L_ = L;
   u1_ = a[0];
   u2_ = b[0];
   axialLoad_ = q.qx * L2 / (2.0 * E * material.A);
   const int turn = plane_ ? 2 : 5;  // rotation about local z
   v_ = DeflectionOf(a[1], a[turn] * L, b[1], b[turn] * L, q.qy * L2 * L2 / (E * material.Iz),
                     endCode_);
-  if (!plane_)
+  if (!plane_) {
+    twist1_ = a[3];
+    twist2_ = b[3];
+    twistLoad_ = q.m * L2 / (2.0 * material.Gxy * material.J);
     w_ = DeflectionOf(a[2], -a[4] * L, b[2], -b[4] * L, q.qz * L2 * L2 / (E * material.Iy),
                       endCode_);
+  }
   for (int i = 0; i < 3; ++i)
     for (int j = 0; j < 3; ++j) R_[i][j] = beam.T(i + 1, j + 1);
 }
@@ -77,6 +82,20 @@ double BeamDisplacements::BubbleAt(double xi) const {
   }
 }
 
+double BeamDisplacements::BubbleSlopeAt(double xi) const {
+  const double eta = 1.0 - xi;
+  switch (endCode_) {
+    case BothFixed:
+      return xi * eta * (1.0 - 2.0 * xi) / 12.0;
+    case HingeAtEnd2:
+      return xi * (6.0 - 15.0 * xi + 8.0 * xi * xi) / 48.0;
+    case HingeAtEnd1:
+      return eta * (1.0 + xi - 8.0 * xi * xi) / 48.0;
+    default:
+      return (1.0 - 2.0 * xi) * (1.0 + 2.0 * xi * eta) / 24.0;
+  }
+}
+
 std::array<double, 3> BeamDisplacements::At(double xi) const {
   const double eta = 1.0 - xi, xi2 = xi * xi;
   const double h1 = 1.0 - xi2 * (3.0 - 2.0 * xi), h2 = xi2 * (3.0 - 2.0 * xi);
@@ -94,6 +113,23 @@ std::array<double, 3> BeamDisplacements::At(double xi) const {
           R_[2][0] * u + R_[2][1] * v + R_[2][2] * w};
 }
 
+std::array<double, 3> BeamDisplacements::RotationAt(double xi) const {
+  const double eta = 1.0 - xi;
+  const double h2 = 6.0 * xi * eta, g1 = eta * (1.0 - 3.0 * xi), g2 = -xi * (2.0 - 3.0 * xi);
+  const double bubble = BubbleSlopeAt(xi);
+  const auto slope = [&](const Deflection& d) {
+    return ((d.d2 - d.d1) * h2 + d.s1 * g1 + d.s2 * g2 + d.load * bubble) / L_;
+  };
+  const double aboutZ = slope(v_);
+  if (plane_) return {0.0, 0.0, aboutZ};
+  const double aboutX = eta * twist1_ + xi * twist2_ + twistLoad_ * xi * eta;
+  const double aboutY = -slope(w_);
+  std::array<double, 3> rotation;
+  for (int i = 0; i < 3; ++i)
+    rotation[i] = R_[i][0] * aboutX + R_[i][1] * aboutY + R_[i][2] * aboutZ;
+  return rotation;
+}
+
 BeamStrength::BeamStrength(const BeamElement& beam, const double* ends, int c)
     : beam_(beam), c_(c) {
   const double sign = beam.project.problemType == Plane ? kPlaneSigns[c - 1] : kSpaceSigns[c - 1];
@@ -108,6 +144,12 @@ double BeamStrength::At(double xi) const {
   for (const BeamLoad& load : beam_.loads)
     value += StationStrength(load, c_, xi, beam_.L, beam_.project.problemType, beam_.endCode);
   return value;
+}
+
+Vector3 DiagramDirection(const Frame& axes, int problemType, int c) {
+  const Vector3& axis = problemType == Space && (c == 3 || c == 5) ? axes.z : axes.y;
+  const bool negated = c > 3 || (problemType == Plane && c == 3);
+  return Times(axis, negated ? -1.0 : 1.0);
 }
 
 }  // namespace kestol

@@ -5,7 +5,7 @@
 #include <cmath>
 #include <string>
 
-#include "output/BeamStations.h"
+#include "results/BeamStations.h"
 #include "tests/support/SmallModel.h"
 
 namespace kestol {

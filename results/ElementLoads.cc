@@ -1,0 +1,85 @@
+#include "results/ElementLoads.h"
+
+#include "analysis/BeamElement.h"
+#include "analysis/Solid.h"
+#include "analysis/Surface.h"
+#include "model/Elem.h"
+
+namespace kestol {
+
+namespace {
+
+Vector3 ValuesOf(const PreassureLT& load) {
+  return {load.values(1), load.values(2), load.values(3)};
+}
+
+void AddToBeam(const Project& project, const Elem& elem, const PreassureLT& load,
+               ElementLoads& sum) {
+  BeamElement beam(project);
+  beam.TakeAxes(elem);
+  const auto column = [&T = beam.T](int c) { return Vector3{T(1, c), T(2, c), T(3, c)}; };
+  const Frame axes = {column(1), column(2), column(3)};
+  const BeamLoad q = LocalIntensities(load, elem, beam.T, project.problemType);
+  sum.perLength = Plus(sum.perLength, axes.ToGlobal({q.qx, q.qy, q.qz}));
+  sum.couplePerLength = Plus(sum.couplePerLength, Times(axes.x, q.m));
+}
+
+void AddToShell(const Project& project, const Elem& elem, const PreassureLT& load,
+                ElementLoads& sum) {
+  if (load.face != -1) {
+    sum.perLength = Plus(sum.perLength, ValuesOf(load));
+    return;
+  }
+  Matriu T, T6;
+  elem.ShellAxes(T, T6, elem.GetMaterial(project.materials));
+  const auto column = [&T](int c) { return Vector3{T(1, c), T(2, c), T(3, c)}; };
+  const Frame axes = {column(1), column(2), column(3)};
+  sum.perArea = Plus(sum.perArea, SurfaceLoad(load.kind, ValuesOf(load), axes));
+  if (load.kind == LocalPressure)
+    sum.couplePerArea = Plus(sum.couplePerArea, Times(axes.x, load.values(4)));
+}
+
+/// A pressure that turns with a curved face has its mean here.
+void AddToSolid(const Elem& elem, const PreassureLT& load, ElementLoads& sum) {
+  if (load.face == -1) {
+    sum.perVolume = Plus(sum.perVolume, ValuesOf(load));
+    return;
+  }
+  Vector3 force{};
+  double area = 0.0;
+  for (const FaceShare& share : SharesOfFace(elem, load)) {
+    force = Plus(force, Times(share.pressure, share.area));
+    area += share.area;
+  }
+  sum.perArea = Plus(sum.perArea, Times(force, 1.0 / area));
+}
+
+}  // namespace
+
+ElementLoads LoadsOnElement(const Project& project, const Elem& elem) {
+  ElementLoads sum;
+  for (const PreassureLT* load = project.loads.Get(elem.number); load != nullptr;
+       load = load->next.get()) {
+    switch (elem.mesh->elemType) {
+      case Linear:
+        AddToBeam(project, elem, *load, sum);
+        break;
+      case Triangle:
+        AddToShell(project, elem, *load, sum);
+        break;
+      case Tetrahedra:
+        AddToSolid(elem, *load, sum);
+        break;
+      default:
+        break;
+    }
+  }
+  return sum;
+}
+
+BeamHinges HingesOf(const Project& project, const Elem& beam) {
+  const int code = project.EndCodeOf(beam.number);
+  return {code == BothHinged || code == HingeAtEnd1, code == BothHinged || code == HingeAtEnd2};
+}
+
+}  // namespace kestol
