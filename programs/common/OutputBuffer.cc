@@ -1,7 +1,7 @@
 #include "programs/common/OutputBuffer.h"
 
+#include <algorithm>
 #include <charconv>
-#include <cstring>
 
 namespace kestol {
 
@@ -16,13 +16,26 @@ char* WriteShortest(char* to, std::int64_t value) {
 OutputBuffer::OutputBuffer()
     : buffer_(new char[kLargestRoom]), cursor_(buffer_.get()), limit_(cursor_ + kLargestRoom) {}
 
-void OutputBuffer::Write(const void* data, std::size_t size) {
-  if (static_cast<std::size_t>(limit_ - cursor_) < size) {
-    Flush();
-    if (size >= kLargestRoom) return HandOver(static_cast<const char*>(data), size);
-  }
+void OutputBuffer::WriteLarge(const void* data, std::size_t size) {
+  Flush();
+  if (size >= kLargestRoom) return HandOver(static_cast<const char*>(data), size);
   std::memcpy(cursor_, data, size);
   cursor_ += size;
+}
+
+void OutputBuffer::WriteZeros(std::size_t size) {
+  constexpr std::size_t kWorthAHole = 64 * 1024;
+  if (size >= kWorthAHole) {
+    Flush();
+    if (SkipZeros(size)) return;
+  }
+  while (size > 0) {
+    const std::size_t part = std::min(size, kLargestRoom);
+    char* const to = Room(part);
+    std::memset(to, 0, part);
+    Advance(to + part);
+    size -= part;
+  }
 }
 
 void OutputBuffer::Flush() {

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <memory>
 #include <span>
 #include <string>
@@ -47,7 +48,13 @@ public:
   OutputBuffer& operator<<(int value) { return *this << std::int64_t{value}; }
 
   /// Bytes as they are; large blocks go out without a copy.
-  void Write(const void* data, std::size_t size);
+  void Write(const void* data, std::size_t size) {
+    if (static_cast<std::size_t>(limit_ - cursor_) < size) return WriteLarge(data, size);
+    std::memcpy(cursor_, data, size);
+    cursor_ += size;
+  }
+  /// `size` bytes of 0; long runs of a file become holes of it.
+  void WriteZeros(std::size_t size);
 
   /// Where the next `size` (at most kLargestRoom) bytes may be written; Advance takes them in.
   char* Room(std::size_t size) {
@@ -63,6 +70,9 @@ public:
 
 private:
   virtual void HandOver(const char* data, std::size_t size) = 0;
+  /// Skips `size` bytes that read as 0; false when this output cannot.
+  virtual bool SkipZeros(std::size_t /*size*/) { return false; }
+  void WriteLarge(const void* data, std::size_t size);
 
   std::unique_ptr<char[]> buffer_;
   char* cursor_;

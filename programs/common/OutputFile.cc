@@ -101,6 +101,19 @@ void OutputFile::HandOver(const char* data, std::size_t size) {
   }
 }
 
+// What is skipped at the very end needs the size to be set: nothing is written behind it.
+bool OutputFile::SkipZeros(std::size_t size) {
+  if (temporary_.empty()) return false;
+  const off_t end = ::lseek(file_, static_cast<off_t>(size), SEEK_CUR);
+  if (end < 0 || ::ftruncate(file_, end) != 0) Fail("failed writing to ");
+  return true;
+}
+
+std::string OutputFile::Path() const {
+  if (name_ == "-") return "/dev/stdout";
+  return temporary_.empty() ? name_ : temporary_;
+}
+
 void OutputFile::Commit() {
   Flush();
   if (file_ > STDERR_FILENO) {

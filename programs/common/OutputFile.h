@@ -24,9 +24,13 @@ public:
 
   const std::string& Name() const { return name_; }
 
+  /// Where another writer may put the file, by name, before Commit.
+  std::string Path() const;
+
 private:
   void OpenBeside();
   void HandOver(const char* data, std::size_t size) override;
+  bool SkipZeros(std::size_t size) override;
   void Discard();
   [[noreturn]] void Fail(const char* what);
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <bit>
 #include <cstdint>
 #include <functional>
@@ -44,10 +45,17 @@ public:
   }
   template <class T, std::size_t N>
   void Add(const std::array<T, N>& values) {
-    if (encoding_ == VtuEncoding::Raw && N <= 16) {
-      for (const T value : values) PutBytes(value);
+    Add(std::span<const T>(values));
+  }
+  /// `count` zeros of type T.
+  template <class T>
+  void AddZeros(std::int64_t count) {
+    if (encoding_ == VtuEncoding::Raw) {
+      const auto size = static_cast<std::size_t>(count) * sizeof(T);
+      output_.WriteZeros(size);
+      bytes_ += size;
     } else {
-      Add(std::span<const T>(values));
+      for (; count > 0; --count) Add(T{0});
     }
   }
 

@@ -1,0 +1,360 @@
+#include "programs/common/ResultGrid.h"
+
+#include <limits>
+#include <utility>
+
+#include "programs/common/RunProgram.h"
+
+namespace kestol {
+
+namespace {
+
+const std::vector<std::string> kTensorNames = {"XX", "YY", "ZZ", "XY", "YZ", "XZ"};
+const std::vector<std::string> kVectorNames = {"x", "y", "z"};
+const std::vector<std::string> kSurfaceNames = {"xx", "yy", "xy"};
+
+VtuCell CellTypeOf(const Mesh& mesh) {
+  switch (mesh.elemType) {
+    case Linear:
+      return kVtuPolyLine;
+    case Triangle:
+      return mesh.nnode == 3 ? kVtuTriangle : kVtuQuadraticTriangle;
+    default:
+      return mesh.nnode == 4 ? kVtuTetra : kVtuQuadraticTetra;
+  }
+}
+
+}  // namespace
+
+ResultGrid::ResultGrid(const ResultData& data)
+    : data_(data), stresses_(data.project, data.results) {
+  CountCells();
+  TakeShells();
+  TakeMainStresses();
+  AddGeometry();
+  AddNodeData();
+  if (data_.solved && data_.HasBeams()) AddBeamPointData();
+  if (stresses_.Exist()) AddSolidPointData();
+  AddElementData();
+  if (data_.HasBeams() || data_.hasShells) AddAxes();
+  if (data_.solved && data_.hasShells) AddShellData();
+  AddElementLoads();
+}
+
+/// Calls action(mesh, elem) in the order of the cells.
+template <class Action>
+void ResultGrid::ForEachElement(Action action) const {
+  for (const auto& mesh : data_.project.meshes)
+    for (const auto [number, elem] : mesh->elems) action(*mesh, *elem);
+}
+
+void ResultGrid::CountCells() {
+  for (const auto& mesh : data_.project.meshes) {
+    std::int64_t elements = 0;
+    for (auto it = mesh->elems.begin(); it != mesh->elems.end(); ++it) ++elements;
+    cells_ += elements;
+    corners_ += elements * (mesh->elemType == Linear ? data_.beams.stations : mesh->nnode);
+  }
+  constexpr std::int64_t kMost = std::numeric_limits<std::int32_t>::max();
+  if (corners_ > kMost || PointCount() > kMost)
+    throw ProgramError("the model is too large for one VTU file");
+}
+
+void ResultGrid::TakeShells() {
+  const Results* const results = data_.solved ? &data_.results : nullptr;
+  ForEachShell(data_.project, results, [&](const ShellView& shell) {
+    const ShellForces mean = shell.Mean();
+    shells_.push_back({shell.axes, shell.thickness, mean, ShellMainOf(mean, shell.axes)});
+  });
+}
+
+void ResultGrid::TakeMainStresses() {
+  if (!stresses_.Exist()) return;
+  mainStresses_.reserve(data_.nodes.size());
+  for (const Node* node : data_.nodes)
+    mainStresses_.push_back(MainStressOf(stresses_.Of(node->number)));
+}
+
+void ResultGrid::AddGeometry() {
+  grid_.points = {"Points", VtuType::Float64, 3, PointCount(), [this](VtuValues& out) {
+                    for (const Node* node : data_.nodes) out.Add(PositionOf(*node));
+                    for (int b = 0; b < data_.beams.Count(); ++b)
+                      for (int s = 0; s < data_.beams.stations; ++s)
+                        out.Add(data_.beams.PositionOf(b, s));
+                  }};
+  grid_.connectivity = {
+      "connectivity", VtuType::Int32, 1, corners_, [this](VtuValues& out) {
+        auto station = static_cast<std::int32_t>(NodeCount());
+        ForEachElement([&](const Mesh& mesh, const Elem& elem) {
+          if (mesh.elemType == Linear) {
+            for (int s = 0; s < data_.beams.stations; ++s) out.Add(station++);
+            return;
+          }
+          std::array<std::int32_t, 10> places;
+          for (int i = 0; i < mesh.nnode; ++i)
+            places[static_cast<std::size_t>(i)] =
+                data_.placeOfIndex[static_cast<std::size_t>(elem.nodes[i]->number)];
+          out.Add(
+              std::span<const std::int32_t>(places.data(), static_cast<std::size_t>(mesh.nnode)));
+        });
+      }};
+  grid_.offsets = {"offsets", VtuType::Int32, 1, cells_, [this](VtuValues& out) {
+                     std::int32_t end = 0;
+                     ForEachElement([&](const Mesh& mesh, const Elem&) {
+                       end += mesh.elemType == Linear ? data_.beams.stations : mesh.nnode;
+                       out.Add(end);
+                     });
+                   }};
+  grid_.types = {"types", VtuType::UInt8, 1, cells_, [this](VtuValues& out) {
+                   ForEachElement([&](const Mesh& mesh, const Elem&) {
+                     out.Add(static_cast<std::uint8_t>(CellTypeOf(mesh)));
+                   });
+                 }};
+}
+
+/// An array of N values of type T at nodes, valueAt(node); zeros at stations.
+template <class T, int N, class ValueAt>
+void ResultGrid::AddAtNodes(const std::string& name, VtuType type, ValueAt valueAt,
+                            std::vector<std::string> componentNames) {
+  grid_.pointData.push_back({name, type, N, PointCount(),
+                             [this, valueAt](VtuValues& out) {
+                               for (const Node* node : data_.nodes)
+                                 out.Add(std::array<T, N>(valueAt(*node)));
+                               out.AddZeros<T>(StationCount() * N);
+                             },
+                             std::move(componentNames)});
+}
+
+void ResultGrid::AddVectorWithStations(const std::string& name, bool rotations) {
+  grid_.pointData.push_back(
+      {name, VtuType::Float64, 3, PointCount(),
+       [this, rotations](VtuValues& out) {
+         for (const Node* node : data_.nodes) {
+           const NodeDisplacement at = DisplacementOf(data_.project, data_.results, *node);
+           out.Add(rotations ? at.rotation : at.u);
+         }
+         for (const Vector3& v : rotations ? data_.beams.rotations : data_.beams.displacements)
+           out.Add(v);
+       },
+       kVectorNames});
+}
+
+void ResultGrid::AddNodeData() {
+  const bool turns = !data_.hasSolids;
+  AddAtNodes<std::int32_t, 1>("node", VtuType::Int32, [this](const Node& node) {
+    return std::array<std::int32_t, 1>{data_.NumberOf(node)};
+  });
+  if (data_.solved) {
+    AddVectorWithStations(data_.Label("U", "L"), false);
+    if (turns) AddVectorWithStations(data_.Label("R", "rad"), true);
+  }
+  AddAtNodes<std::uint8_t, 6>(
+      "support", VtuType::UInt8,
+      [this](const Node& node) {
+        std::array<std::uint8_t, 6> flags{};
+        if (!node.constraint) return flags;
+        const int dofs = std::min(node.constraint->dofs, data_.project.dofsPerNode);
+        for (int d = 0; d < dofs; ++d) {
+          const bool turn = data_.project.problemType == Plane && d == 2;  // about z
+          if (node.constraint->IsConstrained(d))
+            flags[static_cast<std::size_t>(turn ? 5 : d)] =
+                static_cast<std::uint8_t>(node.constraint->codes[d]);
+        }
+        return flags;
+      },
+      {"x", "y", "z", "rx", "ry", "rz"});
+  if (!data_.project.meshes.empty() && data_.HasBeams())
+    AddAtNodes<std::uint8_t, 1>("hinge", VtuType::UInt8, [](const Node& node) {
+      return std::array<std::uint8_t, 1>{static_cast<std::uint8_t>(node.rotule != 0 ? 1 : 0)};
+    });
+  const auto addForces = [&](const std::string& name, const std::string& unit, auto valueAt) {
+    AddAtNodes<double, 3>(
+        data_.Label(name, unit), VtuType::Float64,
+        [this, valueAt](const Node& node) { return valueAt(data_, node); }, kVectorNames);
+  };
+  if (data_.solved) {
+    addForces("RF", "F", [](const ResultData& data, const Node& node) {
+      return SupportForce(data.project, data.results, node).force;
+    });
+    if (turns)
+      addForces("RM", "F L", [](const ResultData& data, const Node& node) {
+        return SupportForce(data.project, data.results, node).moment;
+      });
+  }
+  addForces("F", "F", [](const ResultData& data, const Node& node) {
+    return LoadOn(data.project, data.results, node).force;
+  });
+  if (turns)
+    addForces("M", "F L", [](const ResultData& data, const Node& node) {
+      return LoadOn(data.project, data.results, node).moment;
+    });
+}
+
+void ResultGrid::AddBeamPointData() {
+  for (int v = 0; v < kBeamValues; ++v)
+    grid_.pointData.push_back(
+        {data_.Label(kBeamValueNames[v], v < kT ? "F" : "F L"), VtuType::Float64, 1, PointCount(),
+         [this, v](VtuValues& out) {
+           out.AddZeros<double>(NodeCount());
+           out.Add(std::span<const double>(data_.beams.values[static_cast<std::size_t>(v)]));
+         }});
+}
+
+void ResultGrid::AddSolidPointData() {
+  AddAtNodes<double, 6>(
+      data_.Label("stress", "P"), VtuType::Float64,
+      [this](const Node& node) { return stresses_.Of(node.number); }, kTensorNames);
+  AddAtNodes<double, 1>(data_.Label("von Mises", "P"), VtuType::Float64, [this](const Node& node) {
+    return std::array<double, 1>{VonMises(stresses_.Of(node.number))};
+  });
+  const auto mainAt = [this](const Node& node) -> const MainStress& {
+    return mainStresses_[static_cast<std::size_t>(
+        data_.placeOfIndex[static_cast<std::size_t>(node.number)])];
+  };
+  AddAtNodes<double, 3>(data_.Label("main stress", "P"), VtuType::Float64,
+                        [mainAt](const Node& node) { return mainAt(node).values; },
+                        {"1", "2", "3"});
+  for (std::size_t k = 0; k < 3; ++k)
+    AddAtNodes<double, 3>(
+        "main direction " + std::to_string(k + 1), VtuType::Float64,
+        [mainAt, k](const Node& node) { return mainAt(node).directions[k]; }, kVectorNames);
+}
+
+/// An array of N values of type T at all elements, valueAt(mesh place, elem).
+template <class T, int N, class ValueAt>
+void ResultGrid::AddAtElements(const std::string& name, VtuType type, ValueAt valueAt,
+                               std::vector<std::string> componentNames) {
+  grid_.cellData.push_back({name, type, N, cells_,
+                            [this, valueAt](VtuValues& out) {
+                              for (std::size_t m = 0; m < data_.project.meshes.size(); ++m)
+                                for (const auto [number, elem] : data_.project.meshes[m]->elems)
+                                  out.Add(std::array<T, N>(valueAt(static_cast<int>(m), *elem)));
+                            },
+                            std::move(componentNames)});
+}
+
+void ResultGrid::AddElementData() {
+  const auto add = [this](const std::string& name, auto valueAt) {
+    AddAtElements<std::int32_t, 1>(name, VtuType::Int32, [valueAt](int m, const Elem& elem) {
+      return std::array<std::int32_t, 1>{valueAt(m, elem)};
+    });
+  };
+  add("element", [](int, const Elem& elem) { return elem.number; });
+  add("material", [](int, const Elem& elem) { return elem.materialNumber; });
+  add("mesh", [](int m, const Elem&) { return m + 1; });
+  if (!data_.HasBeams()) return;
+  AddAtElements<std::uint8_t, 2>(
+      "hinges", VtuType::UInt8,
+      [this](int m, const Elem& elem) {
+        if (data_.project.meshes[static_cast<std::size_t>(m)]->elemType != Linear)
+          return std::array<std::uint8_t, 2>{};
+        const BeamHinges hinges = HingesOf(data_.project, elem);
+        return std::array<std::uint8_t, 2>{hinges.end1, hinges.end2};
+      },
+      {"end 1", "end 2"});
+}
+
+void ResultGrid::AddAxes() {
+  constexpr std::pair<const char*, Vector3 Frame::*> kAxes[] = {
+      {"ex", &Frame::x},
+      {"ey", &Frame::y},
+      {"ez", &Frame::z}
+  };
+  for (const auto& [name, axis] : kAxes)
+    grid_.cellData.push_back({name, VtuType::Float64, 3, cells_,
+                              [this, axis = axis](VtuValues& out) {
+                                std::size_t beam = 0, shell = 0;
+                                ForEachElement([&](const Mesh& mesh, const Elem&) {
+                                  if (mesh.elemType == Linear)
+                                    out.Add(data_.beams.axes[beam++].*axis);
+                                  else if (mesh.elemType == Triangle)
+                                    out.Add(shells_[shell++].axes.*axis);
+                                  else
+                                    out.Add(Vector3{});
+                                });
+                              },
+                              kVectorNames});
+}
+
+/// An array of N values at shells, valueAt(cell); zeros at other elements.
+template <int N, class ValueAt>
+void ResultGrid::AddAtShells(const std::string& name, ValueAt valueAt,
+                             std::vector<std::string> componentNames) {
+  grid_.cellData.push_back({name, VtuType::Float64, N, cells_,
+                            [this, valueAt](VtuValues& out) {
+                              std::size_t shell = 0;
+                              ForEachElement([&](const Mesh& mesh, const Elem&) {
+                                out.Add(mesh.elemType == Triangle
+                                            ? std::array<double, N>(valueAt(shells_[shell++]))
+                                            : std::array<double, N>{});
+                              });
+                            },
+                            std::move(componentNames)});
+}
+
+void ResultGrid::AddShellData() {
+  using Cell = ShellCell;
+  AddAtShells<3>(
+      data_.Label("n", "F/L"), [](const Cell& c) { return c.mean.n; }, kSurfaceNames);
+  AddAtShells<3>(
+      data_.Label("m", "F L/L"), [](const Cell& c) { return c.mean.m; }, kSurfaceNames);
+  AddAtShells<2>(data_.Label("q", "F/L"), [](const Cell& c) { return c.mean.q; }, {"x", "y"});
+  const auto addMain = [this](const char* letter, const char* unit, auto values, auto directions) {
+    const std::string name(letter);
+    AddAtShells<2>(data_.Label(name + " main", unit),
+                   [values](const Cell& c) { return c.main.*values; }, {"1", "2"});
+    for (std::size_t k = 0; k < 2; ++k)
+      AddAtShells<3>(
+          name + " direction " + std::to_string(k + 1),
+          [directions, k](const Cell& c) { return (c.main.*directions)[k]; }, kVectorNames);
+  };
+  addMain("n", "F/L", &ShellMain::n, &ShellMain::nDirections);
+  addMain("m", "F L/L", &ShellMain::m, &ShellMain::mDirections);
+  for (const ShellFace face : {ShellFace::Top, ShellFace::Bottom}) {
+    const std::string name = face == ShellFace::Top ? "top" : "bottom";
+    const auto stressOf = [face](const Cell& c) {
+      return FaceStress(c.mean, c.thickness, face, c.axes);
+    };
+    AddAtShells<6>(data_.Label("stress " + name, "P"), stressOf, kTensorNames);
+    AddAtShells<1>(data_.Label("von Mises " + name, "P"), [face](const Cell& c) {
+      return std::array<double, 1>{VonMises(FaceStress(c.mean, c.thickness, face))};
+    });
+  }
+}
+
+void ResultGrid::AddLoadArray(const std::string& name, Vector3 ElementLoads::*part) {
+  AddAtElements<double, 3>(
+      name, VtuType::Float64,
+      [this, part](int, const Elem& elem) {
+        if (data_.project.loads.Get(elem.number) == nullptr) return Vector3{};
+        return LoadsOnElement(data_.project, elem).*part;
+      },
+      kVectorNames);
+}
+
+/// Only the arrays that hold something: most models have one kind of distributed load.
+void ResultGrid::AddElementLoads() {
+  struct Row {
+    const char* name;
+    const char* unit;
+    Vector3 ElementLoads::*part;
+  };
+  constexpr Row kRows[] = {
+      {"load per length",   "F/L",    &ElementLoads::perLength      },
+      {"load per area",     "F/L2",   &ElementLoads::perArea        },
+      {"load per volume",   "F/L3",   &ElementLoads::perVolume      },
+      {"couple per length", "F L/L",  &ElementLoads::couplePerLength},
+      {"couple per area",   "F L/L2", &ElementLoads::couplePerArea  },
+  };
+  std::array<bool, std::size(kRows)> used{};
+  ForEachElement([&](const Mesh&, const Elem& elem) {
+    if (data_.project.loads.Get(elem.number) == nullptr) return;
+    const ElementLoads loads = LoadsOnElement(data_.project, elem);
+    for (std::size_t r = 0; r < used.size(); ++r)
+      used[r] = used[r] || loads.*kRows[r].part != Vector3{};
+  });
+  for (std::size_t r = 0; r < used.size(); ++r)
+    if (used[r]) AddLoadArray(data_.Label(kRows[r].name, kRows[r].unit), kRows[r].part);
+}
+
+}  // namespace kestol

@@ -1,0 +1,45 @@
+#include <iostream>
+
+#include "kestol/LinearSystem.h"
+#include "kestol/ReadDeck.h"
+#include "programs/common/ProgressLine.h"
+#include "programs/common/ResultData.h"
+#include "programs/common/RunProgram.h"
+#include "programs/export/Options.h"
+#include "programs/export/Outputs.h"
+
+namespace kestol {
+
+namespace {
+
+bool HasBeams(const Project& project) {
+  for (const auto& mesh : project.meshes)
+    if (mesh->elemType == Linear && mesh->elems.Highest() > 0) return true;
+  return false;
+}
+
+/// With the solver's own files they are those of its own run, to the last digit.
+Results Solve(Project& project, const ExportOptions& options, std::ostream* info) {
+  return SolveOnce(project, {.solver = options.solver, .info = info});
+}
+
+int Run(const ExportOptions& options) {
+  Project project = ReadDeck(options.deck);
+  Outputs outputs(options, HasBeams(project));
+  ProgressLine progress(options.quiet);
+  std::ostream* const info = options.verbose ? &std::cerr : progress.Info();
+  const Results results =
+      options.meshOnly ? LoadsOfUnsolved(project) : Solve(project, options, info);
+  progress.Show("writing");
+  outputs.Write(ResultData(project, results, options.stations));
+  return kDone;
+}
+
+}  // namespace
+
+}  // namespace kestol
+
+int main(int argc, char** argv) {
+  const kestol::ExportOptions options = kestol::ParseOptions(argc, argv);
+  return kestol::RunProgram("kestol-export", options.deck, [&] { return kestol::Run(options); });
+}

@@ -1,0 +1,55 @@
+#include "programs/export/Outputs.h"
+
+#include "kestol/Reports.h"
+#include "programs/common/ResultCsv.h"
+#include "programs/common/ResultGrid.h"
+#include "programs/common/ResultJson.h"
+
+namespace kestol {
+
+namespace {
+
+bool IsWritten(const CsvTable& table, const ExportOptions& options) {
+  return !options.csv.empty() && !(table.needsSolution && options.meshOnly);
+}
+
+}  // namespace
+
+Outputs::Outputs(const ExportOptions& options, bool hasBeams) : options_(options) {
+  const bool drawn = !options.vtu.empty() && hasBeams && !options.meshOnly;
+  vtu_ = Open(options.vtu);
+  diagrams_ = Open(drawn ? options.Diagrams() : "");
+  json_ = Open(options.json);
+  report_ = Open(options.report);
+  res_ = Open(options.res);
+  for (const CsvTable& table : CsvTables())
+    tables_.push_back(
+        Open(IsWritten(table, options) ? options.csv + '_' + table.name + ".csv" : ""));
+  std::vector<std::string> names;
+  for (const auto& file : files_) names.push_back(file->Name());
+  RefuseSharedNames(names);
+}
+
+OutputFile* Outputs::Open(const std::string& name) {
+  if (name.empty()) return nullptr;
+  files_.push_back(std::make_unique<OutputFile>(name, std::vector{options_.deck}));
+  return files_.back().get();
+}
+
+void Outputs::Write(const ResultData& data) {
+  if (vtu_ != nullptr) WriteVtu(*vtu_, ResultGrid(data).Grid(), options_.encoding);
+  if (diagrams_ != nullptr) WriteVtu(*diagrams_, DiagramGrid(data).Grid(), options_.encoding);
+  if (json_ != nullptr) WriteResultJson(*json_, options_.deck, data);
+  for (std::size_t t = 0; t < tables_.size(); ++t)
+    if (tables_[t] != nullptr) CsvTables()[t].write(*tables_[t], data);
+  WriteOwnFiles(data);
+  for (const auto& file : files_) file->Flush();
+  for (const auto& file : files_) file->Commit();
+}
+
+void Outputs::WriteOwnFiles(const ResultData& data) {
+  if (report_ != nullptr) WriteReportFile(data.project, data.results, report_->Path());
+  if (res_ != nullptr) WriteResultFile(data.project, data.results, res_->Path());
+}
+
+}  // namespace kestol
