@@ -100,11 +100,11 @@ TEST_P(Solids, PatchOfLinearDisplacementsGivesUniformStressAtCornersAndNothingAt
   const auto field = [](const Vector3& p) { return Vector3{1e-3 * p[0], 0, 0}; };
   const auto project =
       RunDeck(DeckOf(mesh, "", kSteel + PrescribeField(mesh, mesh.Where(OnSurfaceOfCube), field)));
-  ASSERT_EQ(project->nodalStresses.n, 6 * static_cast<int>(mesh.nodes.size()));
+  ASSERT_EQ(project->results.nodalStresses.n, 6 * static_cast<int>(mesh.nodes.size()));
   const double expected[6] = {1200, 400, 400, 0, 0, 0};  // lambda + 2 mu, lambda
   for (int number = 1; number <= static_cast<int>(mesh.nodes.size()); ++number) {
     const double* const stress =
-        project->nodalStresses.begin() + 6 * (NodeOf(*project, number).number - 1);
+        project->results.nodalStresses.begin() + 6 * (NodeOf(*project, number).number - 1);
     for (int k = 0; k < 6; ++k)
       EXPECT_NEAR(stress[k], number <= 16 ? expected[k] : 0.0, number <= 16 ? 2e-6 : 0.0)
           << number << ' ' << k;

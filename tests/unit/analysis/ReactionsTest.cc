@@ -116,10 +116,10 @@ TEST(Reactions, OfAnInclinedRollerAreShownInFullByASpringOfNoStiffness) {
   FrameDeck shown = deck;
   const auto partly = RunDeck(deck.Support(2, "010 0 0 0 Euler3=0.5235987755982988").Text());
   const auto fully = RunDeck(shown.Support(2, "210 0 0 0 Euler3=0.5235987755982988").Text());
-  EXPECT_EQ(Reaction(*partly, 2, 1), 0.0);
-  EXPECT_NEAR(Reaction(*fully, 2, 1), -1000.0, 1e-6);  // the roller pushes with 1000 / sin 30
+  EXPECT_EQ(PrintedReaction(*partly, 2, 1), 0.0);
+  EXPECT_NEAR(PrintedReaction(*fully, 2, 1), -1000.0, 1e-6);  // the roller pushes with 1000 / sin 30
   for (const auto& project : {partly.get(), fully.get()})
-    EXPECT_NEAR(Reaction(*project, 2, 2), 1732.0508, 1e-4);
+    EXPECT_NEAR(PrintedReaction(*project, 2, 2), 1732.0508, 1e-4);
 }
 
 // --- mid-side nodes of converted triangles ----------------------------------------------------
@@ -182,12 +182,12 @@ TEST(Reactions, OfMidSidesThatWereReadMoveOnlyWhereConversionIsAskedFor) {
                    "face_loads\n1 1 6 0 0\nend\n");
   };
   const auto asRead = run(""), moved = run("ConvertTo6Nodes");
-  EXPECT_NEAR(Reaction(*asRead, 9, 1), -4.0, 1e-9);
+  EXPECT_NEAR(PrintedReaction(*asRead, 9, 1), -4.0, 1e-9);
   for (const int corner : {1, 4}) {
-    EXPECT_NEAR(Reaction(*asRead, corner, 1), -1.0, 1e-9);
-    EXPECT_NEAR(Reaction(*moved, corner, 1), -3.0, 1e-9);
+    EXPECT_NEAR(PrintedReaction(*asRead, corner, 1), -1.0, 1e-9);
+    EXPECT_NEAR(PrintedReaction(*moved, corner, 1), -3.0, 1e-9);
   }
-  EXPECT_EQ(Reaction(*moved, 9, 1), 0.0);
+  EXPECT_EQ(PrintedReaction(*moved, 9, 1), 0.0);
 }
 
 }  // namespace
