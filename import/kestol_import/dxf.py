@@ -1,0 +1,113 @@
+"""Frames drawn as DXF: lines and polylines become beams, layers become groups."""
+
+from __future__ import annotations
+
+import collections
+from typing import Any
+
+import numpy as np
+
+from .errors import Place, Refusal
+from .mesh import Block, Group, KINDS, Mesh
+
+CODE = "dxf"
+Point = tuple[float, float, float]
+
+
+def read_dxf(path: str) -> Mesh:
+    """Two points per segment, not yet joined: MERGE of common ends is the caller's."""
+    document = load(path)
+    drawing = Drawing(path)
+    left_out: collections.Counter[str] = collections.Counter()
+    for entity in document.modelspace():
+        if not drawing.take(entity):
+            left_out[entity.dxftype()] += 1
+    if not drawing.lines:
+        raise Refusal("the drawing has no LINE, LWPOLYLINE, POLYLINE or 3DLINE", CODE, Place(path))
+    mesh = drawing.mesh()
+    if left_out:
+        kinds = ", ".join(f"{count} {kind}" for kind, count in sorted(left_out.items()))
+        mesh.notes.append(f"entities of the drawing that are no beams are left out: {kinds}")
+    return mesh
+
+
+def load(path: str) -> Any:
+    try:
+        import ezdxf
+    except ImportError:
+        raise Refusal("DXF files need the package python3-ezdxf", CODE, Place(path)) from None
+    try:
+        return ezdxf.readfile(path)  # type: ignore[attr-defined]
+    except OSError as failure:
+        raise Refusal(f"cannot be read as DXF: {failure}", CODE, Place(path)) from None
+    except (ezdxf.DXFError, ValueError, KeyError, TypeError, IndexError,  # type: ignore
+            AttributeError, EOFError, UnicodeError) as failure:
+        raise Refusal(f"cannot be read as DXF: {failure or type(failure).__name__}", CODE,
+                      Place(path)) from None
+
+
+class Drawing:
+    """Segments and points with their layers."""
+
+    def __init__(self, path: str) -> None:
+        self.path = path
+        self.lines: list[tuple[Point, Point]] = []
+        self.line_layers: list[str] = []
+        self.points: list[Point] = []
+        self.point_layers: list[str] = []
+
+    def take(self, entity: Any) -> bool:
+        """False for an entity that is neither a line nor a point."""
+        kind, layer = entity.dxftype(), str(entity.dxf.layer)
+        if kind in ("LINE", "3DLINE"):
+            self._chain([entity.dxf.start, entity.dxf.end], False, layer)
+        elif kind == "LWPOLYLINE":
+            if entity.has_arc:
+                self._refuse_arc(layer)
+            self._chain(list(entity.vertices_in_wcs()), bool(entity.closed), layer)
+        elif kind == "POLYLINE" and (entity.is_2d_polyline or entity.is_3d_polyline):
+            if entity.is_2d_polyline and entity.has_arc:
+                self._refuse_arc(layer)
+            self._chain(list(entity.points_in_wcs()), bool(entity.is_closed), layer)
+        elif kind == "POINT":
+            self.points.append(xyz(entity.dxf.location))
+            self.point_layers.append(layer)
+        else:
+            return False
+        return True
+
+    def _refuse_arc(self, layer: str) -> None:
+        raise Refusal(f'layer "{layer}": a polyline has arcs; beams are straight: draw segments',
+                      CODE, Place(self.path))
+
+    def _chain(self, vertices: list[Any], closed: bool, layer: str) -> None:
+        points = [xyz(v) for v in vertices]
+        if closed and len(points) > 2:
+            points.append(points[0])
+        for a, b in zip(points, points[1:]):
+            if a != b:
+                self.lines.append((a, b))
+                self.line_layers.append(layer)
+
+    def mesh(self) -> Mesh:
+        ends = [point for line in self.lines for point in line]
+        points = np.array(ends + self.points, np.float64).reshape(-1, 3)
+        if not np.isfinite(points).all():
+            raise Refusal("a point has a coordinate that is not finite", CODE, Place(self.path))
+        lines = np.arange(len(ends), dtype=np.int32).reshape(-1, 2)
+        dots = np.arange(len(ends), len(points), dtype=np.int32).reshape(-1, 1)
+        blocks = {"line": Block(KINDS["line"], lines, np.arange(1, len(lines) + 1)),
+                  "vertex": Block(KINDS["vertex"], dots,
+                                  np.arange(len(lines) + 1, len(lines) + 1 + len(dots)))}
+        if not len(dots):
+            del blocks["vertex"]
+        groups: dict[str, Group] = {}
+        for kind, layers in (("line", self.line_layers), ("vertex", self.point_layers)):
+            for layer in dict.fromkeys(layers):
+                rows = np.flatnonzero(np.array(layers, object) == layer)
+                groups.setdefault(layer, Group(layer)).rows[kind] = rows
+        return Mesh(self.path, points, np.arange(1, len(points) + 1), blocks, groups)
+
+
+def xyz(vector: Any) -> Point:
+    return float(vector[0]), float(vector[1]), float(vector[2])
