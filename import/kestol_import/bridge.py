@@ -2,14 +2,13 @@
 
 from __future__ import annotations
 
-import contextlib
-import io
 import pathlib
 from typing import Any
 
 import numpy as np
 
 from .errors import Place, Refusal
+from .foreign import refusing
 from .mesh import Block, Group, Ints, Mesh, kind_of, name_the_nameless
 from .msh_sections import CODE
 
@@ -24,20 +23,9 @@ def read_with_meshio(path: str) -> Mesh:
     except ImportError:
         raise Refusal("files of this kind need the package python3-meshio", CODE,
                       Place(path)) from None
-    heard = io.StringIO()
-    try:
-        with contextlib.redirect_stdout(heard), contextlib.redirect_stderr(heard):
-            read = meshio.read(path)
-            return convert(path, read)
-    except (Exception, SystemExit) as failure:  # its readers raise whatever their file provokes
-        if isinstance(failure, Refusal):
-            raise
-        if isinstance(failure, MemoryError):
-            raise
-        said = " ".join(str(failure).split()) or " ".join(heard.getvalue().split())
-        suffix = pathlib.Path(path).suffix or "no suffix"
-        raise Refusal(f"meshio cannot read this file ({suffix}): {said or type(failure).__name__}",
-                      CODE, Place(path)) from None
+    suffix = pathlib.Path(path).suffix or "no suffix"
+    with refusing(path, CODE, f"meshio cannot read this file ({suffix})"):
+        return convert(path, meshio.read(path))
 
 
 def convert(path: str, read: Any) -> Mesh:

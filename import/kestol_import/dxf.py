@@ -8,6 +8,7 @@ from typing import Any
 import numpy as np
 
 from .errors import Place, Refusal
+from .foreign import refusing
 from .mesh import Block, Group, KINDS, Mesh
 
 CODE = "dxf"
@@ -16,12 +17,12 @@ Point = tuple[float, float, float]
 
 def read_dxf(path: str) -> Mesh:
     """Two points per segment, not yet joined: MERGE of common ends is the caller's."""
-    document = load(path)
     drawing = Drawing(path)
     left_out: collections.Counter[str] = collections.Counter()
-    for entity in document.modelspace():
-        if not drawing.take(entity):
-            left_out[entity.dxftype()] += 1
+    with refusing(path, CODE, "cannot be read as DXF"):
+        for entity in load(path).modelspace():
+            if not drawing.take(entity):
+                left_out[entity.dxftype()] += 1
     if not drawing.lines:
         raise Refusal("the drawing has no LINE, LWPOLYLINE, POLYLINE or 3DLINE", CODE, Place(path))
     mesh = drawing.mesh()
@@ -36,14 +37,7 @@ def load(path: str) -> Any:
         import ezdxf
     except ImportError:
         raise Refusal("DXF files need the package python3-ezdxf", CODE, Place(path)) from None
-    try:
-        return ezdxf.readfile(path)  # type: ignore[attr-defined]
-    except OSError as failure:
-        raise Refusal(f"cannot be read as DXF: {failure}", CODE, Place(path)) from None
-    except (ezdxf.DXFError, ValueError, KeyError, TypeError, IndexError,  # type: ignore
-            AttributeError, EOFError, UnicodeError) as failure:
-        raise Refusal(f"cannot be read as DXF: {failure or type(failure).__name__}", CODE,
-                      Place(path)) from None
+    return ezdxf.readfile(path)  # type: ignore[attr-defined]
 
 
 class Drawing:
@@ -68,7 +62,7 @@ class Drawing:
         elif kind == "POLYLINE" and (entity.is_2d_polyline or entity.is_3d_polyline):
             if entity.is_2d_polyline and entity.has_arc:
                 self._refuse_arc(layer)
-            self._chain(list(entity.points_in_wcs()), bool(entity.is_closed), layer)
+            self._chain(vertices_of(entity), bool(entity.is_closed), layer)
         elif kind == "POINT":
             self.points.append(xyz(entity.dxf.location))
             self.point_layers.append(layer)
@@ -111,3 +105,12 @@ class Drawing:
 
 def xyz(vector: Any) -> Point:
     return float(vector[0]), float(vector[1]), float(vector[2])
+
+
+def vertices_of(polyline: Any) -> list[Any]:
+    """Vertices of an old polyline in the axes of the drawing; a plane one has its own."""
+    places = [vertex.dxf.location for vertex in polyline.vertices]
+    if polyline.is_3d_polyline:
+        return places
+    height = polyline.dxf.elevation.z
+    return list(polyline.ocs().points_to_wcs([(p.x, p.y, height) for p in places]))

@@ -122,7 +122,7 @@ def side_target(model: Model, use: LoadUse, group: Group, cells: Ints, numbers: 
 def check_kind(model: Model, use: LoadUse, group: Group, cells: Kind, elements: Elements) -> None:
     place = use.group_place(group.name)
     name = KINDS[elements.kind].noun
-    if cells.noun not in ("triangle", "tetrahedron"):
+    if cells.noun not in ("triangle", name):
         cure = " (or --split-quads)" if cells.name == "quad" and not model.solid else ""
         raise Refusal(f'{use.label}: group "{group.name}" has cells of kind {cells.name}, which no '
                       f"{name} has: mesh with triangles{cure}", "face", place)
@@ -137,7 +137,7 @@ def refuse_lost(use: LoadUse, group: Group, sides: Sides, numbers: Ints, kind: K
     lost = np.flatnonzero(sides.rows < 0)
     if len(lost):
         owner = "solid" if elements.dimension == 3 else "element"
-        what = "surface cell" if kind.dimension == 2 else "cell"
+        what = "surface cell" if kind.dimension == 2 else kind.noun
         raise Refusal(f'{use.label}: group "{group.name}": {what} {numbers[lost[0]]} belongs to no '
                       f"{owner} ({len(lost)} of {len(numbers)} do not)", "face",
                       use.group_place(group.name))

@@ -49,8 +49,9 @@ def is_msh(data: bytes) -> bool:
 
 def is_truncated_msh(data: bytes) -> bool:
     """Whether the bytes begin a Gmsh file but end before its version is known."""
-    start = data.lstrip()[:11]
-    return bool(start) and b"$MeshFormat".startswith(start)
+    start = data.lstrip()
+    mark = b"$MeshFormat"
+    return mark.startswith(start[:len(mark)]) and b"$EndMeshFormat" not in start[:1000]
 
 
 def element_kind(file: MshFile, number: int) -> Kind:

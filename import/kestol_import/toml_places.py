@@ -67,9 +67,13 @@ class _Scanner:
         if brackets == 2:
             self._tables[path] = self._tables.get(path, -1) + 1
             path += (self._tables[path],)
-        span = (first, self.at)
-        self.spans.setdefault(path, Spans(span, span))
+        self._note(path, (first, self.at))
         return path
+
+    def _note(self, path: Path, span: tuple[int, int]) -> None:
+        """A table begins where it, or a table within it, is first written."""
+        for length in range(1, len(path) + 1):
+            self.spans.setdefault(path[:length], Spans(span, span))
 
     def _key(self) -> Path:
         """A dotted key; `at` moves behind it."""
@@ -97,6 +101,7 @@ class _Scanner:
         self._skip(_INLINE_BLANK)
         self.at += 1  # the sign =
         self._skip(_INLINE_BLANK)
+        self._note(path, key)
         self.spans[path] = Spans(key, self._value(path))
 
     def _value(self, path: Path) -> tuple[int, int]:
