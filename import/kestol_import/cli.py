@@ -173,14 +173,12 @@ def read_mesh(options: argparse.Namespace, messages: Messages) -> Mesh:
         read_bytes(path, "file")
         mesh = read_dxf(path)
     else:
-        from .msh import is_msh, is_truncated_msh, read_msh
+        from .msh import is_msh, read_msh
         data = read_bytes(path, "file")
         if not data.strip():
             raise Refusal("the file is empty", "mesh", Place(path))
         if is_msh(data):
             mesh = read_msh(path, data, messages.step)
-        elif is_truncated_msh(data):
-            raise Refusal("the file ends within $MeshFormat", "mesh", Place(path, 1))
         else:
             del data
             from .bridge import read_with_meshio

@@ -42,16 +42,10 @@ class MshContent:
 
 
 def is_msh(data: bytes) -> bool:
-    """Whether the bytes are a Gmsh file that this reader knows: version 2.x or 4.1."""
-    return re.match(rb"\s*(\$Comments.*?\$EndComments\s*)?\$MeshFormat\s+(2(\.\d+)?|4\.1)\s", data,
-                    re.DOTALL) is not None
-
-
-def is_truncated_msh(data: bytes) -> bool:
-    """Whether the bytes begin a Gmsh file but end before its version is known."""
-    start = data.lstrip()
-    mark = b"$MeshFormat"
-    return mark.startswith(start[:len(mark)]) and b"$EndMeshFormat" not in start[:1000]
+    """Whether the bytes begin, or are the beginning of, a Gmsh file."""
+    start = data.lstrip()[:16]
+    return bool(start) and any(mark.startswith(start[:len(mark)])
+                               for mark in (b"$MeshFormat", b"$Comments"))
 
 
 def element_kind(file: MshFile, number: int) -> Kind:
@@ -72,6 +66,7 @@ def read_msh(path: str, data: bytes, progress: Callable[[str], None]) -> Mesh:
     file = MshFile(path, data)
     content = MshContent(MeshBuilder(path))
     reader: Reader2 | Reader4 | None = None
+    file.section = "$MeshFormat"
     while section := file.next_section():
         progress(f"reading {section} of {path}")
         if section == "$MeshFormat":
@@ -79,6 +74,9 @@ def read_msh(path: str, data: bytes, progress: Callable[[str], None]) -> Mesh:
                 file, content)
             file.close_section()
         elif reader is None and section != "$Comments":
+            if "$MeshFormat".startswith(section):
+                file.section = "$MeshFormat"
+                file.ends()
             file.refuse(f"{section} stands before $MeshFormat")
         elif section == "$PhysicalNames":
             read_names(file, content)
@@ -92,6 +90,10 @@ def read_format(file: MshFile) -> str:
     words = file.line().split()
     if len(words) < 3 or words[1] not in ("0", "1") or words[2] not in ("4", "8"):
         file.refuse("$MeshFormat is not 'version file-type data-size'")
+    if not re.fullmatch(r"2(\.\d+)?|4\.1", words[0]):
+        file.position -= 1
+        file.refuse(f"version {words[0]} of Gmsh's format is not read: save it as 4.1 "
+                    "(gmsh -format msh41)")
     file.size_bytes = int(words[2])
     if words[1] == "1":
         one = file.data[file.position:file.position + 4]

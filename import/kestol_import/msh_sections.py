@@ -63,6 +63,8 @@ class MshFile:
             rest = self.data[self.position:self.position + 40].strip()
             if not rest:
                 return ""
+            if rest.startswith(b"$"):
+                self.ends()
             what = decode(rest.splitlines()[0])
             self.refuse(f'a section such as $Nodes is expected, not "{what}"')
         self.position = match.end()

@@ -168,10 +168,11 @@ class GmshFiles(Case):
         self.write("big.msh", data)
         self.assertIn("volume 0.166667", self.made("--list", "big.msh"))
 
-    def test_version_4_0_comes_through_meshio(self):
-        self.mesh("box.msh", re.sub("Physical [SCP].*\n", "", BOX), "-3", "-format", "msh40")
-        listing = self.made("--list", "box.msh")
-        self.assertRegex(listing, r"(?m)^the body +3 +\d+ +\d+ +volume 2$")
+    def test_other_versions_are_refused_with_the_cure(self):
+        self.mesh("box.msh", BOX, "-3", "-format", "msh40")
+        self.write("box.toml", RECIPE)
+        self.refused("box.msh:2: error: version 4 of Gmsh's format is not read: save it as 4.1 "
+                     "(gmsh -format msh41) [mesh]", "box.msh", "box.toml", "-o", "model.dat")
 
 
 class DamagedFiles(Case):
