@@ -36,7 +36,7 @@ class Parser(argparse.ArgumentParser):
     """A wrong command line ends with one line and the way to the help."""
 
     def error(self, message: str) -> NoReturn:
-        self.exit(NOT_DONE, f"kestol-import: error: {message}; try kestol-import --help\n")
+        self.exit(NOT_DONE, f"kestol-import: {message}; try kestol-import --help\n")
 
 
 def parser() -> Parser:

@@ -10,7 +10,8 @@ from typing import TextIO
 
 from .errors import Place, Refusal
 
-RED, MAGENTA, BOLD, PLAIN = "\033[1;31m", "\033[1;35m", "\033[1m", "\033[0m"
+RED, MAGENTA, GREEN = "\033[1;31m", "\033[1;35m", "\033[1;32m"
+BOLD, PLAIN = "\033[1m", "\033[0m"
 PATIENCE = 2.0  # seconds of silence before progress is shown
 REFRESH = 0.25
 
@@ -20,15 +21,22 @@ def has_colour(stream: TextIO) -> bool:
     return stream.isatty() and not os.environ.get("NO_COLOR") and os.environ.get("TERM") != "dumb"
 
 
-def caret_lines(place: Place) -> list[str]:
+def harmless(text: str) -> str:
+    """Names of a mesh go to a terminal: what could drive it becomes '?'."""
+    return "".join("?" if (ord(c) < 32 and c not in "\t\n") or ord(c) == 127 else c for c in text)
+
+
+def caret_lines(place: Place, colour: bool) -> list[str]:
     """The source line and a caret below the word; a tab stays a tab so that both line up."""
     if not place.source or not place.column:
         return []
     raw = place.source.encode("utf-8", "surrogateescape")
-    before = raw[: place.column - 1].decode("utf-8", "replace")
+    before = raw[:place.column - 1].decode("utf-8", "replace")
     word = raw[place.column - 1:][:place.length].decode("utf-8", "replace")
     blank = "".join("\t" if c == "\t" else " " for c in before)
-    return [f"{place.line:5d} | {place.source}", "      | " + blank + "^" + "~" * (len(word) - 1)]
+    caret = "^" + "~" * (len(word) - 1)
+    return [f"{place.line:5d} | {harmless(place.source)}",
+            f"      | {blank}{GREEN + caret + PLAIN if colour else caret}"]
 
 
 class Messages:
@@ -57,8 +65,8 @@ class Messages:
         hue = (RED if kind == "error" else MAGENTA) if colour else ""
         bold, plain = (BOLD, PLAIN) if colour else ("", "")
         where = str(place) if place else "kestol-import"
-        lines = [f"{bold}{where}:{plain} {hue}{kind}:{plain} {text} [{code}]"]
-        lines += caret_lines(place) if place else []
+        lines = [f"{bold}{harmless(where)}:{plain} {hue}{kind}:{plain} {harmless(text)} [{code}]"]
+        lines += caret_lines(place, colour) if place else []
         with self._lock:
             self._wipe()
             print("\n".join(lines), file=self.stream, flush=True)
