@@ -319,16 +319,16 @@ class MeshRefusals(Case):
     def test_loads_of_another_order(self):
         self.cells("4 1 2 4 5")
         text = self.read("m.msh").replace('3 1 "body"', '3 1 "body"\n2 2 "top"\n1 3 "rim"')
-        text = text.replace("$PhysicalNames\n3", "$PhysicalNames\n5").replace("$Elements\n1",
-                                                                             "$Elements\n3")
+        text = text.replace("$PhysicalNames\n3", "$PhysicalNames\n5")
+        text = text.replace("$Elements\n1", "$Elements\n3")
         self.write("m.msh", text.replace("$EndElements", "2 9 2 2 1 1 2 4 9 10 11\n"
                                          "3 8 2 3 1 1 2 9\n$EndElements"))
         self.refuse('r.toml:6:11: error: load "p": mixed orders: group "top" has 6-noded triangles '
                     "and the elements have 4 nodes [order]",
                     SOLID + '[load.p]\ngroups = ["top"]\nnormal = 1\n')
         self.cells("2 1 2 4")
-        text = self.read("m.msh").replace('3 1 "body"', '1 3 "rim"').replace("$Elements\n1",
-                                                                            "$Elements\n2")
+        text = self.read("m.msh").replace('3 1 "body"', '1 3 "rim"')
+        text = text.replace("$Elements\n1", "$Elements\n2")
         self.write("m.msh", text.replace("$EndElements", "3 8 2 3 1 1 2 9\n$EndElements"))
         self.refuse('r.toml:8:11: error: load "p": mixed orders: group "rim" has 3-noded lines and '
                     "the elements have 3 nodes [order]",
