@@ -3,70 +3,217 @@
 #include <dmumps_c.h>
 
 #include <algorithm>
+#include <cassert>
 #include <cmath>
 #include <new>
-#include <cstdlib>
-#include <cstdio>
-#include <chrono>
 
 #include "algebra/ReaVecT.h"
 #include "main/ErrorChannel.h"
 
 namespace kestol {
 
-static int E(const char*n,int d){const char*s=getenv(n);return s?atoi(s):d;}
-static double ED(const char*n,double d){const char*s=getenv(n);return s?atof(s):d;}
+namespace {
+
+/// What a call of the library is to do.
+enum Job { Begin = -1, End = -2, Analyse = 1, Eliminate = 2, Solution = 3 };
+
+// The controls ICNTL that differ from what Begin sets; the manual of the library counts from 1.
+enum Control {
+  ErrorStream = 1,
+  WarningStream,
+  ReportStream,
+  MessageLevel,
+  MaximumTransversal = 6,  ///< 0: the diagonal stays where it is
+  Ordering = 7,
+  PairedOrdering = 12,  ///< 1: the graph is that of single degrees, or of the blocks
+  MoreRoom = 14,        ///< per cent above what the analysis expects
+  Blocks = 15,          ///< -B: the graph of nodes of B degrees is ordered
+  SeekNullPivots = 24,
+};
+/// Values of Ordering: nested dissection, whose library ends the process when all nodes are coupled
+/// with all others; and, for those, where every order is as good, minimum fill.
+constexpr int kPord = 4, kMinimumFill = 2;
+constexpr int kNullPivotThreshold = 3;  // CNTL
+
+/// A row of which elimination leaves less than this part of the largest one, all rows scaled alike,
+/// has lost all digits but two.
+constexpr double kNullPivot = 1e-14;
+
+/// Codes in INFOG(1) for exhausted memory, and for less room than ICNTL(14) should have asked for.
+constexpr int kExhausted[] = {-5, -7, -13, -19, -22, -51, -52, -53};
+constexpr int kTooLittleRoom[] = {-8, -9, -11, -12, -14, -15, -17, -18, -20};
+
+template <std::size_t count>
+bool IsOneOf(const int (&codes)[count], int code) {
+  return std::find(codes, codes + count, code) != codes + count;
+}
+
+int CountNodes(const UpperRows& rows) {
+  return static_cast<int>(rows.start.size()) - 1;
+}
+
+/// Whether every node is coupled with every other.
+bool IsComplete(const UpperRows& rows) {
+  const long long nodes = CountNodes(rows);
+  return static_cast<long long>(rows.column.size()) == nodes * (nodes + 1) / 2;
+}
+
+/// The row and the column of every stored value, from 1. Below the diagonal, in the blocks on it,
+/// the values are zeros: they add nothing to the mirrored place that the library takes them for.
+struct Places {
+  std::vector<int> row, column;
+
+  Places(const UpperRows& rows, int B) {
+    row.reserve(rows.column.size() * B * B);
+    column.reserve(rows.column.size() * B * B);
+    for (int node = 0; node < CountNodes(rows); ++node) {
+      for (int b = rows.start[node]; b < rows.start[node + 1]; ++b) {
+        for (int r = 1; r <= B; ++r) {
+          row.insert(row.end(), B, node * B + r);
+          for (int c = 1; c <= B; ++c) column.push_back(rows.column[b] * B + c);
+        }
+      }
+    }
+  }
+};
+
+}  // namespace
+
+/// An instance of the library.
 class DirectSolver::Mumps {
 public:
-  DMUMPS_STRUC_C s{};
-  std::vector<int> irn, jcn;
+  Mumps(const UpperRows& rows, int B);
+  ~Mumps() { Run(End); }
+  Mumps(const Mumps&) = delete;
+  Mumps& operator=(const Mumps&) = delete;
+
+  // These return the code of how they ended, negative when they failed.
+  int Factorise(const UpperRows& rows, int B, const double* values);
+  int Substitute(double* f);
+
+  std::vector<int> NullPivots() const;
+  int NumNegativePivots() const { return state_.infog[11]; }  // INFOG(12)
+
+private:
+  int& Set(Control control) { return state_.icntl[control - 1]; }
+  int Run(Job job);
+  int Call(Job job);
+  int CallWithRoom(Job job);
+
+  DMUMPS_STRUC_C state_{};
+  bool isAnalysed_ = false;
 };
-DirectSolver::DirectSolver(int n) : NodeBlockMatrix(n) {}
-DirectSolver::~DirectSolver() { if (mumps_) { mumps_->s.job=-2; dmumps_c(&mumps_->s);} }
-void DirectSolver::Allocate(int d) { NodeBlockMatrix::Allocate(d); }
-void DirectSolver::SetZero() { NodeBlockMatrix::SetZero(); }
-static double Now(){return (double)clock()/CLOCKS_PER_SEC;}
-int DirectSolver::Factorise(std::ostream*) {
-  double t0=Now();
-  mumps_ = std::make_unique<Mumps>();
-  auto& s = mumps_->s;
-  s.job=-1; s.par=1; s.sym=E("SYM",2); s.comm_fortran=-987654;
-  dmumps_c(&s);
-  int v=E("VERB",0);
-  for(int i=0;i<3;i++) s.icntl[i]= v? 6:-1;
-  s.icntl[3]=v;
-  int B=BlockSize();
-  int zero=E("ZERO",1);
-  auto& rows=Rows();
-  std::vector<double> vals;
-  const double*a=Values().data();
-  for(int I=0;I+1<(int)rows.start.size();++I) for(int b=rows.start[I];b<rows.start[I+1];++b){
-    int J=rows.column[b];
-    for(int r=0;r<B;r++)for(int c=0;c<B;c++){ double x=a[(size_t)b*B*B+r*B+c]; if(zero==2&&x==0.0) continue; if(zero==0&&I==J&&c<r) continue;
-      if (zero!=1) vals.push_back(x);
-      mumps_->irn.push_back(I*B+r+1);mumps_->jcn.push_back(J*B+c+1);} }
-  s.n=NumDegrees(); s.nnz=(long)mumps_->irn.size(); s.irn=mumps_->irn.data(); s.jcn=mumps_->jcn.data(); s.a=zero!=1?vals.data():const_cast<double*>(a);
-  s.icntl[5]=E("I6",0); s.icntl[6]=E("ORD",7); s.icntl[7]=E("SCAL",77); s.icntl[11]=E("I12",1); s.icntl[12]=1; s.icntl[13]=E("I14",20);
-  s.icntl[14]=E("BLK",0)?-B:0;
-  s.icntl[23]=E("NULLP",0); s.cntl[2]=ED("C3",0.0); s.cntl[0]=ED("C1",s.cntl[0]);s.cntl[3]=ED("C4",s.cntl[3]);
-  if (E("I57",-1)>=0) s.icntl[57]=E("I57",1);
-  double t1=Now();
-  s.job=1; dmumps_c(&s);
-  double t2=Now();
-  fprintf(stderr,"analysis info %d %d ord used %d  flops %.3g nnzL %lld est MB %d\n",s.infog[0],s.infog[1],s.infog[6],s.rinfog[0],(long long)(s.infog[19]<0?-1000000LL*s.infog[19]:s.infog[19]),s.infog[15]);
-  s.job=2; dmumps_c(&s);
-  double t3=Now();
-  fprintf(stderr,"fact info %d %d neg %d null %d two %d  flops %.3g MB %d delayed %d\n",s.infog[0],s.infog[1],s.infog[11],s.infog[27],s.infog[12+1],s.rinfog[2],s.infog[20],s.infog[12]);
-  fprintf(stderr,"TIMES prep %.3f analysis %.3f factor %.3f\n",t1-t0,t2-t1,t3-t2);
-  return 0;
+
+DirectSolver::Mumps::Mumps(const UpperRows& rows, int B) {
+  constexpr int kAllProcesses = -987654;
+  state_.par = 1;  // the calling process takes part
+  state_.sym = 2;  // symmetric, pivots of any sign
+  state_.comm_fortran = kAllProcesses;
+  Call(Begin);
+  state_.n = CountNodes(rows) * B;
+  for (const Control stream : {ErrorStream, WarningStream, ReportStream}) Set(stream) = 0;
+  Set(MessageLevel) = 0;
+  Set(MaximumTransversal) = 0;
+  Set(Ordering) = IsComplete(rows) ? kMinimumFill : kPord;
+  Set(PairedOrdering) = 1;
+  Set(Blocks) = B > 1 ? -B : 0;
+  Set(SeekNullPivots) = 1;
+  state_.cntl[kNullPivotThreshold - 1] = kNullPivot;
 }
-int DirectSolver::Substitute(ReaVecT& f, std::ostream*) {
-  double t0=Now();
-  auto& s=mumps_->s;
-  s.nrhs=1; s.lrhs=s.n; s.rhs=f.begin(); s.icntl[9]=E("REF",0);
-  s.job=3; dmumps_c(&s);
-  fprintf(stderr,"subst %.3f info %d\n",Now()-t0,s.infog[0]);
-  return 0;
+
+int DirectSolver::Mumps::Run(Job job) {
+  state_.job = job;
+  dmumps_c(&state_);
+  return state_.infog[0];
 }
-std::vector<int> DirectSolver::NullPivots() const { return {}; }
+
+int DirectSolver::Mumps::Call(Job job) {
+  const int code = Run(job);
+  if (IsOneOf(kExhausted, code)) throw std::bad_alloc();
+  return code;
+}
+
+/// The same with more and more room, as long as that is what is missing.
+int DirectSolver::Mumps::CallWithRoom(Job job) {
+  constexpr int kMost = 10000;
+  int code = Call(job);
+  while (IsOneOf(kTooLittleRoom, code)) {
+    if (Set(MoreRoom) > kMost) throw std::bad_alloc();
+    Set(MoreRoom) *= 2;
+    code = Call(job);
+  }
+  return code;
+}
+
+int DirectSolver::Mumps::Factorise(const UpperRows& rows, int B, const double* values) {
+  Places places(rows, B);
+  state_.nnz = static_cast<MUMPS_INT8>(places.row.size());
+  state_.irn = places.row.data();
+  state_.jcn = places.column.data();
+  state_.a = const_cast<double*>(values);  // the library reads them
+  int code = isAnalysed_ ? 0 : Call(Analyse);
+  isAnalysed_ = code >= 0;
+  if (isAnalysed_) code = CallWithRoom(Eliminate);
+  state_.irn = state_.jcn = nullptr;
+  state_.a = nullptr;
+  return code;
+}
+
+int DirectSolver::Mumps::Substitute(double* f) {
+  state_.nrhs = 1;
+  state_.lrhs = state_.n;
+  state_.rhs = f;
+  return CallWithRoom(Solution);
+}
+
+std::vector<int> DirectSolver::Mumps::NullPivots() const {
+  const int count = state_.infog[27];  // INFOG(28)
+  std::vector<int> degrees(state_.pivnul_list, state_.pivnul_list + count);
+  std::sort(degrees.begin(), degrees.end());
+  return degrees;
+}
+
+DirectSolver::DirectSolver(int numDegrees) : NodeBlockMatrix(numDegrees) {}
+
+DirectSolver::~DirectSolver() = default;
+
+void DirectSolver::Allocate(int dofsPerNode) {
+  mumps_.reset();
+  isFactorised_ = false;
+  NodeBlockMatrix::Allocate(dofsPerNode);
+}
+
+void DirectSolver::SetZero() {
+  isFactorised_ = false;
+  NodeBlockMatrix::SetZero();
+}
+
+int DirectSolver::Factorise(std::ostream* /*info*/) {
+  constexpr int kBreakdown = -1;
+  isFactorised_ = false;
+  const auto isFinite = [](double x) { return std::isfinite(x); };
+  if (!std::all_of(Values().begin(), Values().end(), isFinite)) return kBreakdown;
+  if (NumDegrees() > 0) {
+    if (!mumps_) mumps_ = std::make_unique<Mumps>(Rows(), BlockSize());
+    if (mumps_->Factorise(Rows(), BlockSize(), Values().data()) < 0) return kBreakdown;
+  }
+  const std::vector<int> nullPivots = NullPivots();
+  isFactorised_ = nullPivots.empty();
+  return isFactorised_ ? 0 : nullPivots.front();
+}
+
+int DirectSolver::Substitute(ReaVecT& f, std::ostream* /*info*/) {
+  assert(f.n == NumDegrees());
+  if (!isFactorised_) Fatal("error in DirectSolver::Substitute. Matrix not factorised\n");
+  return mumps_ ? mumps_->Substitute(f.begin()) : 0;
+}
+
+std::vector<int> DirectSolver::NullPivots() const {
+  return mumps_ ? mumps_->NullPivots() : std::vector<int>();
+}
+
+int DirectSolver::NegativePivots() const {
+  return mumps_ ? mumps_->NumNegativePivots() : 0;
+}
+
 }  // namespace kestol

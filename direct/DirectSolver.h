@@ -7,11 +7,12 @@
 
 namespace kestol {
 
-/// Node blocks, and a sparse direct factorisation K = L D L^T by MUMPS, with pivots of one and two
-/// rows: a matrix that is not positive definite is factorised as well.
+/// Node blocks, and a sparse direct factorisation K = L D L^T by MUMPS with a reordering that keeps
+/// L sparse. Pivots are sought, so that a matrix need not be positive definite.
 ///
 /// The factor lies beside the matrix, which stays as it was assembled. The order of elimination is
-/// found once for a structure: SetZero and another assembly keep it.
+/// found once for a structure: another assembly after SetZero, or another shift, is factorised in
+/// the same order.
 class DirectSolver : public NodeBlockMatrix {
 public:
   explicit DirectSolver(int numDegrees);
@@ -20,17 +21,20 @@ public:
   void Allocate(int dofsPerNode) override;
   void SetZero() override;
 
-  /// Returns 0; or the first of the null pivots; or -1 for a matrix with an entry that is not a
-  /// finite number. Exhausted memory is std::bad_alloc. Writes nothing to `info`.
+  /// Returns 0; or the first null pivot; or -1 when an entry is not a finite number. Replaces the
+  /// factor that there is. Exhausted memory is std::bad_alloc. Writes nothing to `info`.
   int Factorise(std::ostream* info) override;
 
   /// Solves K f = f in place; returns 0. Refuses a matrix that is not factorised.
   int Substitute(ReaVecT& f, std::ostream* info) override;
 
-  /// The degrees, ascending, that the factorisation could not eliminate: what the others left of
-  /// their rows was rounding. There are as many as the matrix lacks in rank; which degrees of a
-  /// motion they are depends on the order of elimination.
+  /// The degrees, ascending, of whose rows the last Factorise left nothing but rounding, when the
+  /// rows are scaled alike. Which degrees of a mechanism these are depends on the order of
+  /// elimination.
   std::vector<int> NullPivots() const;
+
+  /// How many pivots of the last Factorise are negative: as many as K has negative eigenvalues.
+  int NegativePivots() const;
 
 protected:
   const char* Title() const override { return "Node block storage with sparse direct solver\n"; }
@@ -38,6 +42,7 @@ protected:
 private:
   class Mumps;
   std::unique_ptr<Mumps> mumps_;  // null until the first Factorise on a structure
+  bool isFactorised_ = false;
 };
 
 }  // namespace kestol
