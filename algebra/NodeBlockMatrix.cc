@@ -4,7 +4,6 @@
 #include <cassert>
 #include <cmath>
 #include <numeric>
-#include <type_traits>
 
 #include "algebra/Matriu.h"
 #include "algebra/ReaVecT.h"
@@ -23,32 +22,64 @@ void AddUpperTriangle(const double* block, int size, double* to) {
   }
 }
 
-/// y = K x; B is a number, or a type that holds one for the compiler to see.
-template <class Size>
-void Multiply(Size B, const UpperRows& rows, const double* block, const double* x, double* y) {
+/// y += the product of a block on the diagonal, of which the upper triangle counts.
+void AddDiagonalProduct(int B, const double* block, const double* x, double* y) {
+  for (int r = 0; r < B; ++r) {
+    y[r] += block[r * B + r] * x[r];
+    for (int c = r + 1; c < B; ++c) {
+      y[r] += block[r * B + c] * x[c];
+      y[c] += block[r * B + c] * x[r];
+    }
+  }
+}
+
+/// y = K x. One pass over the blocks serves both triangles: y_I += K_IJ x_J and y_J += K_IJ^T x_I.
+/// The products of the first sum are added up entry by entry along the whole row of blocks, and by
+/// rows only behind it, so that both sums run over entries that lie side by side.
+template <int B>
+void Multiply(const UpperRows& rows, const double* block, const double* x, double* y) {
   const int nodes = static_cast<int>(rows.start.size()) - 1;
   std::fill_n(y, static_cast<std::size_t>(nodes) * B, 0.0);
   for (int node = 0; node < nodes; ++node) {
     const double* const xi = x + static_cast<std::ptrdiff_t>(node) * B;
     double* const yi = y + static_cast<std::ptrdiff_t>(node) * B;
-    for (int r = 0; r < B; ++r) {  // the block on the diagonal
-      yi[r] += block[r * B + r] * xi[r];
-      for (int c = r + 1; c < B; ++c) {
-        yi[r] += block[r * B + c] * xi[c];
-        yi[c] += block[r * B + c] * xi[r];
-      }
-    }
+    AddDiagonalProduct(B, block, xi, yi);
     block += B * B;
+    double products[B * B] = {};
     for (int b = rows.start[node] + 1; b < rows.start[node + 1]; ++b, block += B * B) {
       const double* const xj = x + static_cast<std::ptrdiff_t>(rows.column[b]) * B;
       double* const yj = y + static_cast<std::ptrdiff_t>(rows.column[b]) * B;
+      double mirrored[B] = {};
       for (int r = 0; r < B; ++r) {
-        double sum = 0.0;
         for (int c = 0; c < B; ++c) {
-          sum += block[r * B + c] * xj[c];    // the block
-          yj[c] += block[r * B + c] * xi[r];  // and its mirror
+          products[r * B + c] += block[r * B + c] * xj[c];
+          mirrored[c] += block[r * B + c] * xi[r];
         }
-        yi[r] += sum;
+      }
+      for (int c = 0; c < B; ++c) yj[c] += mirrored[c];
+    }
+    for (int r = 0; r < B; ++r)
+      yi[r] += std::accumulate(products + r * B, products + r * B + B, 0.0);
+  }
+}
+
+/// The same for nodes of any size.
+void Multiply(int B, const UpperRows& rows, const double* block, const double* x, double* y) {
+  const int nodes = static_cast<int>(rows.start.size()) - 1;
+  std::fill_n(y, static_cast<std::size_t>(nodes) * B, 0.0);
+  for (int node = 0; node < nodes; ++node) {
+    const double* const xi = x + static_cast<std::ptrdiff_t>(node) * B;
+    double* const yi = y + static_cast<std::ptrdiff_t>(node) * B;
+    AddDiagonalProduct(B, block, xi, yi);
+    block += B * B;
+    for (int b = rows.start[node] + 1; b < rows.start[node + 1]; ++b) {
+      const double* const xj = x + static_cast<std::ptrdiff_t>(rows.column[b]) * B;
+      double* const yj = y + static_cast<std::ptrdiff_t>(rows.column[b]) * B;
+      for (int r = 0; r < B; ++r) {
+        for (int c = 0; c < B; ++c, ++block) {
+          yi[r] += *block * xj[c];
+          yj[c] += *block * xi[r];
+        }
       }
     }
   }
@@ -172,13 +203,10 @@ double NodeBlockMatrix::RowTimesVector(int dof, const ReaVecT& x) const {
 void NodeBlockMatrix::Times(const ReaVecT& x, ReaVecT& y) const {
   assert(x.n == n_ && &x != &y);
   y.Resize(n_, 0.0);
-  if (dofs_ == 3) {
-    Multiply(std::integral_constant<int, 3>(), rows_, values_.data(), x.begin(), y.begin());
-  } else if (dofs_ == 6) {
-    Multiply(std::integral_constant<int, 6>(), rows_, values_.data(), x.begin(), y.begin());
-  } else {
-    Multiply(dofs_, rows_, values_.data(), x.begin(), y.begin());
-  }
+  const double* const values = values_.data();
+  if (dofs_ == 3) return Multiply<3>(rows_, values, x.begin(), y.begin());
+  if (dofs_ == 6) return Multiply<6>(rows_, values, x.begin(), y.begin());
+  Multiply(dofs_, rows_, values, x.begin(), y.begin());
 }
 
 void NodeBlockMatrix::ScaleAndShift(const ReaVecT& scale, double shift) {
