@@ -109,6 +109,8 @@ def check_usage(made: Parser, options: argparse.Namespace) -> None:
         made.error("a recipe is missing")
     if not options.output:
         made.error("-o DECK is missing")
+    if options.output == options.map == STANDARD:
+        made.error("the deck and the map cannot both go to standard output")
 
 
 def run(options: argparse.Namespace, messages: Messages) -> None:

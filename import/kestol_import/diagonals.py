@@ -14,6 +14,7 @@ from .geometry import area_vectors, dot, norm
 from .matching import TRIANGLE_EDGES, row_keys
 from .mesh import Flags, Ints, Mesh
 from .messages import Messages
+from .orientation import neighbour_pairs
 from .recipe import Recipe
 from .supports import held_degrees
 
@@ -66,7 +67,7 @@ def held_edges(mesh: Mesh, recipe: Recipe, elements: Elements,
     some = first[count <= 2]
     second = np.where(count[count <= 2] == 2, owner[np.minimum(some + 1, len(owner) - 1)], -1)
     if only_nodes(mesh, recipe):
-        some, second = corner_cutters(nodes, held, owner, some, second)
+        some, second = corner_cutters(mesh, nodes, held, owner, some, second)
     return owner[some], second, ends[some]
 
 
@@ -93,11 +94,15 @@ def only_nodes(mesh: Mesh, recipe: Recipe) -> bool:
                for use in recipe.supports for name in use.groups)
 
 
-def corner_cutters(nodes: Ints, held: Ints, owner: Ints, some: Ints,
+def corner_cutters(mesh: Mesh, nodes: Ints, held: Ints, owner: Ints, some: Ints,
                    second: Ints) -> tuple[Ints, Ints]:
-    """Of the edges only the inner ones beside a triangle whose three corners are held."""
-    whole: Flags = (held[nodes[:, 0]] & held[nodes[:, 1]] & held[nodes[:, 2]]) != 0
-    cutting = (second >= 0) & (whole[owner[some]] ^ whole[second])
+    """Of the edges only the inner ones of triangles that fill a corner of the surface and are held
+    at all three nodes."""
+    left, right, _ = neighbour_pairs(nodes, len(mesh.points))
+    inner = np.bincount(np.concatenate([left, right]), minlength=len(nodes))
+    corner: Flags = (held[nodes[:, 0]] & held[nodes[:, 1]] & held[nodes[:, 2]]) != 0
+    corner &= inner == 1
+    cutting = (second >= 0) & (corner[owner[some]] | corner[second])
     return some[cutting], second[cutting]
 
 

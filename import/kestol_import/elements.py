@@ -57,7 +57,7 @@ def select_elements(mesh: Mesh, recipe: Recipe, messages: Messages) -> list[Elem
                             block.numbers if whole else block.numbers[rows])
         elements = drop_copies(mesh, recipe, elements)
         found.append(halve(elements) if kind == "line3" else elements)
-    found = join_lines(sorted(found, key=lambda e: e.dimension))
+    found.sort(key=lambda e: e.dimension)
     check_families(mesh, recipe, found, list(owners))
     report_bare_cells(mesh, owners, messages)
     first = 1
@@ -88,10 +88,6 @@ def claim(mesh: Mesh, recipe: Recipe, index: int, group: Group, owners: dict[str
         owner[rows] = index
 
 
-def KINDS_dimension(mesh: Mesh, kind: str) -> int:
-    return mesh.blocks[kind].kind.dimension
-
-
 def refuse_two(use: MaterialUse, group: str, other: str) -> None:
     raise Refusal(f'{use.label}: cells of group "{group}" belong to {other} already', "material",
                   use.group_place(group))
@@ -118,17 +114,6 @@ def halve(elements: Elements) -> Elements:
     halves = elements.nodes[:, [[0, 2], [2, 1]]].reshape(-1, 2)
     return Elements("line", halves, np.repeat(elements.material, 2),
                     np.repeat(elements.numbers, 2))
-
-
-def join_lines(found: list[Elements]) -> list[Elements]:
-    """Beams of two- and of three-noded lines in one list."""
-    lines = [e for e in found if e.kind == "line"]
-    if len(lines) < 2:
-        return found
-    joined = Elements("line", np.concatenate([e.nodes for e in lines]),
-                      np.concatenate([e.material for e in lines]),
-                      np.concatenate([e.numbers for e in lines]))
-    return [joined, *(e for e in found if e.kind != "line")]
 
 
 def drop_copies(mesh: Mesh, recipe: Recipe, elements: Elements) -> Elements:

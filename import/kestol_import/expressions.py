@@ -46,10 +46,6 @@ class Expression:
             self._tree = parse(source)
             check(self._tree)
 
-    @property
-    def is_constant(self) -> bool:
-        return self._tree is None
-
     def at(self, points: Reals) -> Reals:
         """Values (n,) at points (n, 3); ExpressionError where one is not finite."""
         if self._tree is None:

@@ -31,15 +31,14 @@ class LoadLines:
 
 @dataclass
 class Target:
-    """Sides of elements that a load meets: rows and sides of `elements`, the cells that named
-    them, their kind and the middle of each."""
+    """Sides of elements that a load meets: rows and sides of `elements`, the cells that named them,
+    their kind and the middle of each."""
 
     elements: Elements
     rows: Ints
     sides: Ints | None
     cells: Ints
     kind: Kind
-    owners: Ints
     middle: Reals = field(default_factory=lambda: np.zeros((0, 3)))
 
 
@@ -111,7 +110,7 @@ def side_target(model: Model, use: LoadUse, group: Group, cells: Ints, numbers: 
         sides = find_sides(cells[:, :one.corners], elements.nodes, (corners,),
                            len(model.mesh.points))
     refuse_lost(use, group, sides, numbers, one, elements)
-    target = Target(elements, sides.rows, None, cells, one, sides.owners)
+    target = Target(elements, sides.rows, None, cells, one)
     if elements.dimension == 3:
         target.sides = sides.sides if one.dimension == 2 else np.full(len(cells), -1)
         if use.normal is not None:
@@ -163,8 +162,7 @@ def line_targets(model: Model, use: LoadUse, group: Group, cells: Ints, numbers:
         rest = ~hit.reshape(len(cells), -1).all(axis=1)
         on_beams = np.repeat(~rest, one.order)
         if on_beams.any():
-            found.append(Target(beams, sides.rows[on_beams], None, halves[on_beams], KINDS["line"],
-                                sides.owners[on_beams]))
+            found.append(Target(beams, sides.rows[on_beams], None, halves[on_beams], KINDS["line"]))
     if shells is not None and rest.any():
         cells, numbers = cells[rest], numbers[rest]
         if one.order != KINDS[shells.kind].order:
@@ -175,7 +173,7 @@ def line_targets(model: Model, use: LoadUse, group: Group, cells: Ints, numbers:
         refuse_lost(use, group, sides, numbers, one, shells)
         if use.normal is not None:
             refuse_inner(use, group, sides, numbers, "line")
-        found.append(Target(shells, sides.rows, sides.sides, cells, one, sides.owners))
+        found.append(Target(shells, sides.rows, sides.sides, cells, one))
     elif rest.any():
         lost = numbers[rest]
         raise Refusal(f'{use.label}: group "{group.name}": line {lost[0]} belongs to no element '
@@ -196,7 +194,6 @@ def forget_met(model: Model, target: Target, met: dict[tuple[str, bool], Ints]) 
     fresh &= ~np.isin(key, earlier)
     met[where] = np.concatenate([earlier, key[fresh]])
     target.rows, target.cells = target.rows[fresh], target.cells[fresh]
-    target.owners = target.owners[fresh]
     if target.sides is not None:
         target.sides = target.sides[fresh]
     target.middle = centres(model.mesh.points, target.kind, target.cells)

@@ -49,11 +49,8 @@ class Source:
         return Place(self.path, line, before + 1, max(len(word.encode()), 1), source)
 
     def place(self, path: Path, value: bool = True) -> Place:
-        """Where the value (or the key) of that path stands; the nearest table that is written."""
-        while path and path not in self.spans:
-            path = path[:-1]
-            value = False
-        if not path:
+        """Where the value (or the key) of that path stands."""
+        if path not in self.spans:
             return Place(self.path)
         first, behind = self.spans[path].value if value else self.spans[path].key
         line = self.text.count("\n", 0, first) + 1

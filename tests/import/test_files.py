@@ -260,6 +260,25 @@ class DamagedFiles(Case):
              "tag \"name\"' [mesh]"),
             (changed(4, "60"), "cut.msh:12: error: $PhysicalNames has fewer names than it says "
              "[mesh]"),
+            (changed(elements + 1, "9999"),
+             f"cut.msh:{lines.index('$EndElements') + 1}: error: $Elements has fewer numbers than its "
+             "counts say [mesh]"),
+            (changed(elements + 1, "1"), f"cut.msh:{lines.index('$EndElements') + 1}: error: "
+             "$Elements has more numbers than its counts say [mesh]"),
+            (changed(elements + 2, "1 15 -2 6 1 1"), f"cut.msh:{lines.index('$EndElements') + 1}: "
+             "error: $Elements: a negative number of tags [mesh]"),
+            (changed(nodes + 3, "2 0 0 1_0"),
+             f"cut.msh:{nodes + 3}: error: $Nodes cannot be read as numbers [mesh]"),
+            (changed(nodes, "Nodes"), f'cut.msh:{nodes}: error: a section such as $Nodes is expected, '
+             'not "Nodes" [mesh]'),
+            ("\n".join(["$Nodes", *lines[nodes + 1:elements], *lines[:3]]), None),
+            ("$Comments\nx\n$EndComments\n$Nodes\n",
+             "cut.msh:5: error: $Nodes stands before $MeshFormat [mesh]"),
+            ("$MeshFormat\n2.2 0 8\n$EndMeshFormat\n$Nodes\n0\n$EndNodes\n$Elements\n0\n"
+             "$EndElements\n", "cut.msh: error: the mesh has no cells [mesh]"),
+            ("$MeshFormat\n2.2 0 8\n$EndMeshFormat\n$Nodes\n0\n$EndNodes\n$Elements\n1\n"
+             "1 15 2 1 1 1\n$EndElements\n",
+             "cut.msh: error: an element has node 1, which is not in $Nodes [mesh]"),
             (changed(0, "hello"), None),
         ]
         for data, message in cases:
@@ -269,6 +288,60 @@ class DamagedFiles(Case):
                     self.assertEqual(done.stderr, message + "\n")
                 else:
                     self.assertRegex(done.stderr, "meshio cannot read this file")
+
+    def test_elements_without_tags_have_no_group(self):
+        self.write("m.msh", "$MeshFormat\n2.2 0 8\n$EndMeshFormat\n$Nodes\n2\n1 0 0 0\n2 1 0 0\n"
+                   "$EndNodes\n$Elements\n1\n1 1 0 1 2\n$EndElements\n")
+        self.assertRegex(self.made("--list", "m.msh"), r"(?m)^lines +1 +1 +2 +length 1$")
+
+    def test_binary_headings(self):
+        head = b"$MeshFormat\n2.2 1 8\n"
+        cases = [
+            (head + b"\2\0\0\0\n$EndMeshFormat\n", "$MeshFormat: the number 1 that tells the byte "
+             "order is missing"),
+            (head + b"\1\0", "the file ends within $MeshFormat"),
+            (head + b"\1\0\0\0\n$EndMeshFormat\n$Nodes\n0\n$EndNodes\n$Elements\n1\n"
+             + struct.pack("<3i", 1, 0, 2) + b"$EndElements\n",
+             "$Elements: a block has no elements or a negative number of tags"),
+            (b"$MeshFormat\n4.1 1 8\n\1\0\0\0\n$EndMeshFormat\n$Nodes\n"
+             + struct.pack("<4Q3iQ", 1, 1, 1, 1, 0, 1, 0, 2 ** 64 - 1),
+             "$Nodes holds a number beyond 63 bits"),
+        ]
+        for data, message in cases:
+            with self.subTest(message=message):
+                line = ":3" * ("$MeshFormat" in message)  # lines are counted in text only
+                self.assertEqual(self.check(data, message).stderr,
+                                 f"cut.msh{line}: error: {message} [mesh]\n")
+
+    def test_tetrahedra_of_both_senses_become_positive(self):
+        for kind, order, name in ((4, [2, 1, 3, 4], "tetra"), (11, None, "tetra10")):
+            nodes = ["0 0 0", "1 0 0", "0 1 0", "0 0 1", ".5 0 0", ".5 .5 0", "0 .5 0", "0 0 .5",
+                     ".5 0 .5", "0 .5 .5"]
+            # of Gmsh's ten nodes the last two are those of 3-4 and 2-4
+            row = order or [2, 1, 3, 4, 5, 7, 6, 9, 10, 8]
+            self.write("m.msh", "$MeshFormat\n2.2 0 8\n$EndMeshFormat\n$Nodes\n10\n" + "\n".join(
+                f"{k} {n}" for k, n in enumerate(nodes, 1)) + "\n$EndNodes\n$Elements\n1\n"
+                f"1 {kind} 2 1 1 {' '.join(map(str, row))}\n$EndElements\n")
+            self.write("m.toml", '[material.s]\ngroups = ["1"]\n' + STEEL)
+            done = self.run_import("-v", "--force", "m.msh", "m.toml", "-o", "model.dat")
+            self.assertIn("note: 1 of 1 elements turned round", done.stderr)
+            deck = Deck(self.read("model.dat"))
+            found = [deck.nodes[n] for n in deck.elements[1][0]]
+            a, b, c, d = (np.array(p) for p in found[:4])
+            self.assertGreater(np.dot(np.cross(b - a, c - a), d - a), 0)
+            edges = [(0, 1), (1, 2), (2, 0), (0, 3), (1, 3), (2, 3)]
+            for k, (i, j) in enumerate(edges[:len(found) - 4], 4):
+                np.testing.assert_array_equal(found[k], (np.array(found[i]) + found[j]) / 2, name)
+
+    def test_a_block_that_says_too_little(self):
+        self.mesh("box.msh", BOX, "-3", "-format", "msh41")
+        text = self.read("box.msh")
+        start = text.index("$Elements\n") + len("$Elements\n")
+        end = text.index("\n", start)
+        head = text[start:end].split()
+        head[1] = str(int(head[1]) + 1)
+        done = self.check((text[:start] + " ".join(head) + text[end:]).encode(), "count")
+        self.assertIn("$Elements has not as many elements as it says", done.stderr)
 
     def test_what_only_version_4_has(self):
         self.mesh("box.msh", BOX, "-3", "-format", "msh41")
@@ -329,6 +402,53 @@ class OtherFormats(Case):
                 self.assertRegex(listing, r"(?m)^support:1 +0 +0 +2$")
                 self.assertNotIn("real", listing)
 
+    def test_physical_tags_of_other_readers_have_their_names(self):
+        """What meshio knows of Gmsh's groups, as any of its formats may carry it."""
+        from kestol_import.bridge import convert
+        read = meshio.Mesh(
+            np.array([[0, 0], [1, 0], [0, 1], [1, 1]], float),
+            [("triangle", np.array([[0, 1, 2]])), ("triangle", np.array([[1, 3, 2]])),
+             ("line", np.array([[0, 1]]))],
+            cell_data={"gmsh:physical": [np.array([4]), np.array([4]), np.array([9])],
+                       "gmsh:geometrical": [np.array([1]), np.array([2]), np.array([3])]},
+            field_data={"plate": np.array([4, 2])}, point_sets={"corner": np.array([0])},
+            cell_sets={"half": [np.array([], int), np.array([0]), None]},
+            point_data={"gmsh:dim_tags": np.zeros((4, 2), int), "t": np.arange(4.0)})
+        mesh = convert("x", read)
+        rows = {name: {k: list(r) for k, r in g.rows.items()} for name, g in mesh.groups.items()}
+        self.assertEqual(rows, {"corner": {}, "half": {"triangle": [1]},
+                                "plate": {"triangle": [0, 1]}, "9": {"line": [0]}})
+        self.assertEqual(list(mesh.groups["corner"].nodes), [0])
+
+    def test_families_of_med_have_their_names(self):
+        from kestol_import.bridge import convert
+        read = meshio.Mesh(np.zeros((3, 3)), [("triangle", np.array([[0, 1, 2]]))],
+                           cell_data={"cell_tags": [np.array([-6])]},
+                           point_data={"point_tags": np.array([2, 0, 0])})
+        read.cell_tags, read.point_tags = {-6: ["skin", "all of it"]}, {2: ["corner"]}
+        mesh = convert("x", read)
+        self.assertEqual(set(mesh.groups), {"skin", "all of it", "corner"})
+
+    def test_meshes_that_meshio_reads_and_no_deck_holds(self):
+        from kestol_import.bridge import MOST_VALUES, convert
+        from kestol_import.errors import Refusal
+        triangle = [("triangle", np.array([[0, 1, 2]]))]
+        for read, message in (
+                (meshio.Mesh(np.array([[0, 0, np.inf]] * 3), triangle),
+                 "a node has a coordinate that is not finite"),
+                (meshio.Mesh(np.zeros((2, 3)), triangle),
+                 "a cell has a node that the file does not have"),
+                (meshio.Mesh(np.zeros((3, 3)), [("polygon", [[0.5, 1, 2]])]),
+                 "cells of kind polygon cannot be imported")):
+            with self.subTest(message=message), self.assertRaises(Refusal) as raised:
+                convert("x", read)
+            self.assertEqual(raised.exception.text, message)
+        many = MOST_VALUES + 1
+        read = meshio.Mesh(np.zeros((many, 3)), [("vertex", np.arange(many)[:, None])],
+                           cell_data={"number": [np.arange(many)]},
+                           point_data={"number": np.arange(many)})
+        self.assertEqual(set(convert("x", read).groups), {"points"})
+
     def test_quads_are_split_on_demand(self):
         points = np.array([[0, 0, 0], [2, 0, 0], [2, 1, 0], [0.5, 1, 0]], float)
         meshio.write(self.folder / "q.vtu", meshio.Mesh(
@@ -341,6 +461,23 @@ class OtherFormats(Case):
         deck = Deck(self.read("model.dat"))
         self.assertEqual([set(e[0]) for e in deck.elements.values()], [{1, 2, 4}, {2, 3, 4}])
         self.assertIn("element,1,1\nelement,1,2\n", self.read("map.csv"))
+
+    def test_quads_join_the_triangles_that_are_there(self):
+        points = np.array([[0, 0, 0], [2, 0, 0], [2, 1, 0], [0.5, 1, 0], [3, 0, 0]], float)
+        meshio.write(self.folder / "q.vtu", meshio.Mesh(
+            points, [("quad", np.array([[0, 1, 2, 3]])), ("triangle", np.array([[1, 4, 2]]))],
+            cell_data={"part": [np.array([1]), np.array([1])]}))
+        self.assertRegex(self.made("--list", "q.vtu"), r"part:1 +2 +2 +5 +area 2.25\n")
+        self.assertRegex(self.made("--list", "--split-quads", "q.vtu"),
+                         r"part:1 +2 +3 +5 +area 2.25\n")
+        self.assertIn("3 triangles", self.made("--list", "--split-quads", "q.vtu"))
+        meshio.write(self.folder / "t.vtu", meshio.Mesh(points, [("triangle", np.array([[0, 1, 2]]))]))
+        self.made("--list", "--split-quads", "t.vtu")
+
+    def test_bricks_are_listed_without_a_size(self):
+        meshio.write(self.folder / "b.vtu", meshio.Mesh(
+            np.random.default_rng(1).random((8, 3)), [("hexahedron", np.arange(8)[None])]))
+        self.assertRegex(self.made("--list", "b.vtu"), r"volumes +3 +1 +8\n")
 
     def test_ten_nodes_in_the_other_order_are_seen(self):
         """Some writers exchange the last two mid-sides: geometry tells."""

@@ -133,6 +133,19 @@ class Frames(Case):
                         # the half of the first element stands on the support
                         self.near(value, -float(said) * 5 / 6, 1e-4)
 
+    def test_normal_loads_of_beams_with_euler_angles(self):
+        """The solver and the report agree about local z of a section turned by 0.5 rad."""
+        self.mesh("bar.msh", SKEW.replace("{3, 3, 0}", "{-3, 0, 0}"), "-1")
+        recipe = SKEW_RECIPE.replace('groups = ["tip"]', 'groups = ["bar"]').replace(
+            "force = [0, 0, -1000]", "normal = 1").replace("up = [0, 0, 1]", "Euler1 = 0.5")
+        self.write("bar.toml", recipe)
+        report = self.made("bar.msh", "bar.toml", "-o", "model.dat")
+        force = re.search(r"force \((.*), (.*), (.*)\), moment", report).groups()
+        held = self.solve().held()
+        for value, said in zip(held[1:], map(float, force[1:])):
+            self.near(value, -said * 5 / 6, 1e-4)
+        self.near(abs(float(force[2])), 3 * math.cos(0.5), 1e-5)
+
     def test_a_bracket_of_two_arms(self):
         """P (L1^3/3EI + L2^3/3EI + L1 L2^2/GJ); each direction has a material line of its own."""
         self.mesh("bracket.msh", BRACKET, "-1")
@@ -207,6 +220,14 @@ class Drawings(Case):
         self.write("x.toml", PORTAL_RECIPE)
         self.refused("frame.dxf: error: the drawing has no LINE, LWPOLYLINE, POLYLINE or 3DLINE "
                      "[dxf]", "frame.dxf", "x.toml", "-o", "model.dat")
+
+    def test_coordinates_must_be_finite(self):
+        self.drawing(lambda s: s.add_line((0, 0), (1, 7.25)))
+        text = self.read("frame.dxf")
+        self.write("frame.dxf", text.replace("\n7.25\n", "\n1e999\n"))
+        done = self.run_import("--list", "frame.dxf")
+        self.assertEqual(done.stderr, "frame.dxf: error: a point has a coordinate that is not finite "
+                         "[dxf]\n")
 
     def test_what_is_no_drawing_is_refused(self):
         self.drawing(lambda s: s.add_line((0, 0), (1, 0)))

@@ -87,6 +87,8 @@ class CommandLine(Program):
                 (["--lis", "m.msh"], "unrecognized arguments: --lis"),
                 (["--list", "m.msh", "r.toml"], "--list takes a mesh only"),
                 (["--list", "m.msh", "--map", "x"], "--list takes a mesh only"),
+                (["m.msh", "r.toml", "-o", "-", "--map", "-"],
+                 "the deck and the map cannot both go to standard output"),
                 (["m.msh", "r.toml", "x", "-o", "d"], "unrecognized arguments: x"),
                 (["--order", "best", "m.msh", "r.toml", "-o", "d"], "argument --order: invalid choice:"
                  " 'best' (choose from 'keep', 'rcm')"),
@@ -373,6 +375,22 @@ factors = [1000, 1]
                 total = sum(f[1][2] for f in deck.forces)
                 self.assertEqual(len(deck.loads) or round(-total, 9), 2 if deck.loads else 1)
 
+    def test_copies_of_a_cell_have_one_material(self):
+        self.write("r.toml", RECIPE + '[material.iron]\ngroups = ["more"]\nE = 1\nnu = 0\nG = 1\n'
+                   't = 1\n')
+        self.refused('r.toml:16:11: error: material "iron": cells of group "more" belong to material '
+                     '"steel" already [material]', "m.msh", "r.toml", "-o", "d.dat")
+
+    def test_names_of_the_solver_are_passed_on(self):
+        for name in ("Automatic", "SkyLine", "Double"):
+            self.assertIn(f"\nSolver {name}\n",
+                          self.deck(RECIPE + f'[options]\nsolver = "{name}"\n'))
+
+    def test_the_first_system_of_units_is_that_of_the_results(self):
+        text = self.deck(RECIPE + '[units.SI]\nforce = "N"\nlength = "m"\npressure = "Pa"\n'
+                         "factors = [1, 1]\n")
+        self.assertIn("units_mesh m\nunits_mat_and_load SI\nunits_res SI\n", text)
+
     def test_copies_of_a_cell_are_one_element(self):
         """Version 2.2 writes a cell of two groups twice: "more" is half of "plate" again."""
         text = self.deck(RECIPE.replace('["plate"]', '["plate", "more"]'))
@@ -474,6 +492,12 @@ class Outputs(Program):
         self.assertEqual(done.returncode, 0, done.stderr)
         self.made("m.msh", "r.toml", "-o", "d.dat")
         self.assertEqual(done.stdout, self.read("d.dat"))
+        self.assertIn('load "tip" on "tip"', done.stderr)
+
+    def test_a_map_on_standard_output(self):
+        done = self.run_program("m.msh", "r.toml", "-o", "d.dat", "--map", "-")
+        self.assertEqual(done.returncode, 0, done.stderr)
+        self.assertTrue(done.stdout.startswith("kind,old,new\nnode,1,1\n"))
         self.assertIn('load "tip" on "tip"', done.stderr)
 
     def test_a_pipe_is_written_directly(self):

@@ -77,6 +77,10 @@ class RecipeRefusals(Case):
         ("[material\n", "1:10", "no TOML: Expected ']' at the end of a table declaration [toml]"),
         ("a = 1 \n b = = 2\n", "2:6", "no TOML: Invalid value [toml]"),
         ('a = "x', "1", "no TOML: Unterminated string [toml]"),
+        ("a = " + "[" * 5000, "", "no TOML: nested too deeply [toml]"),
+        (SHELL + '[options]\nsolver = "Sparse a b 50"\n', "8:10",
+         'solver: must be "Automatic", "SkyLine", "Double" or "Sparse tolerance1 tolerance2 '
+         'iterations" [value]'),
         # keys
         (SHELL + "[loads.p]\nforce = 1\n", "7:1",
          '"loads" is not known here: did you mean "load"? [key]'),
@@ -262,6 +266,18 @@ class RecipeRefusals(Case):
         self.write("r.toml", SHELL + '[load.p]\ngroups = ["edge"]\nnormal = 1\n')
         self.refused('r.toml:8:11: error: load "p": group "edge": line 1 lies between elements and '
                      "has no outward normal [load]", "m.msh", "r.toml", "-o", "d.dat")
+
+    def test_a_support_on_an_empty_group(self):
+        self.write("m.msh", MESH.replace("$PhysicalNames\n7", '$PhysicalNames\n8\n2 99 "empty"'))
+        self.write("r.toml", SHELL + '[support.s]\ngroups = ["empty"]\ncodes = "111111"\n')
+        self.refused('r.toml:8:11: error: support "s": group "empty" is empty [group]', "m.msh",
+                     "r.toml", "-o", "d.dat")
+
+    def test_copies_of_the_same_cells_in_two_materials(self):
+        self.write("m.msh", MESH.replace("6 2 2 5 1 1 2 5", "6 2 2 5 1 3 2 1"))
+        self.write("r.toml", SHELL + SHELL.replace("steel", "iron").replace("plate", "face"))
+        self.refused('r.toml:8:11: error: material "iron": cells of group "face" belong to material '
+                     '"steel" already [material]', "m.msh", "r.toml", "-o", "d.dat")
 
     def test_a_recipe_that_is_no_utf_8_is_refused(self):
         self.write("m.msh", MESH)

@@ -158,6 +158,78 @@ class Shells(Case):
         done = self.run_import("-v", "plate.msh", "plate.toml", "-o", "model.dat")
         self.assertNotIn("swapped", done.stderr)
 
+    def grid(self, supports, **more):
+        """A structured plate of 2 x 2 cells whose border, or another set of nodes, is held; as
+        meshio hands it over. The diagonals of two corners cut them."""
+        import meshio
+        import numpy as np
+        points = np.array([[i, j, 0] for j in range(3) for i in range(3)], float)
+        cells = []
+        for j in range(2):
+            for i in range(2):
+                a = 3 * j + i
+                cells += [[a, a + 1, a + 3], [a + 1, a + 4, a + 3]]
+        held = np.zeros(9, int)
+        held[supports] = 1
+        part = np.ones(8, int)
+        part[more.get("other", [])] = 2
+        if "fold" in more:
+            points[more["fold"], 2] = 1
+        meshio.write(self.folder / "grid.vtu", meshio.Mesh(
+            points, [("triangle", np.array(cells))], point_data={"held": held},
+            cell_data={"part": [part]}))
+        self.write("grid.toml", "".join(
+            f'[material.m{k}]\ngroups = ["part:{k}"]\nE = 1\nnu = 0\nG = 1\nt = 1\n'
+            for k in (1, 2) if k in part) +
+            '[support.s]\ngroups = ["held:1"]\ncodes = "111000"\n[options]\nsix_nodes = true\n'
+            + more.get("recipe", ""))
+        done = self.run_import("-v", "--force", "grid.vtu", "grid.toml", "-o", "model.dat")
+        self.assertEqual(done.returncode, 0, done.stderr)
+        return done.stderr
+
+    def test_supports_of_nodes_alone_have_their_corners_freed(self):
+        """Which edges lie in the support is not known: only corners are certain."""
+        said = self.grid([0, 1, 2, 3, 5, 6, 7, 8])
+        self.assertIn("note: 2 diagonals across supported corners swapped", said)
+        elements = [set(e[0]) for e in self.deck().elements.values()]
+        self.assertIn({1, 5, 4}, elements)
+        self.assertIn({1, 2, 5}, elements)
+
+    def test_diagonals_that_must_stay(self):
+        border = [0, 1, 2, 3, 5, 6, 7, 8]
+        for what, nodes, more in (
+                ("two materials", border, {"other": [0, 7]}), ("a fold", border, {"fold": [0, 8]}),
+                ("the other diagonal is held too", [0, 1, 3, 4], {})):
+            with self.subTest(what=what):
+                said = self.grid(nodes, **more)
+                self.assertIn("note: 0 diagonals across supported corners swapped", said)
+                self.assertIn("[corner-diagonal]", said)
+
+    def test_a_triangle_is_swapped_once(self):
+        """Two held inner edges of one triangle: the second one stays and is told."""
+        points = ["0 0", "1 0", "0.5 0.5", "-0.5 0.6", "1.5 0.6"]
+        cells = ["2 2 1 1 1 2 3", "2 2 1 1 1 3 4", "2 2 1 1 2 5 3", "1 2 2 1 1 2", "15 2 3 1 3"]
+        self.write("m.msh", "\n".join([
+            "$MeshFormat\n2.2 0 8\n$EndMeshFormat\n$Nodes\n5",
+            *(f"{k} {p} 0" for k, p in enumerate(points, 1)), "$EndNodes\n$Elements\n5",
+            *(f"{k} {c}" for k, c in enumerate(cells, 1)), "$EndElements\n"]))
+        self.write("m.toml", '[material.m]\ngroups = ["1"]\nE = 1\nnu = 0\nG = 1\nt = 1\n'
+                   '[support.s]\ngroups = ["2", "3"]\ncodes = "111000"\n'
+                   "[options]\nsix_nodes = true\n")
+        done = self.run_import("-v", "m.msh", "m.toml", "-o", "model.dat")
+        self.assertEqual(done.returncode, 0, done.stderr)
+        self.assertIn("note: 1 diagonals across supported corners swapped", done.stderr)
+        self.assertIn("m.msh: warning: 1 edge between supported nodes cannot be swapped: the mid-side "
+                      "at (0.75, 0.25, 0) becomes a support [corner-diagonal]", done.stderr)
+
+    def test_supports_of_whole_surfaces_keep_their_edges(self):
+        self.mesh("plate.msh", STRUCTURED, "-2")
+        self.write("plate.toml", NAVIER.replace('["edges x", "edges y"]', '["plate"]').replace(
+            "110001", "110000"))
+        done = self.run_import("-v", "plate.msh", "plate.toml", "-o", "model.dat")
+        self.assertEqual(done.returncode, 0, done.stderr)
+        self.assertIn("0 diagonals", done.stderr)
+
     def test_an_edge_that_cannot_be_swapped_is_told(self):
         """A strip of one cell between two supports."""
         strip = STRUCTURED.replace("Transfinite Curve {1, 2, 3, 4} = 11",
