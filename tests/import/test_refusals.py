@@ -1,4 +1,5 @@
 """Every refusal, by its whole message: exit status 2, one finding, no deck."""
+import random
 import unittest
 
 from support import Case
@@ -278,6 +279,23 @@ class RecipeRefusals(Case):
         self.write("r.toml", SHELL + SHELL.replace("steel", "iron").replace("plate", "face"))
         self.refused('r.toml:8:11: error: material "iron": cells of group "face" belong to material '
                      '"steel" already [material]', "m.msh", "r.toml", "-o", "d.dat")
+
+    def test_recipes_changed_at_random(self):
+        """Whatever stands in a recipe: a deck or a finding, never a trace."""
+        chance = random.Random(18)
+        seeds = [recipe for recipe, *_ in self.CASES if len(recipe) < 1000]
+        words = ['"x"', "[1, 2, 3]", "{a = 1}", "1979-05-27", "inf", "true", "[]", '""', '"1/x"',
+                 "\n[load.q]\n", 'groups = ["edge"]\n', "[[load]]\n", *'[]{}="\\.,#\n -e1']
+        self.write("m.msh", MESH)
+        for _ in range(400):
+            recipe = chance.choice(seeds)
+            for _ in range(chance.randrange(1, 4)):
+                at = chance.randrange(len(recipe) + 1)
+                recipe = recipe[:at] + chance.choice(words) + recipe[at + chance.randrange(3):]
+            with self.subTest(recipe=recipe):
+                self.write("r.toml", recipe)
+                done = self.run_import("--force", "m.msh", "r.toml", "-o", "d.dat")
+                self.assertIn(done.returncode, (0, 2))
 
     def test_a_recipe_that_is_no_utf_8_is_refused(self):
         self.write("m.msh", MESH)
