@@ -3,27 +3,16 @@
 //
 //     bench_direct [-n TIMES] DECK...
 //
-// Reading, solution, strengths and the result file, in seconds of the processor; the best of the
-// runs. The ratio is that of the totals.
-#include <algorithm>
+// Reading, solution (with strengths and reactions) and the result file, in seconds of the
+// processor; the best of the runs. The ratio is that of the totals.
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <ctime>
-#include <memory>
 #include <string>
 
-#include "algebra/SkyLine.h"
-#include "analysis/Assembly.h"
-#include "analysis/Hinges.h"
-#include "analysis/ShellMesh.h"
-#include "analysis/Sizes.h"
-#include "analysis/SolveDriver.h"
-#include "analysis/Strengths.h"
-#include "direct/DirectSolver.h"
-#include "input/Project.h"
-#include "input/ProjectReader.h"
-#include "input/TextInput.h"
+#include "kestol/LinearSystem.h"
+#include "kestol/ReadDeck.h"
 #include "main/ErrorChannel.h"
 #include "output/OutputText.h"
 #include "output/VemoFiles.h"
@@ -38,60 +27,43 @@ double Now() {
 }
 
 struct Seconds {
-  double reading, solution, strengths, writing;
-  double Total() const { return reading + solution + strengths + writing; }
+  double reading, solution, writing;
+  double Total() const { return reading + solution + writing; }
 };
 
-void SolveDirectly(Project& project) {
-  if (project.hasRotules) PrepareHinges(project);
-  CheckNormals(project);
-  project.solver = std::make_unique<DirectSolver>(EquationCount(project));
-  project.global.Resize(EquationCount(project), 0.0);
-  AssembleAndSolve(project, nullptr);
-}
-
-Seconds RunOnce(const char* deck, bool direct) {
+Seconds RunOnce(const char* deck, SolverName solver) {
   const double start = Now();
-  std::FILE* const file = std::fopen(deck, "r");
-  if (file == nullptr) Fatal("can't open file ", deck, "\n");
-  TextInput input(file);
-  Project project(100);
-  ReadProject(project, input);
+  Project project = ReadDeck(deck);
   const double isRead = Now();
-  if (direct) {
-    SolveDirectly(project);
-  } else {
-    project.solverChoice = SolveSkyLine;
-    SolveProject(project, 1, nullptr);
-  }
+  SolveOptions options;
+  options.solver = solver;
+  const Results results = SolveOnce(project, options);
   const double isSolved = Now();
-  ComputeStrengths(project, nullptr);
-  const double hasStrengths = Now();
-  OutputText results(std::string("/dev/null"));
-  WriteVemoFiles(project, results, nullptr);
-  results.Close();
-  return {isRead - start, isSolved - isRead, hasStrengths - isSolved, Now() - hasStrengths};
+  OutputText text(std::string("/dev/null"));
+  WriteVemoFiles(project, results, text, nullptr);
+  text.Close();
+  return {isRead - start, isSolved - isRead, Now() - isSolved};
 }
 
-Seconds Best(const char* deck, bool direct, int times) {
-  Seconds best = RunOnce(deck, direct);
+Seconds Best(const char* deck, SolverName solver, int times) {
+  Seconds best = RunOnce(deck, solver);
   for (int i = 1; i < times; ++i) {
-    const Seconds next = RunOnce(deck, direct);
+    const Seconds next = RunOnce(deck, solver);
     if (next.Total() < best.Total()) best = next;
   }
   return best;
 }
 
 void Print(const char* name, const Seconds& s) {
-  std::printf("  %-8s read %.3f  solution %.3f  strengths %.3f  writing %.3f  total %.3f\n", name,
-              s.reading, s.solution, s.strengths, s.writing, s.Total());
+  std::printf("  %-8s reading %.3f  solution %.3f  writing %.3f  total %.3f\n", name, s.reading,
+              s.solution, s.writing, s.Total());
 }
 
 void Compare(const char* deck, int times) {
   std::printf("%s\n", deck);
-  const Seconds direct = Best(deck, true, times);
-  Print("direct", direct);
-  const Seconds skyline = Best(deck, false, times);
+  const Seconds direct = Best(deck, SolverName::Direct, times);
+  Print("Direct", direct);
+  const Seconds skyline = Best(deck, SolverName::SkyLine, times);
   Print("SkyLine", skyline);
   std::printf("  ratio    %.2f\n", direct.Total() / skyline.Total());
 }
@@ -102,13 +74,9 @@ void Compare(const char* deck, int times) {
 
 int main(int argc, char** argv) {
   try {
-    int first = 1;
-    int times = 1;
-    if (argc > 2 && std::strcmp(argv[1], "-n") == 0) {
-      times = std::atoi(argv[2]);
-      first = 3;
-    }
-    for (int i = first; i < argc; ++i) kestol::Compare(argv[i], times);
+    const bool counts = argc > 2 && std::strcmp(argv[1], "-n") == 0;
+    const int times = counts ? std::atoi(argv[2]) : 1;
+    for (int i = counts ? 3 : 1; i < argc; ++i) kestol::Compare(argv[i], times);
   } catch (const kestol::FatalError& refusal) {
     kestol::ErrorExit(refusal);
   }
