@@ -69,6 +69,7 @@ JsonWriter& JsonWriter::Literal(std::string_view text) {
 
 JsonWriter& JsonWriter::Value(double value) {
   if (!std::isfinite(value)) return Null();
+  if (value == 0.0 && std::signbit(value)) return Literal("-0.0");  // "-0" is an integer to many
   Separate();
   output_ << value;
   needsComma_ = true;

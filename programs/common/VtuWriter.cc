@@ -17,7 +17,9 @@ void BeginFile(OutputBuffer& output, std::string_view type) {
 /// name="..." and what else every mention of an array says.
 void WriteAttributes(OutputBuffer& output, const VtuArray& array) {
   output << "type=\"" << kTypeNames[static_cast<int>(array.type)] << "\" Name=\""
-         << XmlText(array.name) << "\" NumberOfComponents=\"" << array.components << '"';
+         << XmlText(array.name) << '"';
+  // Said of a scalar too, it would make some readers give a table of one column.
+  if (array.components > 1) output << " NumberOfComponents=\"" << array.components << '"';
   for (std::size_t c = 0; c < array.componentNames.size(); ++c)
     output << " ComponentName" << static_cast<int>(c) << "=\"" << XmlText(array.componentNames[c])
            << '"';
