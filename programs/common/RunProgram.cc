@@ -33,12 +33,15 @@ int NoMemory(const std::string& program) {
 
 }  // namespace
 
-void PrintRefusal(const std::string& deck, const FatalError& refusal) {
-  Message message{"error", WithoutErrorWord(refusal.what())};
+void PrintRefusal(const std::string& deck, const FatalError& refusal, const char* code) {
+  Message message{"error", WithoutErrorWord(refusal.what()), code};
   message.file = *refusal.File() != '\0' ? refusal.File() : deck.c_str();
   message.line = refusal.Line();
-  message.code = message.line > 0 ? "syntax" : "model";
   PrintMessage(message);
+}
+
+void PrintRefusal(const std::string& deck, const FatalError& refusal) {
+  PrintRefusal(deck, refusal, refusal.Line() > 0 ? "syntax" : "model");
 }
 
 void RequireReadable(const std::string& deck) {
@@ -56,6 +59,8 @@ int RunProgram(const std::string& program, const std::string& deck,
   try {
     if (!deck.empty()) RequireReadable(deck);
     return action();
+  } catch (const ProgramEnd& end) {
+    return end.status;
   } catch (const FatalError& refusal) {
     PrintRefusal(deck, refusal);
     return kFailed;

@@ -22,6 +22,11 @@ private:
   int status_;
 };
 
+/// Everything has been said: the program ends with `status`.
+struct ProgramEnd {
+  int status;
+};
+
 /// Runs `action` and gives the program's exit status: that of the action, kFailed after a refusal
 /// of the deck, an exhausted heap or a failure of the program's own. Refusals go to standard error
 /// with the solver's words, the file and, where it is known, the line. `program` is the name that
@@ -32,6 +37,9 @@ int RunProgram(const std::string& program, const std::string& deck,
 /// The solver's refusal on standard error, in the form of all messages. For programs that have more
 /// to say about it than RunProgram.
 void PrintRefusal(const std::string& deck, const class FatalError& refusal);
+
+/// The same with a code of its own, for a refusal of the model and not of a line of the deck.
+void PrintRefusal(const std::string& deck, const class FatalError& refusal, const char* code);
 
 /// Refuses, as ProgramError with the system's reason, a deck that cannot be read.
 void RequireReadable(const std::string& deck);

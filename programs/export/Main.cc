@@ -1,10 +1,10 @@
 #include <iostream>
 
-#include "kestol/LinearSystem.h"
 #include "kestol/ReadDeck.h"
 #include "programs/common/ProgressLine.h"
 #include "programs/common/ResultData.h"
 #include "programs/common/RunProgram.h"
+#include "programs/common/SolveModel.h"
 #include "programs/export/Options.h"
 #include "programs/export/Outputs.h"
 
@@ -18,9 +18,9 @@ bool HasBeams(const Project& project) {
   return false;
 }
 
-/// With the solver's own files they are those of its own run, to the last digit.
 Results Solve(Project& project, const ExportOptions& options, std::ostream* info) {
-  return SolveOnce(project, {.solver = options.solver, .info = info});
+  const bool ownFiles = !options.report.empty() || !options.res.empty();
+  return SolveModel(project, options.deck, {.solver = options.solver, .info = info}, ownFiles);
 }
 
 int Run(const ExportOptions& options) {
