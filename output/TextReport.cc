@@ -68,7 +68,12 @@ void WriteStrengths(const Project& project, const Results& results, int m, Outpu
     output << "Element " << number
            << " local strength. nodes: " << mesh.ExternalNumber(elem->nodes[0]) << ' '
            << mesh.ExternalNumber(elem->nodes[1]) << '\n';
-    const BeamEndForces ends = EndForcesOf(beam, *elem, stored);
+    beam.loads.clear();
+    if (beam.HasLoads(*elem)) {
+      beam.TakeAxes(*elem);
+      beam.TakeLoads();
+    }
+    const BeamEndForces ends = EndForcesOf(beam, stored);
     WriteEnd(ends.f1, dofs, output);
     WriteEnd(ends.f2, dofs, output);
     stored += 2 * dofs;

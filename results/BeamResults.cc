@@ -89,20 +89,15 @@ int StrengthOf(BeamValue value, int problemType) {
   }
 }
 
-BeamEndForces EndForcesOf(BeamElement& beam, const Elem& elem, const double* stored) {
-  const Project& project = beam.project;
-  const int dofs = project.dofsPerNode;
+BeamEndForces EndForcesOf(const BeamElement& beam, const double* stored) {
+  const int dofs = beam.project.dofsPerNode;
   BeamEndForces ofLoads;
-  if (beam.HasLoads(elem)) {
-    beam.TakeAxes(elem);
-    beam.TakeLoads();
-    for (const BeamLoad& load : beam.loads) {
-      const BeamEndForces forces =
-          EquivalentEndForces(load, beam.L, project.problemType, beam.endCode);
-      for (int d = 0; d < dofs; ++d) {
-        ofLoads.f1[d] += forces.f1[d];
-        ofLoads.f2[d] += forces.f2[d];
-      }
+  for (const BeamLoad& load : beam.loads) {
+    const BeamEndForces forces =
+        EquivalentEndForces(load, beam.L, beam.project.problemType, beam.endCode);
+    for (int d = 0; d < dofs; ++d) {
+      ofLoads.f1[d] += forces.f1[d];
+      ofLoads.f2[d] += forces.f2[d];
     }
   }
   BeamEndForces ends;
@@ -135,7 +130,7 @@ BeamTable TableOfBeams(const Project& project, const Results& results, int stati
     AddGeometry(beam, elem, table);
     beam.TakeLoads();
     AddStations(beam, results, stored, table);
-    table.ends.push_back(EndForcesOf(beam, elem, stored));
+    table.ends.push_back(EndForcesOf(beam, stored));
   });
   return table;
 }

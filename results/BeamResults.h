@@ -19,9 +19,9 @@ constexpr const char* kBeamValueNames[kBeamValues] = {"N", "Vy", "Vz", "T", "My"
 int StrengthOf(BeamValue value, int problemType);
 
 /// What the nodes exert on the ends of a beam, in its axes, as the report prints it: K u less the
-/// equivalent forces of the loads on it. `beam` is work space; `stored` are the beam's values in
-/// Results::meshes, 2 x dofsPerNode.
-BeamEndForces EndForcesOf(BeamElement& beam, const Elem& elem, const double* stored);
+/// equivalent forces of the loads on it. The beam has its axes and loads; `stored` are its values
+/// in Results::meshes, 2 x dofsPerNode.
+BeamEndForces EndForcesOf(const BeamElement& beam, const double* stored);
 
 /// All beams of a model with their values at equally spaced stations, component by component: the
 /// value of beam b at station s stands at b * stations + s. It is what every table, picture and

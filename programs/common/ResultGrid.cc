@@ -28,7 +28,7 @@ VtuCell CellTypeOf(const Mesh& mesh) {
 
 ResultGrid::ResultGrid(const ResultData& data)
     : data_(data), stresses_(data.project, data.results) {
-  CountCells();
+  TakeCells();
   TakeShells();
   TakeMainStresses();
   AddGeometry();
@@ -44,16 +44,17 @@ ResultGrid::ResultGrid(const ResultData& data)
 /// Calls action(mesh, elem) in the order of the cells.
 template <class Action>
 void ResultGrid::ForEachElement(Action action) const {
-  for (const auto& mesh : data_.project.meshes)
-    for (const auto [number, elem] : mesh->elems) action(*mesh, *elem);
+  for (std::size_t m = 0; m < elems_.size(); ++m)
+    for (const Elem* elem : elems_[m]) action(*data_.project.meshes[m], *elem);
 }
 
-void ResultGrid::CountCells() {
+void ResultGrid::TakeCells() {
   for (const auto& mesh : data_.project.meshes) {
-    std::int64_t elements = 0;
-    for (auto it = mesh->elems.begin(); it != mesh->elems.end(); ++it) ++elements;
-    cells_ += elements;
-    corners_ += elements * (mesh->elemType == Linear ? data_.beams.stations : mesh->nnode);
+    std::vector<const Elem*>& elems = elems_.emplace_back();
+    for (const auto [number, elem] : mesh->elems) elems.push_back(elem);
+    const auto count = static_cast<std::int64_t>(elems.size());
+    cells_ += count;
+    corners_ += count * CornersOf(*mesh);
   }
   constexpr std::int64_t kMost = std::numeric_limits<std::int32_t>::max();
   if (corners_ > kMost || PointCount() > kMost)
@@ -100,15 +101,15 @@ void ResultGrid::AddGeometry() {
       }};
   grid_.offsets = {"offsets", VtuType::Int32, 1, cells_, [this](VtuValues& out) {
                      std::int32_t end = 0;
-                     ForEachElement([&](const Mesh& mesh, const Elem&) {
-                       end += mesh.elemType == Linear ? data_.beams.stations : mesh.nnode;
-                       out.Add(end);
-                     });
+                     for (std::size_t m = 0; m < elems_.size(); ++m)
+                       for (std::size_t e = 0; e < elems_[m].size(); ++e)
+                         out.Add(end += CornersOf(*data_.project.meshes[m]));
                    }};
   grid_.types = {"types", VtuType::UInt8, 1, cells_, [this](VtuValues& out) {
-                   ForEachElement([&](const Mesh& mesh, const Elem&) {
-                     out.Add(static_cast<std::uint8_t>(CellTypeOf(mesh)));
-                   });
+                   for (std::size_t m = 0; m < elems_.size(); ++m) {
+                     const std::uint8_t type = CellTypeOf(*data_.project.meshes[m]);
+                     for (std::size_t e = 0; e < elems_[m].size(); ++e) out.Add(type);
+                   }
                  }};
 }
 
@@ -226,8 +227,8 @@ void ResultGrid::AddAtElements(const std::string& name, VtuType type, ValueAt va
                                std::vector<std::string> componentNames) {
   grid_.cellData.push_back({name, type, N, cells_,
                             [this, valueAt](VtuValues& out) {
-                              for (std::size_t m = 0; m < data_.project.meshes.size(); ++m)
-                                for (const auto [number, elem] : data_.project.meshes[m]->elems)
+                              for (std::size_t m = 0; m < elems_.size(); ++m)
+                                for (const Elem* elem : elems_[m])
                                   out.Add(std::array<T, N>(valueAt(static_cast<int>(m), *elem)));
                             },
                             std::move(componentNames)});
@@ -347,12 +348,14 @@ void ResultGrid::AddElementLoads() {
       {"couple per area",   "F L/L2", &ElementLoads::couplePerArea  },
   };
   std::array<bool, std::size(kRows)> used{};
-  ForEachElement([&](const Mesh&, const Elem& elem) {
-    if (data_.project.loads.Get(elem.number) == nullptr) return;
-    const ElementLoads loads = LoadsOnElement(data_.project, elem);
-    for (std::size_t r = 0; r < used.size(); ++r)
-      used[r] = used[r] || loads.*kRows[r].part != Vector3{};
-  });
+  for (const auto [number, load] : data_.project.loads)
+    for (const auto& mesh : data_.project.meshes) {
+      const Elem* const elem = mesh->elems.Get(number);
+      if (elem == nullptr) continue;
+      const ElementLoads loads = LoadsOnElement(data_.project, *elem);
+      for (std::size_t r = 0; r < used.size(); ++r)
+        used[r] = used[r] || loads.*kRows[r].part != Vector3{};
+    }
   for (std::size_t r = 0; r < used.size(); ++r)
     if (used[r]) AddLoadArray(data_.Label(kRows[r].name, kRows[r].unit), kRows[r].part);
 }

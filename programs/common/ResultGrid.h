@@ -34,7 +34,7 @@ private:
     ShellMain main;
   };
 
-  void CountCells();
+  void TakeCells();
   void TakeShells();
   void TakeMainStresses();
   void AddGeometry();
@@ -52,6 +52,10 @@ private:
   }
   std::int64_t PointCount() const { return NodeCount() + StationCount(); }
 
+  /// Corners of a cell of the mesh.
+  int CornersOf(const Mesh& mesh) const {
+    return mesh.elemType == Linear ? data_.beams.stations : mesh.nnode;
+  }
   template <class Action>
   void ForEachElement(Action action) const;
   template <class T, int N, class ValueAt>
@@ -67,6 +71,7 @@ private:
   void AddLoadArray(const std::string& name, Vector3 ElementLoads::*part);
 
   const ResultData& data_;
+  std::vector<std::vector<const Elem*>> elems_;  ///< by mesh; a walk through a Plex is slow
   NodalStresses stresses_;
   std::vector<MainStress> mainStresses_;  ///< by place of the node; solids
   std::vector<ShellCell> shells_;
