@@ -117,12 +117,14 @@ void LinearSystem::TurnToGlobal(ReaVecT& vector) const {
   TurnToGlobalAxes(project_, vector);
 }
 
-// With u = s + v, s the settlements: K v = f - K s at the free degrees, v = 0 at the held ones.
 Results LinearSystem::Solve(const ReaVecT& loads, const ReaVecT& settlements) {
+  return ResultsOf(loads, SolveForDisplacements(loads, settlements));
+}
+
+// With u = s + v, s the settlements: K v = f - K s at the free degrees, v = 0 at the held ones.
+ReaVecT LinearSystem::SolveForDisplacements(const ReaVecT& loads, const ReaVecT& settlements) {
   Factorise();
   error.Clear();
-  Results results;
-  results.loads = loads;
   ReaVecT v = loads;
   if (std::any_of(settlements.begin(), settlements.end(), [](double s) { return s != 0.0; })) {
     ReaVecT s = settlements;
@@ -138,8 +140,14 @@ Results LinearSystem::Solve(const ReaVecT& loads, const ReaVecT& settlements) {
   if (result == 0) result = CheckSolution(project_, v);
   if (result != 0) RefuseUnsolved(project_, result);
   TurnToGlobal(v);
+  return v;
+}
 
-  results.displacements = std::move(v);
+Results LinearSystem::ResultsOf(const ReaVecT& loads, ReaVecT displacements) const {
+  error.Clear();
+  Results results;
+  results.loads = loads;
+  results.displacements = std::move(displacements);
   results.internalForces = Product(results.displacements);
   ComputePointValues(project_, results);
   results.reactions = ReactionsOf(project_, Stiffness(), results.displacements);

@@ -70,6 +70,13 @@ public:
   /// With the loads and the settlements of the deck.
   Results SolveDeck() { return Solve(DeckLoads()); }
 
+  // The two halves of Solve, for those who add up solutions.
+
+  /// The displacements alone.
+  ReaVecT SolveForDisplacements(const ReaVecT& loads, const ReaVecT& settlements);
+  /// Everything that follows from displacements under `loads`. Costs no substitution.
+  Results ResultsOf(const ReaVecT& loads, ReaVecT displacements) const;
+
   int EquationCount() const;
   const Project& Model() const { return project_; }
 

@@ -1,0 +1,66 @@
+#include "kestol/combine/Superposition.h"
+
+#include <utility>
+
+#include "main/ErrorChannel.h"
+
+namespace kestol {
+
+Superposition::Superposition(Project& project, std::vector<CaseLoads> cases,
+                             const SolveOptions& options)
+    : project_(project),
+      cases_(std::move(cases)),
+      system_(project, options),
+      midSides_(project) {}
+
+std::vector<double> Superposition::Only(int caseIndex) const {
+  std::vector<double> factors(cases_.size(), 0.0);
+  factors[caseIndex] = 1.0;
+  return factors;
+}
+
+void Superposition::Carry(const std::vector<double>& factors) {
+  PutLoads(project_, cases_, factors, midSides_);
+}
+
+std::vector<LoadedHinge> Superposition::Obstacles() {
+  for (int k = 0; k < CaseCount(); ++k) {
+    Carry(Only(k));
+    std::vector<LoadedHinge> found = LoadedHinges(project_);
+    if (!found.empty()) return found;
+  }
+  return {};
+}
+
+void Superposition::Solve() {
+  error.Clear();
+  const std::vector<LoadedHinge> obstacles = Obstacles();
+  if (!obstacles.empty()) {
+    const auto& [element, node, other] = obstacles.front();
+    Fatal("error: element ", element, " is loaded and hinged at its first node ", node,
+          ": write \"", other, ' ', node, "\"\n");
+  }
+  system_.Factorise();
+  displacements_.clear();
+  for (int k = 0; k < CaseCount(); ++k) {
+    Carry(Only(k));
+    displacements_.push_back(
+        system_.SolveForDisplacements(system_.DeckLoads(), system_.DeckSettlements()));
+  }
+}
+
+Results Superposition::Combine(const std::vector<double>& factors) {
+  if (displacements_.empty()) Solve();
+  Carry(factors);
+  ReaVecT u(system_.EquationCount());
+  u.Fill(0.0);
+  for (std::size_t k = 0; k < displacements_.size(); ++k) {
+    if (factors[k] == 0.0) continue;
+    const double factor = factors[k];
+    const ReaVecT& ofCase = displacements_[k];
+    for (int i = 1; i <= u.n; ++i) u(i) += factor * ofCase(i);
+  }
+  return system_.ResultsOf(system_.DeckLoads(), std::move(u));
+}
+
+}  // namespace kestol
