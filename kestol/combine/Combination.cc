@@ -34,10 +34,10 @@ std::string FormulaOf(const std::vector<FormulaTerm>& terms) {
   std::string formula;
   for (const FormulaTerm& term : terms) {
     const bool negative = !term.factors.empty() && term.factors.front() < 0.0;
-    if (formula.empty())
-      formula = negative ? "-" : "";
-    else
+    if (!formula.empty())
       formula += negative ? " - " : " + ";
+    else if (negative)
+      formula += '-';
     formula += TextOf(term);
   }
   return formula.empty() ? "0" : formula;
