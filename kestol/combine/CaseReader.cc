@@ -243,8 +243,8 @@ void CaseReader::KeepSettlements(const Constraint& said, const Constraint* suppo
       Refuse("code ", code, " of degree ", d + 1, " of node ", nodeNumber,
              " is not that of the model, ", support->codes[d]);
     if (code == Spring && !SameNumber(said.values[d], support->values[d]))
-      Refuse("the spring on degree ", d + 1, " of node ", nodeNumber,
-             " is not that of the model, ", support->values[d]);
+      Refuse("the spring on degree ", d + 1, " of node ", nodeNumber, " is not that of the model, ",
+             support->values[d]);
     if (code == Prescribed) settlements_[nodeNumber][d] = said.values[d];
   }
 }

@@ -50,6 +50,10 @@ std::string FormulaOf(const std::vector<double>& factors, const std::vector<std:
   return FormulaOf(terms);
 }
 
+std::string FactorKey(const std::vector<double>& factors) {
+  return {reinterpret_cast<const char*>(factors.data()), factors.size() * sizeof(double)};
+}
+
 Combination NamedCombination(std::string name, std::vector<double> factors,
                              const std::vector<std::string>& cases) {
   std::string formula = FormulaOf(factors, cases);

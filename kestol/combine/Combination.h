@@ -25,6 +25,9 @@ std::string FormulaOf(const std::vector<FormulaTerm>& terms);
 /// The sum of the cases that have a factor other than 0, in the order of the cases.
 std::string FormulaOf(const std::vector<double>& factors, const std::vector<std::string>& cases);
 
+/// A text that is the same for the same factors only.
+std::string FactorKey(const std::vector<double>& factors);
+
 /// A combination named by its author.
 Combination NamedCombination(std::string name, std::vector<double> factors,
                              const std::vector<std::string>& cases);

@@ -22,11 +22,6 @@ const std::array<RuleName, 5> kRuleNames = {
 
 namespace {
 
-/// The bytes of the factors, to know them again.
-std::string KeyOf(const std::vector<double>& factors) {
-  return {reinterpret_cast<const char*>(factors.data()), factors.size() * sizeof(double)};
-}
-
 /// Lists the combinations of one expression after the other.
 class Lister {
 public:
@@ -74,7 +69,7 @@ private:
     };
     PutPermanent(level, put);
     PutVariable(leading, subset, put);
-    if (terms.empty() || !known_.insert(KeyOf(combination.factors)).second) return;
+    if (terms.empty() || !known_.insert(FactorKey(combination.factors)).second) return;
     if (combinations.size() == kMostCombinations)
       Fatal("error: the rules give more than ", kMostCombinations,
             " combinations: name actions that are never together in `exclusive`, or join cases\n");

@@ -47,11 +47,11 @@ struct EurocodeRules {
 ///
 ///     {superior or inferior} G  +  variable leading Q1  +  sum of variable accompanying Qi
 struct EurocodeExpression {
-  std::string_view name;                ///< "6.10b"
-  double xi, superior, inferior;        ///< of permanent actions; xi reduces superior alone
-  double variable;                      ///< partial factor of variable actions
-  bool hasLeading;                      ///< false: all variable actions accompany
-  double Psi::*leading;                 ///< null: 1
+  std::string_view name;          ///< "6.10b"
+  double xi, superior, inferior;  ///< of permanent actions; xi reduces superior alone
+  double variable;                ///< partial factor of variable actions
+  bool hasLeading;                ///< false: all variable actions accompany
+  double Psi::*leading;           ///< null: 1
   double Psi::*accompanying;
 };
 

@@ -60,9 +60,8 @@ void ForEachSubset(const std::vector<int>& actions, const Exclusions& exclusions
 double DecimalProduct(double a, double b) {
   constexpr int kDigits = 14;  // enough for every factor of a code; short of the rounding
   char text[40];
-  const auto end = std::to_chars(text, text + sizeof text, a * b, std::chars_format::general,
-                                 kDigits)
-                       .ptr;
+  const auto end =
+      std::to_chars(text, text + sizeof text, a * b, std::chars_format::general, kDigits).ptr;
   double product = 0.0;
   std::from_chars(text, end, product);
   return product;

@@ -16,12 +16,11 @@ std::vector<LoadedHinge> LoadedHinges(const Project& project) {
       if (project.EndCodeOf(number) != HingeAtEnd1 || !beam.HasLoads(*elem)) continue;
       beam.TakeAxes(*elem);
       beam.TakeLoads();
-      const bool across = std::any_of(beam.loads.begin(), beam.loads.end(), [](const BeamLoad& q) {
-        return q.qy != 0.0 || q.qz != 0.0;
-      });
+      const bool across = std::any_of(beam.loads.begin(), beam.loads.end(),
+                                      [](const BeamLoad& q) { return q.qy != 0.0 || q.qz != 0.0; });
       if (across)
-        found.push_back({number, mesh->ExternalNumber(elem->nodes[0]),
-                         mesh->ExternalNumber(elem->nodes[1])});
+        found.push_back(
+            {number, mesh->ExternalNumber(elem->nodes[0]), mesh->ExternalNumber(elem->nodes[1])});
     }
   }
   return found;

@@ -8,10 +8,7 @@ namespace kestol {
 
 Superposition::Superposition(Project& project, std::vector<CaseLoads> cases,
                              const SolveOptions& options)
-    : project_(project),
-      cases_(std::move(cases)),
-      system_(project, options),
-      midSides_(project) {}
+    : project_(project), cases_(std::move(cases)), system_(project, options), midSides_(project) {}
 
 std::vector<double> Superposition::Only(int caseIndex) const {
   std::vector<double> factors(cases_.size(), 0.0);

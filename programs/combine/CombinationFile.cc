@@ -334,9 +334,10 @@ std::vector<Combination> CombinationFile::AllCombinations() const {
 CombinationFile ReadCombinationText(const std::string& text, const std::string& folder,
                                     std::vector<FileMistake>& mistakes) {
   CombinationFile file = FileReader(text, folder, mistakes).Read();
-  std::stable_sort(mistakes.begin(), mistakes.end(), [](const FileMistake& a, const FileMistake& b) {
-    return std::pair(a.line, a.column) < std::pair(b.line, b.column);
-  });
+  std::stable_sort(mistakes.begin(), mistakes.end(),
+                   [](const FileMistake& a, const FileMistake& b) {
+                     return std::pair(a.line, a.column) < std::pair(b.line, b.column);
+                   });
   return file;
 }
 

@@ -1,10 +1,11 @@
 #pragma once
 
+#include <toml++/toml.h>
+
 #include <optional>
 #include <span>
 #include <string>
 #include <string_view>
-#include <toml++/toml.h>
 #include <utility>
 #include <vector>
 
