@@ -1,0 +1,114 @@
+#include <algorithm>
+#include <optional>
+
+#include "kestol/ReadDeck.h"
+#include "kestol/combine/CaseReader.h"
+#include "kestol/combine/Envelopes.h"
+#include "kestol/combine/Superposition.h"
+#include "main/ErrorChannel.h"
+#include "programs/combine/CombinationFile.h"
+#include "programs/combine/Listing.h"
+#include "programs/combine/Options.h"
+#include "programs/combine/Outputs.h"
+#include "programs/common/Messages.h"
+#include "programs/common/OutputFile.h"
+#include "programs/common/ProgressLine.h"
+#include "programs/common/RunProgram.h"
+
+namespace kestol {
+
+namespace {
+
+constexpr const char* kProgram = "kestol-combine";
+
+/// What the file says; none, with messages, when it has mistakes.
+std::optional<CombinationFile> ReadFile(const std::string& path) {
+  RequireReadable(path);
+  std::vector<FileMistake> mistakes;
+  CombinationFile file = ReadCombinationFile(path, mistakes);
+  for (const auto& [text, code, line, column, endColumn] : mistakes)
+    PrintMessage({"error", text, code, path, line, column, endColumn});
+  if (!mistakes.empty()) return std::nullopt;
+  return file;
+}
+
+std::vector<std::string> InputsOf(const std::string& path, const CombinationFile& file) {
+  std::vector<std::string> inputs = {path, file.model};
+  for (const CaseEntry& entry : file.cases)
+    if (!entry.ofModel) inputs.push_back(entry.loads);
+  return inputs;
+}
+
+/// The loads of all cases, taken off the model or read from their files.
+std::vector<CaseLoads> ReadCases(Project& project, const CombinationFile& file) {
+  std::vector<CaseLoads> cases;
+  CaseLoads ofModel = TakeLoads(project);
+  for (const CaseEntry& entry : file.cases)
+    cases.push_back(entry.ofModel ? std::move(ofModel) : ReadCase(project, entry.loads));
+  return cases;
+}
+
+/// Tells of beams whose loads cannot be added up; whether there are any.
+bool ReportObstacles(Superposition& sums, const std::string& deck) {
+  const std::vector<LoadedHinge> obstacles = sums.Obstacles();
+  for (const auto& [element, node, other] : obstacles) {
+    const std::string text = "element " + std::to_string(element) +
+                             " is loaded and hinged at its first node " + std::to_string(node) +
+                             ": write \"" + std::to_string(other) + ' ' + std::to_string(node) +
+                             '"';
+    PrintMessage({"error", text, "hinge-first", deck});
+  }
+  return !obstacles.empty();
+}
+
+int List(const CombineOptions& options, const CombinationFile& file,
+         const std::vector<Combination>& combinations) {
+  OutputFile output(options.output.empty() ? "-" : options.output, InputsOf(options.deck, file));
+  WriteListing(output, combinations, file.CaseNames());
+  output.Commit();
+  return kDone;
+}
+
+/// None without combinations.
+std::optional<ExtremeFinder> FinderFor(const CombinationFile& file,
+                                       const std::vector<Combination>& combinations) {
+  if (combinations.empty()) return std::nullopt;
+  ExtremeFinder finder(combinations);
+  const std::size_t generated = combinations.size() - file.combinations.size();
+  const bool hasPermanent = std::any_of(file.actions.begin(), file.actions.end(),
+                                        [](const Action& action) { return action.permanent; });
+  if (generated >= kManyCombinations && hasPermanent)
+    finder.UseRules(file.actions, file.rules, file.combinations.size());
+  return finder;
+}
+
+int Combine(const CombineOptions& options) {
+  const std::optional<CombinationFile> file = ReadFile(options.deck);
+  if (!file) return kFailed;
+  const std::vector<Combination> combinations = file->AllCombinations();
+  if (options.list) return List(options, *file, combinations);
+
+  ProgressLine progress(options.quiet);
+  Project project = ReadDeck(file->model);
+  std::vector<CaseLoads> cases = ReadCases(project, *file);
+  Outputs outputs(options, *file, combinations, InputsOf(options.deck, *file));
+  SolveOptions solve;
+  solve.solver = options.solver;
+  solve.info = progress.Info();
+  Superposition sums(project, std::move(cases), solve);
+  if (ReportObstacles(sums, file->model)) return kFindings;
+  sums.Solve();
+  const std::optional<ExtremeFinder> finder = FinderFor(*file, combinations);
+  outputs.Write(sums, finder ? &*finder : nullptr, progress);
+  return kDone;
+}
+
+}  // namespace
+
+}  // namespace kestol
+
+int main(int argc, char** argv) {
+  using namespace kestol;
+  const CombineOptions options = ParseOptions(argc, argv);
+  return RunProgram(kProgram, options.deck, [&] { return Combine(options); });
+}
