@@ -6,9 +6,6 @@ namespace kestol {
 
 namespace {
 
-/// Most values of all cases that are kept at a time: 256 MB.
-constexpr std::size_t kBlockValues = std::size_t{32} << 20;
-
 void Keep(const double* values, int count, std::size_t combination, Extreme& extreme) {
   extreme.combination = static_cast<int>(combination);
   std::copy_n(values, count, extreme.values.begin());
@@ -100,8 +97,8 @@ void ExtremeFinder::Find(const double* ofCases, std::size_t stride, PlaceEnvelop
     TryAll(namedCount_, terms_.size(), names.linear, ofCases, stride, envelope);
 }
 
-Envelopes::Envelopes(Superposition& sums, const ExtremeFinder& finder)
-    : sums_(sums), finder_(finder) {}
+Envelopes::Envelopes(Superposition& sums, const ExtremeFinder& finder, std::size_t blockValues)
+    : sums_(sums), finder_(finder), blockValues_(blockValues) {}
 
 /// The values of all cases for the next places.
 void Envelopes::FillBlock() {
@@ -110,7 +107,7 @@ void Envelopes::FillBlock() {
   starts_.clear();
   next_ = 0;
   const auto cases = static_cast<std::size_t>(sums_.CaseCount());
-  const std::size_t most = std::max<std::size_t>(kBlockValues / cases, kMostValues);
+  const std::size_t most = std::max<std::size_t>(blockValues_ / cases, kMostValues);
   for (std::size_t k = 0; k < cases; ++k) {
     const Results results = sums_.Combine(sums_.Only(static_cast<int>(k)));
     std::size_t number = 0, width = 0;

@@ -63,8 +63,12 @@ private:
 /// cases are kept for a part of the places at a time.
 class Envelopes {
 public:
-  /// Both must outlive this.
-  Envelopes(Superposition& sums, const ExtremeFinder& finder);
+  /// Most values of all cases that are kept at a time: 256 MB.
+  static constexpr std::size_t kBlockValues = std::size_t{32} << 20;
+
+  /// `sums` and `finder` must outlive this.
+  Envelopes(Superposition& sums, const ExtremeFinder& finder,
+            std::size_t blockValues = kBlockValues);
 
   /// Goes to the next place; false behind the last one.
   bool Next();
@@ -75,6 +79,7 @@ private:
 
   Superposition& sums_;
   const ExtremeFinder& finder_;
+  std::size_t blockValues_;
   std::vector<ValuePlace> places_;   ///< of the block
   std::vector<double> values_;       ///< of the block, case after case
   std::vector<std::size_t> starts_;  ///< of each place in the values of one case
