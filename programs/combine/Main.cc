@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <iostream>
 #include <optional>
 
 #include "kestol/ReadDeck.h"
@@ -94,7 +95,7 @@ int Combine(const CombineOptions& options) {
   Outputs outputs(options, *file, combinations, InputsOf(options.deck, *file));
   SolveOptions solve;
   solve.solver = options.solver;
-  solve.info = progress.Info();
+  solve.info = options.verbose ? &std::cerr : progress.Info();
   Superposition sums(project, std::move(cases), solve);
   if (ReportObstacles(sums, file->model)) return kFindings;
   sums.Solve();

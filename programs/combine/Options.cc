@@ -41,6 +41,8 @@ CombineOptions ParseOptions(int argc, char** argv) {
   line.Parse(argc, argv);
   if (!options.cases && !options.combinations && !options.envelopes)
     options.cases = options.combinations = options.envelopes = true;
+  if (options.solver == SolverName::Direct && !DirectSolverIsBuilt())
+    line.Refuse("this program was built without the direct solver");
   if (options.list && options.WritesFiles()) line.Refuse("--list writes no results");
   return options;
 }

@@ -44,6 +44,10 @@ Outputs::Outputs(const CombineOptions& options, const CombinationFile& file,
   if (!options.json.empty()) json_ = std::make_unique<OutputFile>(options.json, inputs_);
   if (!options.vtu.empty() && needsResults_)
     collection_ = std::make_unique<OutputFile>(options.vtu + ".pvd", inputs_);
+  std::vector<std::string> names;
+  for (const auto* output : {&text_, &json_, &collection_})
+    if (*output) names.push_back((*output)->Name());
+  RefuseSharedNames(names);
   if (!options.csv.empty() && needsResults_)
     tables_ = std::make_unique<ResultTables>(options.csv, inputs_);
 }

@@ -37,7 +37,8 @@ std::string_view NearestWord(std::string_view word, std::span<const std::string_
   std::size_t least = std::max<std::size_t>(1, word.size() / 3) + 1;
   for (const std::string_view candidate : known) {
     const std::size_t distance = Distance(word, candidate);
-    if (distance >= least) continue;
+    const bool nothingInCommon = distance >= std::max(word.size(), candidate.size());
+    if (distance >= least || nothingInCommon) continue;
     least = distance;
     nearest = candidate;
   }

@@ -1,8 +1,7 @@
-#include "kestol/combine/CaseReader.h"
-
 #include <fstream>
 
 #include "kestol/ReadDeck.h"
+#include "kestol/combine/CaseReader.h"
 #include "kestol/combine/LoadedHinges.h"
 #include "kestol/combine/Superposition.h"
 #include "tests/support/ExpectFatal.h"

@@ -1,7 +1,7 @@
-#include "kestol/combine/Eurocode.h"
-
+#include <numeric>
 #include <set>
 
+#include "kestol/combine/Eurocode.h"
 #include "kestol/combine/GoverningCombination.h"
 #include "tests/support/ExpectFatal.h"
 
@@ -63,7 +63,8 @@ TEST(ActionCategories, HaveTheSharesOfTheTable) {
 }
 
 TEST(Eurocode, ListsEveryLeadingActionWithEverySubsetAndBothPermanentFactors) {
-  const auto combinations = GenerateCombinations(kSnowAndWind, Rules({CombinationRule::Fundamental}));
+  const auto combinations =
+      GenerateCombinations(kSnowAndWind, Rules({CombinationRule::Fundamental}));
   EXPECT_THAT(FormulasOf(combinations),
               ElementsAre("1.35 G", "G", "1.35 G + 1.5 S", "G + 1.5 S",
                           "1.35 G + 1.5 S + 1.5*0.6 W", "G + 1.5 S + 1.5*0.6 W", "1.35 G + 1.5 W",
@@ -86,8 +87,7 @@ TEST(Eurocode, PairOfExpressionsHasNoLeadingActionInTheFirstAndReducesPermanentI
 }
 
 TEST(Eurocode, ServiceabilityTakesTheShareOfTheExpression) {
-  const std::vector<Action> actions = {Of("G", "permanent"), Of("Q", "live-B"),
-                                       Of("S", "snow")};
+  const std::vector<Action> actions = {Of("G", "permanent"), Of("Q", "live-B"), Of("S", "snow")};
   EXPECT_THAT(FormulasOf(GenerateCombinations(actions, Rules({CombinationRule::Characteristic}))),
               ElementsAre("G", "G + Q", "G + Q + 0.5 S", "G + S", "G + S + 0.7 Q"));
   EXPECT_THAT(FormulasOf(GenerateCombinations(actions, Rules({CombinationRule::Frequent}))),
@@ -113,14 +113,15 @@ TEST(Eurocode, ExclusiveActionsAreNeverTogether) {
 TEST(Eurocode, SeparatePermanentActionHasItsOwnFactor) {
   const std::vector<Action> actions = {Of("G1", "permanent"), Of("G2", "permanent"),
                                        Of("H", "permanent", true)};
-  const auto factors = FactorsOf(GenerateCombinations(actions, Rules({CombinationRule::Fundamental})));
+  const auto factors =
+      FactorsOf(GenerateCombinations(actions, Rules({CombinationRule::Fundamental})));
   EXPECT_THAT(factors, ElementsAre(ElementsAre(1.35, 1.35, 1.35), ElementsAre(1.0, 1.0, 1.35),
                                    ElementsAre(1.35, 1.35, 1.0), ElementsAre(1.0, 1.0, 1.0)));
 }
 
 TEST(Eurocode, NothingIsListedTwice) {
-  const std::vector<Action> actions = {Of("G", "permanent"), Of("E1", "live-E"),
-                                       Of("E2", "live-E"), Of("H", "live-H")};
+  const std::vector<Action> actions = {Of("G", "permanent"), Of("E1", "live-E"), Of("E2", "live-E"),
+                                       Of("H", "live-H")};
   const auto factors = FactorsOf(GenerateCombinations(
       actions, Rules({CombinationRule::Fundamental, CombinationRule::FundamentalAB,
                       CombinationRule::Characteristic, CombinationRule::Frequent,
@@ -172,7 +173,8 @@ TEST(EurocodeWorkedExamples, CharacteristicSnowBesideWindAndOffice) {
 TEST(EurocodeWorkedExamples, FrequentSnowAndQuasiPermanentOffice) {
   const std::vector<Action> actions = {Of("G", "permanent"), Of("S", "snow"), Of("W", "wind"),
                                        Of("Q", "live-B")};
-  const auto frequent = FactorsOf(GenerateCombinations(actions, Rules({CombinationRule::Frequent})));
+  const auto frequent =
+      FactorsOf(GenerateCombinations(actions, Rules({CombinationRule::Frequent})));
   EXPECT_THAT(frequent, Contains(std::vector<double>{1.0, 0.2, 0.0, 0.0}));
   EXPECT_THAT(frequent, Contains(std::vector<double>{1.0, 0.2, 0.0, 0.3}));
   EXPECT_THAT(FactorsOf(GenerateCombinations(actions, Rules({CombinationRule::QuasiPermanent}))),
@@ -233,8 +235,8 @@ TEST(GoverningCombination, IsTheBestOfTheListing) {
     const int count = 2 + numbers.Below(7);
     for (int k = 0; k < count; ++k) {
       const auto& category = categories[static_cast<std::size_t>(numbers.Below(12))];
-      actions.push_back({"A" + std::to_string(k), category.permanent, numbers.Below(2) == 0,
-                         category.psi});
+      actions.push_back(
+          {"A" + std::to_string(k), category.permanent, numbers.Below(2) == 0, category.psi});
     }
     EurocodeRules rules = Rules({kAll[numbers.Below(5)], kAll[numbers.Below(5)]});
     for (int g = numbers.Below(3); g > 0; --g) {
