@@ -9,9 +9,14 @@ namespace kestol {
 
 namespace {
 
-const char* const kUnits =
-    "units_names\nkN-m kN m kPa 1000 1\nN-mm N mm MPa 1 0.001\nend\n"
-    "units_mesh=m\nunits_mat_and_load=kN-m\nunits_res=kN-m\n";
+/// What stands in front of the keywords.
+std::string Head(bool space) {
+  std::string head = "PROBLEM random\nTYPE ";
+  head += space ? "3d\n" : "2d\n";
+  return head.append(
+      "units_names\nkN-m kN m kPa 1000 1\nN-mm N mm MPa 1 0.001\nend\n"
+      "units_mesh=m\nunits_mat_and_load=kN-m\nunits_res=kN-m\nSolver SkyLine\n");
+}
 
 std::string MeshText(const TestMesh& mesh, bool withNodes, int firstElement, int dimension) {
   std::string text = "mesh dimension " + std::to_string(dimension) + " elemtype " + mesh.elemType +
@@ -39,18 +44,24 @@ RandomCases::RandomCases(unsigned seed) : state_(seed * 2654435761u + 12345u) {
   switch (seed % 8) {
     case 0:
     case 1:
-      return MakeFrame(false);
+      MakeFrame(false);
+      break;
     case 2:
     case 3:
-      return MakeFrame(true);
+      MakeFrame(true);
+      break;
     case 4:
-      return MakeShells(3, false);
+      MakeShells(3, false);
+      break;
     case 5:
-      return MakeShells(Below(2) == 0 ? 3 : 6, true);
+      MakeShells(Below(2) == 0 ? 3 : 6, true);
+      break;
     case 6:
-      return MakeSolids(false);
+      MakeSolids(false);
+      break;
     default:
-      return MakeSolids(true);
+      MakeSolids(true);
+      break;
   }
 }
 
@@ -105,8 +116,7 @@ void RandomCases::MakeFrame(bool space) {
 
   plane_ = !space;
   dofs_ = space ? 6 : 3;
-  head_ =
-      std::string("PROBLEM frame\nTYPE ") + (space ? "3d\n" : "2d\n") + kUnits + "Solver SkyLine\n";
+  head_ = Head(space);
   if (space) gravity_ = {0.0, 0.0, -1.0};
   meshes_ = MeshText(mesh, true, 1, space ? 3 : 2);
   material_ = space ? "E=210e6 G=80e6 A=1e-2 Iy=1e-4 Iz=2e-4 J=1e-4" : "E=210e6 A=1e-2 Iz=1e-4";
@@ -140,7 +150,7 @@ void RandomCases::MakeShells(int nnode, bool withBeams) {
   plane_ = false;
   dofs_ = 6;
   gravity_ = {0.0, 0.0, -1.0};
-  head_ = std::string("PROBLEM shells\nTYPE 3d\n") + kUnits + "Solver SkyLine\n";
+  head_ = Head(true);
   if (convert) head_ += "ConvertTo6Nodes\n";
   if (Below(2) == 0) head_ += Below(2) == 0 ? "MainStresses\n" : "MainAndLocalStresses\n";
   if (Below(2) == 0) head_ += "DoSmoothing=0.8\n";
@@ -174,7 +184,7 @@ void RandomCases::MakeSolids(bool ten) {
   plane_ = false;
   dofs_ = 3;
   gravity_ = {0.0, 0.0, -1.0};
-  head_ = std::string("PROBLEM solids\nTYPE 3d\n") + kUnits + "Solver SkyLine\n";
+  head_ = Head(true);
   meshes_ = MeshText(mesh, true, 1, 3);
   material_ = "E=30e6 nu=0.2";
   weight_ = 25.0;
