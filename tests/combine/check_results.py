@@ -348,7 +348,7 @@ xi = 0.9
         self.assertRegex(end.out, r"^kestol-combine \d+\.\d+\.\d+\n$")
 
     def test_verbose_and_quiet(self) -> None:
-        self.assertIn("Stiffness", self.folder.combine("c.toml", "-v").err +
+        self.assertIn("STIFFNESS", self.folder.combine("c.toml", "-v").err +
                       self.folder.combine("c.toml", "-v", "--solver", "skyline").err)
         self.assertEqual(self.folder.combine("c.toml", "-q").err, "")
 

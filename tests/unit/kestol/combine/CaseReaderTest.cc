@@ -142,6 +142,23 @@ TEST_F(CaseReaderTest, FileThatCannotBeOpenedIsRefused) {
   EXPECT_FATAL(ReadCase(project, "no-such-case.dat"), "can't open file no-such-case.dat\n");
 }
 
+TEST_F(CaseReaderTest, ModelCarriesTheSumOfTheCases) {
+  std::vector<CaseLoads> cases;
+  cases.push_back(std::move(ofModel));
+  cases.push_back(
+      Read("nodal_point_loads\n2 1 0 0\nend\nglobal_pressure_loads\n2 0 3\nend\n"
+           "constraints\n4 110 0.01 0.02 0\nend\n"));
+  PutLoads(project, cases, {2.0, -1.0}, MidSideSupports());
+  EXPECT_EQ(project.gravity(2), -2.0);
+  EXPECT_EQ((*project.meshes[0]->nodes->Get(2)->load)(1), 9.0);
+  EXPECT_EQ(project.loads.Get(2)->values(2), -20.0);
+  EXPECT_EQ(project.loads.Get(2)->next->values(2), -3.0);
+  const Constraint& support = *project.meshes[0]->nodes->Get(4)->constraint;
+  EXPECT_DOUBLE_EQ(support.values[0], -0.01);
+  EXPECT_DOUBLE_EQ(support.values[1], -0.06);
+  EXPECT_EQ(support.values[2], 500.0);
+}
+
 // --- hinges --------------------------------------------------------------------------------------
 
 std::string HingedDeck(const std::string& secondBeam, const std::string& loads) {
