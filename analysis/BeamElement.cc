@@ -12,7 +12,8 @@ namespace kestol {
 namespace {
 
 /// 0.0 when a factor is not positive: two marks of "not given" would multiply to 1.
-double WeightPerLength(const Material& material) {
+double WeightPerLength(const Project& project, const Material& material) {
+  if (!HasGravity(project)) return 0.0;
   return material.A > 0.0 && material.Weight > 0.0 ? material.A * material.Weight : 0.0;
 }
 
@@ -59,7 +60,7 @@ void BeamElement::TakeStiffness() {
 
 bool BeamElement::HasLoads(const Elem& beam) const {
   return project.loads.Get(beam.number) != nullptr ||
-         WeightPerLength(MaterialOf(project, beam)) > kZero;
+         WeightPerLength(project, MaterialOf(project, beam)) > kZero;
 }
 
 void BeamElement::TakeLoads() {
@@ -67,7 +68,7 @@ void BeamElement::TakeLoads() {
   const auto take = [this](const PreassureLT& load) {
     loads.push_back(LocalIntensities(load, *elem, T, project.problemType));
   };
-  const double weight = WeightPerLength(*material);
+  const double weight = WeightPerLength(project, *material);
   if (weight > kZero) {
     const Vector3 q = WeightAlongGravity(project, weight);
     for (int i = 0; i < 3; ++i) weight_.values(i + 1) = q[i];

@@ -41,13 +41,15 @@ Frame AxesOf(const ShellElement& shell) {
 template <int N, int P>
 void AddLoads(const Project& project, const Mesh& mesh, ReaVecT& f) {
   NodalForces forces{f, project.dofsPerNode};
+  const bool hasGravity = HasGravity(project);
   ShellElement shell(project);
   ShellPoints<N, P> points;
   for (auto [number, elem] : mesh.elems) {
     const Material& material = MaterialOf(project, *elem);
     const PreassureLT* first = project.loads.Get(number);
     // Both factors must be given: two marks of "not given" multiply to 1.
-    const double weight = material.Weight > 0 && material.t > 0 ? material.t * material.Weight : 0;
+    const bool isGiven = hasGravity && material.Weight > 0 && material.t > 0;
+    const double weight = isGiven ? material.t * material.Weight : 0;
     if (!(weight > kZero) && first == nullptr) continue;
     shell.Take(*elem);
     shell.Evaluate(points);

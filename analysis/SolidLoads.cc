@@ -47,9 +47,10 @@ void AddFaceLoad(NodalForces& forces, const Elem& elem, const PreassureLT& load)
 template <int N, int P, class Evaluate>
 void AddLoads(const Project& project, const Mesh& mesh, ReaVecT& f, Evaluate evaluate) {
   NodalForces forces{f, project.dofsPerNode};
+  const bool hasGravity = HasGravity(project);
   SolidPoints<N, P> points;
   for (auto [number, elem] : mesh.elems) {
-    const double weight = MaterialOf(project, *elem).Weight;
+    const double weight = hasGravity ? MaterialOf(project, *elem).Weight : 0;
     const PreassureLT* first = project.loads.Get(number);
     if (!(weight > kZero) && first == nullptr) continue;
     evaluate(*elem, points);

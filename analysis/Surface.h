@@ -25,6 +25,12 @@ struct NodalForces {
 /// plane normal to it, which makes it zero without a direction.
 Vector3 SurfaceLoad(int kind, const Vector3& q, const Frame& axes);
 
+/// Whether weight acts at all: a load case without that of the model has no direction for it.
+inline bool HasGravity(const Project& project) {
+  const ReaVec3& g = project.gravity;
+  return g(1) != 0.0 || g(2) != 0.0 || g(3) != 0.0;
+}
+
 /// The own weight w along the gravity direction of the project: a global load. In a plane problem
 /// the run ends with "error: for 2D problems GravityDirection_Z must be 0.0\n" when gz is positive.
 Vector3 WeightAlongGravity(const Project& project, double w);

@@ -9,6 +9,7 @@ namespace kestol {
 
 std::vector<LoadedHinge> LoadedHinges(const Project& project) {
   std::vector<LoadedHinge> found;
+  if (project.rotuleCodes.empty()) return found;
   BeamElement beam(project);
   for (const auto& mesh : project.meshes) {
     if (mesh->elemType != Linear) continue;
