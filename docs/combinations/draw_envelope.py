@@ -16,7 +16,7 @@ import sys
 from pathlib import Path
 from typing import NamedTuple
 
-MARGIN = 130.0  # pixels around the frame
+MARGIN = 150.0  # pixels around the frame
 SIZE = 520.0  # the longer side of the frame
 HEIGHT = 0.14  # of the frame's size: the largest moment
 
@@ -39,6 +39,7 @@ class Drawing:
         self.width = (max(xs) - min(xs)) * self.scale + 2 * MARGIN
         self.height = (max(ys) - min(ys)) * self.scale + 2 * MARGIN
         self.shapes: list[str] = []
+        self.labels: list[str] = []
 
     def at(self, x: float, y: float) -> Point:
         return Point(MARGIN + (x - self.left) * self.scale, MARGIN + (self.top - y) * self.scale)
@@ -52,7 +53,7 @@ class Drawing:
         self.shapes.append(f'<polyline points="{text}" fill="none" {style}/>')
 
     def text(self, place: Point, text: str, anchor: str) -> None:
-        self.shapes.append(f'<text x="{place.x:.1f}" y="{place.y:.1f}" '
+        self.labels.append(f'<text x="{place.x:.1f}" y="{place.y:.1f}" '
                            f'text-anchor="{anchor}">{text}</text>')
 
     def document(self, title: str) -> str:
@@ -63,7 +64,9 @@ class Drawing:
             '<rect width="100%" height="100%" fill="white"/>',
             f'<text x="{self.width / 2:.1f}" y="28" font-size="16" text-anchor="middle">'
             f"{title}</text>",
-            *self.shapes, "</svg>", ""])
+            *self.shapes,
+            '<g paint-order="stroke" stroke="white" stroke-width="4">', *self.labels, "</g>",
+            "</svg>", ""])
 
 
 def draw_beam(drawing: Drawing, beam: dict, start: list[float], per_moment: float) -> None:
@@ -94,7 +97,7 @@ def label(drawing: Drawing, tip: Point, foot: Point, text: str) -> None:
     """A text beyond the tip of an ordinate."""
     if abs(tip.x - foot.x) > abs(tip.y - foot.y):
         right = tip.x > foot.x
-        drawing.text(Point(tip.x + (6 if right else -6), tip.y + 4), text,
+        drawing.text(Point(tip.x + (6 if right else -6), tip.y - 5), text,
                      "start" if right else "end")
     else:
         drawing.text(Point(tip.x, tip.y + (16 if tip.y > foot.y else -8)), text, "middle")

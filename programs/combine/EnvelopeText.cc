@@ -13,6 +13,7 @@ namespace kestol {
 namespace {
 
 constexpr std::size_t kValues = kMostValues;
+constexpr double kRounding = 1e-9;  ///< values that are that much smaller than others are none
 
 std::string NumberText(double value) {
   constexpr int kDigits = 6;
@@ -62,8 +63,13 @@ public:
     empty_ = false;
   }
 
-  /// Calls write(place, values to show) for each place that holds an extreme; `others` are the
-  /// values that are there at all.
+  /// The value, or 0 where it is the rounding of larger ones.
+  double Sound(std::size_t i, double value) const {
+    return std::abs(value) > kRounding * size_[i] ? value : 0.0;
+  }
+
+  /// Calls write(place, values to show, values that are there at all) for each place that holds an
+  /// extreme.
   template <class Write>
   void ForEachHolder(Write write) const {
     if (empty_) return;
@@ -85,7 +91,6 @@ public:
 private:
   /// Values that are more than rounding beside the largest one.
   std::vector<std::size_t> ValuesThere() const {
-    constexpr double kRounding = 1e-9;
     const double largest = *std::max_element(size_.begin(), size_.end());
     std::vector<std::size_t> there;
     for (std::size_t i = 0; i < kValues; ++i)
@@ -133,10 +138,11 @@ private:
 
   void WriteScope(const Scope& scope) {
     scope.ForEachHolder([&](const PlaceEnvelope& envelope, const Values& shown,
-                            const Values& there) { WritePlace(envelope, shown, there); });
+                            const Values& there) { WritePlace(scope, envelope, shown, there); });
   }
 
-  void WritePlace(const PlaceEnvelope& envelope, const Values& shown, const Values& there) {
+  void WritePlace(const Scope& scope, const PlaceEnvelope& envelope, const Values& shown,
+                  const Values& there) {
     const ValueKind kind = envelope.place.kind;
     TextTable table;
     table.Row().Left("ENVELOPE " + PlaceText(envelope.place, stations_));
@@ -144,13 +150,13 @@ private:
     for (const std::size_t i : shown) {
       const Extreme &least = envelope.least[i], &largest = envelope.largest[i];
       table.Row().Left(Heading(kind, i, units_));
-      table.Right(NumberText(least.values[i])).Left(NameOf(least));
-      table.Right(NumberText(largest.values[i])).Left(NameOf(largest));
+      table.Right(NumberText(scope.Sound(i, least.values[i]))).Left(NameOf(least));
+      table.Right(NumberText(scope.Sound(i, largest.values[i]))).Left(NameOf(largest));
       if (there.size() < 2) continue;
       table.Row().Left("  with " + List(there, i, [&](std::size_t j) {
                          return std::string(NamesOf(kind).names[j]);
                        }));
-      table.Right(Others(least, there, i)).Left("").Right(Others(largest, there, i));
+      table.Right(Others(scope, least, there, i)).Left("").Right(Others(scope, largest, there, i));
     }
     if (written_) output_ << '\n';
     written_ = true;
@@ -161,8 +167,10 @@ private:
     return combinations_[static_cast<std::size_t>(extreme.combination)].name;
   }
 
-  static std::string Others(const Extreme& extreme, const Values& there, std::size_t except) {
-    return List(there, except, [&](std::size_t j) { return NumberText(extreme.values[j]); });
+  static std::string Others(const Scope& scope, const Extreme& extreme, const Values& there,
+                            std::size_t except) {
+    return List(there, except,
+                [&](std::size_t j) { return NumberText(scope.Sound(j, extreme.values[j])); });
   }
 
   template <class Text>

@@ -2,6 +2,7 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <map>
 #include <vector>
 
 #include "programs/common/RunProgram.h"
@@ -33,6 +34,20 @@ CommandLine::CommandLine(const std::string& program, const std::string& descript
   app.add_option(input, options.deck, "the model")->required()->type_name("");
 }
 
+void CommandLine::AddSolver(SolverName& solver) {
+  static const std::map<std::string, SolverName> names = {
+      {"deck",    SolverName::Deck   },
+      {"skyline", SolverName::SkyLine},
+      {"sparse",  SolverName::Sparse },
+      {"direct",  SolverName::Direct }
+  };
+  solver = DirectSolverIsBuilt() ? SolverName::Direct : SolverName::Deck;
+  solver_ = &solver;
+  app.add_option("--solver", solver, "skyline, sparse, direct or deck")
+      ->transform(CLI::Transformer(names).description(""))
+      ->type_name("NAME");
+}
+
 void CommandLine::Parse(int argc, char** argv) {
   try {
     app.parse(argc, argv);
@@ -47,6 +62,8 @@ void CommandLine::Parse(int argc, char** argv) {
       Refuse("unknown option " + unknown.front());
     Refuse(FirstLine(error.what()));
   }
+  if (solver_ != nullptr && *solver_ == SolverName::Direct && !DirectSolverIsBuilt())
+    Refuse("this program was built without the direct solver");
 }
 
 void CommandLine::Refuse(const std::string& text) const {

@@ -3,6 +3,8 @@
 #include <CLI/CLI.hpp>
 #include <string>
 
+#include "kestol/LinearSystem.h"
+
 namespace kestol {
 
 /// What every companion can be asked for.
@@ -28,6 +30,9 @@ public:
   /// and one line on standard error for what it does not understand.
   void Parse(int argc, char** argv);
 
+  /// --solver NAME for those who solve: the direct solver where it is built, else that of the deck.
+  void AddSolver(SolverName& solver);
+
   /// Ends the program with kFailed, the text and a hint at --help, as for an unknown option.
   [[noreturn]] void Refuse(const std::string& text) const;
 
@@ -35,6 +40,7 @@ public:
 
 private:
   std::string program_;
+  const SolverName* solver_ = nullptr;  ///< where AddSolver puts the choice
 };
 
 }  // namespace kestol

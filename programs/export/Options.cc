@@ -25,8 +25,6 @@ void Check(const CommandLine& line, const ExportOptions& options) {
     line.Refuse("one of --vtu, --csv, --json, --report and --res is needed");
   if (options.meshOnly && (!options.report.empty() || !options.res.empty()))
     line.Refuse("--report and --res need a solution: leave --mesh-only out");
-  if (options.solver == SolverName::Direct && !DirectSolverIsBuilt())
-    line.Refuse("this program was built without the direct solver");
 }
 
 }  // namespace
@@ -43,15 +41,7 @@ ExportOptions ParseOptions(int argc, char** argv) {
       {"base64", VtuEncoding::Base64},
       {"ascii",  VtuEncoding::Ascii }
   };
-  const std::map<std::string, SolverName> solvers = {
-      {"deck",    SolverName::Deck   },
-      {"skyline", SolverName::SkyLine},
-      {"sparse",  SolverName::Sparse },
-      {"direct",  SolverName::Direct }
-  };
   ExportOptions options;
-  options.solver = DirectSolverIsBuilt() ? SolverName::Direct : SolverName::Deck;
-
   CommandLine line("kestol-export",
                    "Solves a model and writes its results for ParaView, tables and "
                    "scripts.",
@@ -72,9 +62,7 @@ ExportOptions ParseOptions(int argc, char** argv) {
   app.add_option("--stations", options.stations, "stations of a beam, at least 2")
       ->check(CLI::Range(2, 1'000'000).description(""))
       ->type_name("N");
-  app.add_option("--solver", options.solver, "skyline, sparse, direct or deck")
-      ->transform(CLI::Transformer(solvers).description(""))
-      ->type_name("NAME");
+  line.AddSolver(options.solver);
   app.add_flag("--mesh-only", options.meshOnly, "the model as it is read, without a solution");
   app.add_option("--report", options.report, "the solver's own report")->type_name("FILE");
   app.add_option("--res", options.res, "the solver's own result file")->type_name("FILE");

@@ -387,6 +387,23 @@ xi = 0.9
             self.assertLess(combination["result"]["equilibrium"]["relativeError"], 1e-10)
         self.assert_envelopes(document)
 
+    def test_picture_of_the_example(self) -> None:
+        docs = Path(EXAMPLES).parent / "docs" / "combinations"
+        example = str(Path(EXAMPLES) / "combinations" / "frame.toml")
+        self.document(example, "--envelopes")
+        end = run(self.folder.path, sys.executable, str(docs / "draw_envelope.py"), "out.json",
+                  "frame.svg")
+        self.assertEqual((end.status, end.err), (0, ""))
+        drawn, wanted = (xml.etree.ElementTree.fromstring(text) for text in (
+            self.folder.read("frame.svg"),
+            (docs / "frame-envelope.svg").read_text(encoding="utf-8")))
+        points = [[float(number) for shape in picture.iter() if "points" in shape.attrib
+                   for number in shape.attrib["points"].replace(",", " ").split()]
+                  for picture in (drawn, wanted)]
+        self.assertEqual(len(points[0]), len(points[1]))
+        for a, b in zip(*points):
+            self.assertAlmostEqual(a, b, delta=0.11)
+
 
 if __name__ == "__main__":
     unittest.main()
