@@ -39,6 +39,10 @@ constexpr int kNullPivotThreshold = 3;  // CNTL
 /// has lost all digits but two.
 constexpr double kNullPivot = 1e-14;
 
+/// What the library takes for itself when it begins and ends; where that is missing it ends the
+/// process instead of saying so.
+constexpr std::size_t kRoomOfItsOwn = std::size_t{8} << 20;
+
 /// Codes in INFOG(1) for exhausted memory, and for less room than ICNTL(14) should have asked for.
 constexpr int kExhausted[] = {-5, -7, -13, -19, -22, -51, -52, -53};
 constexpr int kTooLittleRoom[] = {-8, -9, -11, -12, -14, -15, -17, -18, -20};
@@ -106,6 +110,7 @@ private:
 
 DirectSolver::Mumps::Mumps(const UpperRows& rows, int B) {
   constexpr int kAllProcesses = -987654;
+  ::operator delete(::operator new(kRoomOfItsOwn));
   state_.par = 1;  // the calling process takes part
   state_.sym = 2;  // symmetric, pivots of any sign
   state_.comm_fortran = kAllProcesses;
