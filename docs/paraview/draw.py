@@ -106,7 +106,7 @@ class Picture:
         bar.UnconstrainedFontSizeOn()
         for text in (bar.GetTitleTextProperty(), bar.GetLabelTextProperty()):
             text.SetColor(0, 0, 0)
-            text.SetFontSize(12)
+            text.SetFontSize(11)
             text.BoldOff()
             text.ItalicOff()
             text.ShadowOff()
