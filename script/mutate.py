@@ -122,16 +122,16 @@ class Tree:
 
 def sites(source):
     """All places where a flip applies: (file, line index, start, end, replacement)."""
-    for folder in check_includes.folders(source):
-        for path in sorted((source / folder).glob("*.cc")):
-            for index, line in enumerate(path.read_text().splitlines()):
-                code = line.split("//")[0]
-                if SKIP.match(line) or '"' in code:
-                    continue
-                for pattern, replacement in FLIPS:
-                    for match in pattern.finditer(code):
-                        yield (str(path.relative_to(source)), index, match.start(), match.end(),
-                               replacement)
+    folders = check_includes.folders(source)
+    for path in sorted({path for folder in folders for path in (source / folder).rglob("*.cc")}):
+        for index, line in enumerate(path.read_text().splitlines()):
+            code = line.split("//")[0]
+            if SKIP.match(line) or '"' in code:
+                continue
+            for pattern, replacement in FLIPS:
+                for match in pattern.finditer(code):
+                    yield (str(path.relative_to(source)), index, match.start(), match.end(),
+                           replacement)
 
 
 def listed(file):
