@@ -7,6 +7,16 @@ namespace kestol {
 class Matriu;
 class ReaVecT;
 
+/// Takes the node blocks of element stiffnesses.
+class BlockSink {
+public:
+  virtual ~BlockSink() = default;
+
+  /// Adds a dense block whose first entry falls on (firstRow, firstCol). Blocks of node pairs are
+  /// handed over once, with firstRow <= firstCol; the receiver takes care of the mirrored half.
+  virtual void AddBlock(int firstRow, int firstCol, const Matriu& block) = 0;
+};
+
 /// The interface of the global equation solvers, for K x = f with K symmetric.
 ///
 /// Degrees of freedom, rows and columns are counted from 1; node numbers are internal indices,
@@ -15,10 +25,8 @@ class ReaVecT;
 /// Order of use: AddNodePair for every pair of nodes of every element -> Allocate -> AddBlock for
 /// every element -> Prescribe for every fixed degree -> Solve, once; or Factorise, once, and then
 /// Substitute for every right-hand side. SetZero begins a second assembly on the same structure.
-class StiffnessMatrix {
+class StiffnessMatrix : public BlockSink {
 public:
-  virtual ~StiffnessMatrix() = default;
-
   /// Number of degrees of freedom, n.
   virtual int NumDegrees() const = 0;
 
@@ -33,10 +41,6 @@ public:
 
   /// Clears all stored entries; the structure stays.
   virtual void SetZero() = 0;
-
-  /// Adds a dense block whose first entry falls on (firstRow, firstCol). Blocks of node pairs are
-  /// handed over once, with firstRow <= firstCol; the solver takes care of the mirrored half.
-  virtual void AddBlock(int firstRow, int firstCol, const Matriu& block) = 0;
 
   /// Does what all right-hand sides have in common. Returns 0; or a positive degree whose pivot
   /// failed; or -1 (breakdown). `info` may be null.

@@ -53,14 +53,29 @@ void BuildStructure(const Project& project, StiffnessMatrix& K, std::ostream* in
 }
 
 void AddStiffnessOfAllMeshes(const Project& project, StiffnessMatrix& K, BlockAxes axes) {
-  NodeBlocks blocks(project, K, axes);
-  for (const auto& mesh : project.meshes) RoutinesFor(*mesh).addStiffness(project, *mesh, blocks);
+  AddStiffness(project, WholeMeshes(project), K, axes);
 }
 
 ReaVecT LoadsOfDeck(const Project& project) {
+  return LoadsOf(project, WholeMeshes(project));
+}
+
+std::vector<MeshPart> WholeMeshes(const Project& project) {
+  std::vector<MeshPart> parts;
+  for (const auto& mesh : project.meshes) parts.emplace_back(*mesh);
+  return parts;
+}
+
+void AddStiffness(const Project& project, std::span<const MeshPart> parts, BlockSink& K,
+                  BlockAxes axes) {
+  NodeBlocks blocks(project, K, axes);
+  for (const MeshPart& part : parts) RoutinesFor(part.mesh).addStiffness(project, part, blocks);
+}
+
+ReaVecT LoadsOf(const Project& project, std::span<const MeshPart> parts) {
   ReaVecT f(EquationCount(project));
   AddNodalLoads(project, f);
-  for (const auto& mesh : project.meshes) RoutinesFor(*mesh).addLoads(project, *mesh, f);
+  for (const MeshPart& part : parts) RoutinesFor(part.mesh).addLoads(project, part, f);
   return f;
 }
 

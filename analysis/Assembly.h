@@ -2,8 +2,11 @@
 
 #include <algorithm>
 #include <ostream>
+#include <span>
+#include <vector>
 
 #include "algebra/ReaVecT.h"
+#include "analysis/MeshPart.h"
 #include "analysis/NodeBlocks.h"
 #include "analysis/Results.h"
 #include "input/Project.h"
@@ -28,6 +31,17 @@ void AddStiffnessOfAllMeshes(const Project& project, StiffnessMatrix& K, BlockAx
 /// The equivalent nodal forces of the deck's loads: at nodes, on elements, own weight. By equation,
 /// global axes.
 ReaVecT LoadsOfDeck(const Project& project);
+
+// The same for chosen elements, for those who share the work: one part per mesh.
+
+/// Every mesh as a whole.
+std::vector<MeshPart> WholeMeshes(const Project& project);
+
+void AddStiffness(const Project& project, std::span<const MeshPart> parts, BlockSink& K,
+                  BlockAxes axes);
+
+/// Loads at nodes are all there; of element loads and own weight those of the parts.
+ReaVecT LoadsOf(const Project& project, std::span<const MeshPart> parts);
 
 /// Calls action(equation, code, value) for every degree of every support record: its equation (from
 /// 1), ConstraintCode and value.

@@ -2,6 +2,7 @@
 
 #include "algebra/Zero.h"
 #include "analysis/MaterialOf.h"
+#include "analysis/MeshPart.h"
 #include "analysis/Surface.h"
 #include "analysis/TurnBlock.h"
 #include "input/Project.h"
@@ -95,7 +96,7 @@ void BeamElement::TurnStiffnessToGlobal() {
   for (Matriu* const K : {&Kii, &Kij, &Kjj}) TurnBlock(R, R, *K);
 }
 
-void AddBeamStiffness(const Project& project, const Mesh& mesh, NodeBlocks& K) {
+void AddBeamStiffness(const Project& project, const MeshPart& mesh, NodeBlocks& K) {
   BeamElement beam(project);
   for (const auto [number, elem] : mesh.elems) {
     beam.TakeAxes(*elem);
@@ -109,7 +110,7 @@ void AddBeamStiffness(const Project& project, const Mesh& mesh, NodeBlocks& K) {
   }
 }
 
-void AddBeamLoads(const Project& project, const Mesh& mesh, ReaVecT& f) {
+void AddBeamLoads(const Project& project, const MeshPart& mesh, ReaVecT& f) {
   const int dofs = project.dofsPerNode;
   BeamElement beam(project);
   for (const auto [number, elem] : mesh.elems) {
@@ -131,7 +132,8 @@ void AddBeamLoads(const Project& project, const Mesh& mesh, ReaVecT& f) {
   }
 }
 
-void BeamStrengths(const Project& project, const Mesh& mesh, const ReaVecT& u, ReaVecT& values) {
+void BeamStrengths(const Project& project, const MeshPart& mesh, const ReaVecT& u,
+                   ReaVecT& values) {
   const int dofs = project.dofsPerNode;
   values.Fill(0.0);
   double* place = values.begin();

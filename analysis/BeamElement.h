@@ -12,7 +12,7 @@ namespace kestol {
 
 class Elem;
 class Material;
-class Mesh;
+class MeshPart;
 class Project;
 
 /// One beam at a time with what its stiffness, loads, strengths and stations need. The work space
@@ -53,13 +53,13 @@ private:
 };
 
 /// Adds every element's stiffness.
-void AddBeamStiffness(const Project& project, const Mesh& mesh, NodeBlocks& K);
+void AddBeamStiffness(const Project& project, const MeshPart& mesh, NodeBlocks& K);
 
 /// Adds the equivalent nodal forces of own weight and loads of every element to f.
-void AddBeamLoads(const Project& project, const Mesh& mesh, ReaVecT& f);
+void AddBeamLoads(const Project& project, const MeshPart& mesh, ReaVecT& f);
 
 /// End strengths in local axes, 2 x dofsPerNode per element: stiffness times displacements.
 /// `values` has its size.
-void BeamStrengths(const Project& project, const Mesh& mesh, const ReaVecT& u, ReaVecT& values);
+void BeamStrengths(const Project& project, const MeshPart& mesh, const ReaVecT& u, ReaVecT& values);
 
 }  // namespace kestol

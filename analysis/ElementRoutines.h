@@ -6,19 +6,20 @@
 namespace kestol {
 
 class Mesh;
+class MeshPart;
 class Project;
 
 /// What the analysis asks of a family of elements.
 struct ElementRoutines {
   int elemType;  ///< ElemType
 
-  /// Adds every element's stiffness.
-  void (*addStiffness)(const Project&, const Mesh&, NodeBlocks& K);
-  /// Adds own weight and loads of every element to the nodal forces f, by equation.
-  void (*addLoads)(const Project&, const Mesh&, ReaVecT& f);
+  /// Adds the stiffness of every element of the part.
+  void (*addStiffness)(const Project&, const MeshPart&, NodeBlocks& K);
+  /// Adds own weight and loads of the same to the nodal forces f, by equation.
+  void (*addLoads)(const Project&, const MeshPart&, ReaVecT& f);
   /// Strengths or stresses at the displacements u (by equation, global axes), laid out as
   /// PointLayout says; `values` has its size.
-  void (*values)(const Project&, const Mesh&, const ReaVecT& u, ReaVecT& values);
+  void (*values)(const Project&, const MeshPart&, const ReaVecT& u, ReaVecT& values);
 };
 
 /// The routines for the mesh's type; ends the run with "error: elemtype unknown\n" for a type that

@@ -36,7 +36,7 @@ std::optional<FixedMatrix<3, 3>> SupportAxes(const Project& project, const Node&
   return RotationOf(T);
 }
 
-NodeBlocks::NodeBlocks(const Project& project, StiffnessMatrix& matrix, BlockAxes axes)
+NodeBlocks::NodeBlocks(const Project& project, BlockSink& matrix, BlockAxes axes)
     : project_(project), matrix_(matrix), axes_(axes), dofs_(project.dofsPerNode) {}
 
 void NodeBlocks::Add(const Node& a, const Node& b, Matriu& K) {

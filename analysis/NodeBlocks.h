@@ -8,8 +8,8 @@
 
 namespace kestol {
 
+class BlockSink;
 class Project;
-class StiffnessMatrix;
 struct Node;
 
 /// In which axes node blocks go into the matrix: the local axes of constrained nodes (the system to
@@ -25,7 +25,7 @@ std::optional<FixedMatrix<3, 3>> SupportAxes(const Project& project, const Node&
 /// inclined supports where asked.
 class NodeBlocks {
 public:
-  NodeBlocks(const Project& project, StiffnessMatrix& matrix, BlockAxes axes);
+  NodeBlocks(const Project& project, BlockSink& matrix, BlockAxes axes);
 
   /// Adds the block K (dofsPerNode square, global axes) of rows of node `a` and columns of node
   /// `b`. Call it once for each pair of an element's nodes, in either order; K is used up.
@@ -36,7 +36,7 @@ private:
   const FixedMatrix<3, 3>& ToSupport(const Node& node);
 
   const Project& project_;
-  StiffnessMatrix& matrix_;
+  BlockSink& matrix_;
   BlockAxes axes_;
   int dofs_;
   std::unordered_map<const Node*, FixedMatrix<3, 3>> toSupport_;  ///< of the inclined ones so far

@@ -9,8 +9,9 @@ namespace kestol {
 
 namespace {
 
-std::vector<Reaction> ReactionsOfNodes(const Project& project, StiffnessMatrix& K,
-                                       const ReaVecT& u) {
+/// forceAt(equation) is a row of K times u.
+template <class ForceAt>
+std::vector<Reaction> ReactionsOfNodes(const Project& project, ForceAt forceAt) {
   const int dofs = project.dofsPerNode;
   std::vector<Reaction> reactions;
   for (const auto [key, node] : *project.meshes[0]->nodes) {
@@ -19,7 +20,7 @@ std::vector<Reaction> ReactionsOfNodes(const Project& project, StiffnessMatrix& 
     Reaction reaction{node->number, {}};
     const int first = FirstEquation(node->number, dofs);
     for (int d = 0; d < std::min(dofs, support.dofs); ++d)
-      if (support.IsConstrained(d)) reaction.values[d] = K.RowTimesVector(first + d, u);
+      if (support.IsConstrained(d)) reaction.values[d] = forceAt(first + d);
     reactions.push_back(reaction);
   }
   std::sort(reactions.begin(), reactions.end(),
@@ -65,12 +66,21 @@ void MoveMidSideReactions(const Project& project, std::vector<Reaction>& reactio
   }
 }
 
+template <class ForceAt>
+std::vector<Reaction> PrintedReactions(const Project& project, ForceAt forceAt) {
+  std::vector<Reaction> reactions = ReactionsOfNodes(project, forceAt);
+  if (project.ConvertTo6Nodes != 0) MoveMidSideReactions(project, reactions);
+  return reactions;
+}
+
 }  // namespace
 
 std::vector<Reaction> ReactionsOf(const Project& project, StiffnessMatrix& K, const ReaVecT& u) {
-  std::vector<Reaction> reactions = ReactionsOfNodes(project, K, u);
-  if (project.ConvertTo6Nodes != 0) MoveMidSideReactions(project, reactions);
-  return reactions;
+  return PrintedReactions(project, [&](int equation) { return K.RowTimesVector(equation, u); });
+}
+
+std::vector<Reaction> ReactionsOf(const Project& project, const ReaVecT& internalForces) {
+  return PrintedReactions(project, [&](int equation) { return internalForces(equation); });
 }
 
 }  // namespace kestol

@@ -14,4 +14,7 @@ class StiffnessMatrix;
 /// the conversion to 6 nodes made go to their corners, half to each. By rising node index.
 std::vector<Reaction> ReactionsOf(const Project& project, StiffnessMatrix& K, const ReaVecT& u);
 
+/// The same from K u, of which only the rows at supports are asked.
+std::vector<Reaction> ReactionsOf(const Project& project, const ReaVecT& internalForces);
+
 }  // namespace kestol

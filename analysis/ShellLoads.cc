@@ -1,10 +1,10 @@
 #include "algebra/Zero.h"
 #include "analysis/MaterialOf.h"
+#include "analysis/MeshPart.h"
 #include "analysis/ShellPoints.h"
 #include "analysis/ShellTriangle.h"
 #include "analysis/Surface.h"
 #include "input/Project.h"
-#include "model/Mesh.h"
 
 namespace kestol {
 
@@ -39,7 +39,7 @@ Frame AxesOf(const ShellElement& shell) {
 }
 
 template <int N, int P>
-void AddLoads(const Project& project, const Mesh& mesh, ReaVecT& f) {
+void AddLoads(const Project& project, const MeshPart& mesh, ReaVecT& f) {
   NodalForces forces{f, project.dofsPerNode};
   const bool hasGravity = HasGravity(project);
   ShellElement shell(project);
@@ -70,7 +70,7 @@ void AddLoads(const Project& project, const Mesh& mesh, ReaVecT& f) {
 
 }  // namespace
 
-void AddShellLoads(const Project& project, const Mesh& mesh, ReaVecT& f) {
+void AddShellLoads(const Project& project, const MeshPart& mesh, ReaVecT& f) {
   if (mesh.nnode == 3)
     AddLoads<3, 1>(project, mesh, f);
   else

@@ -1,8 +1,8 @@
 #include "analysis/ShellTriangle.h"
 
+#include "analysis/MeshPart.h"
 #include "analysis/ShellPoints.h"
 #include "input/Project.h"
-#include "model/Mesh.h"
 
 namespace kestol {
 
@@ -108,7 +108,7 @@ double DrillingStiffness(const ShellElement& shell, const ShellPoints<N, P>& poi
 }
 
 template <int N, int P>
-void AddStiffness(const Project& project, const Mesh& mesh, NodeBlocks& blocks) {
+void AddStiffness(const Project& project, const MeshPart& mesh, NodeBlocks& blocks) {
   ShellElement shell(project);
   ShellPoints<N, P> points;
   Matriu global(6, 6);
@@ -151,7 +151,7 @@ void AddDrillingMoments(const Project& project, const Mesh& mesh, const ReaVecT&
 
 /// N = Dm Bm u, M = Db Bb u, Q = Ds Bs u at every point.
 template <int N, int P>
-void Resultants(const Project& project, const Mesh& mesh, const ReaVecT& displacements,
+void Resultants(const Project& project, const MeshPart& mesh, const ReaVecT& displacements,
                 ReaVecT& values) {
   ShellElement shell(project);
   ShellPoints<N, P> points;
@@ -190,14 +190,15 @@ void Resultants(const Project& project, const Mesh& mesh, const ReaVecT& displac
 
 }  // namespace
 
-void AddShellStiffness(const Project& project, const Mesh& mesh, NodeBlocks& K) {
+void AddShellStiffness(const Project& project, const MeshPart& mesh, NodeBlocks& K) {
   if (mesh.nnode == 3)
     AddStiffness<3, 1>(project, mesh, K);
   else
     AddStiffness<6, 3>(project, mesh, K);
 }
 
-void ShellResultants(const Project& project, const Mesh& mesh, const ReaVecT& u, ReaVecT& values) {
+void ShellResultants(const Project& project, const MeshPart& mesh, const ReaVecT& u,
+                     ReaVecT& values) {
   if (mesh.nnode == 3)
     Resultants<3, 1>(project, mesh, u, values);
   else

@@ -6,18 +6,19 @@
 
 namespace kestol {
 
-class Mesh;
+class MeshPart;
 class Project;
 
 /// Adds the stiffness of every 3- or 6-noded triangle (by mesh.nnode).
-void AddShellStiffness(const Project& project, const Mesh& mesh, NodeBlocks& K);
+void AddShellStiffness(const Project& project, const MeshPart& mesh, NodeBlocks& K);
 
 /// Adds the equivalent nodal forces of own weight and loads of every element to f.
-void AddShellLoads(const Project& project, const Mesh& mesh, ReaVecT& f);
+void AddShellLoads(const Project& project, const MeshPart& mesh, ReaVecT& f);
 
 /// Resultants at the integration points, 8 each (Nx' Ny' Nxy' Mx' My' Mxy' Qx' Qy'), in local axes:
 /// one point per 3-noded element, three per 6-noded one.
-void ShellResultants(const Project& project, const Mesh& mesh, const ReaVecT& u, ReaVecT& values);
+void ShellResultants(const Project& project, const MeshPart& mesh, const ReaVecT& u,
+                     ReaVecT& values);
 
 /// The sum over all shells of their drilling stiffness times the rotations u has there: a moment
 /// that the ground holds, since the stiffness stands between the node and nothing else.

@@ -2,9 +2,9 @@
 
 #include "algebra/Matriu.h"
 #include "analysis/MaterialOf.h"
+#include "analysis/MeshPart.h"
 #include "analysis/SolidPoints.h"
 #include "input/Project.h"
-#include "model/Mesh.h"
 
 namespace kestol {
 
@@ -42,7 +42,8 @@ inline void AddNodeStiffness(const Vector3& g, const Vector3& h, const Elasticit
 
 /// K_ij = sum over the points of B_i^T D B_j w for every node pair of every element.
 template <int N, int P, class Evaluate>
-void AddStiffness(const Project& project, const Mesh& mesh, NodeBlocks& blocks, Evaluate evaluate) {
+void AddStiffness(const Project& project, const MeshPart& mesh, NodeBlocks& blocks,
+                  Evaluate evaluate) {
   SolidPoints<N, P> points;
   Matriu D(6, 6), K(3, 3);
   for (auto [number, elem] : mesh.elems) {
@@ -61,7 +62,7 @@ void AddStiffness(const Project& project, const Mesh& mesh, NodeBlocks& blocks, 
 
 /// D times the sum over the nodes of B_i u_i, at every point of every element.
 template <int N, int P, class Evaluate>
-void Stresses(const Project& project, const Mesh& mesh, const ReaVecT& displacements,
+void Stresses(const Project& project, const MeshPart& mesh, const ReaVecT& displacements,
               ReaVecT& values, Evaluate evaluate) {
   SolidPoints<N, P> points;
   Matriu D(6, 6);
@@ -89,14 +90,15 @@ void Stresses(const Project& project, const Mesh& mesh, const ReaVecT& displacem
 
 }  // namespace
 
-void AddSolidStiffness(const Project& project, const Mesh& mesh, NodeBlocks& K) {
+void AddSolidStiffness(const Project& project, const MeshPart& mesh, NodeBlocks& K) {
   if (mesh.nnode == 4)
     AddStiffness<4, 1>(project, mesh, K, EvaluateTetra4);
   else
     AddStiffness<10, 4>(project, mesh, K, EvaluateTetra10);
 }
 
-void SolidStresses(const Project& project, const Mesh& mesh, const ReaVecT& u, ReaVecT& values) {
+void SolidStresses(const Project& project, const MeshPart& mesh, const ReaVecT& u,
+                   ReaVecT& values) {
   if (mesh.nnode == 4)
     Stresses<4, 1>(project, mesh, u, values, EvaluateTetra4);
   else

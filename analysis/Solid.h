@@ -9,16 +9,16 @@
 namespace kestol {
 
 class Elem;
-class Mesh;
+class MeshPart;
 class PreassureLT;
 class Project;
 struct Node;
 
 /// Adds the stiffness of every 4- or 10-noded tetrahedron (by mesh.nnode).
-void AddSolidStiffness(const Project& project, const Mesh& mesh, NodeBlocks& K);
+void AddSolidStiffness(const Project& project, const MeshPart& mesh, NodeBlocks& K);
 
 /// Adds the equivalent nodal forces of own weight and loads of every element to f.
-void AddSolidLoads(const Project& project, const Mesh& mesh, ReaVecT& f);
+void AddSolidLoads(const Project& project, const MeshPart& mesh, ReaVecT& f);
 
 /// What one node carries of a load on a face: the force per area there, in global axes, and the
 /// area.
@@ -35,6 +35,6 @@ std::array<FaceShare, 3> SharesOfFace(const Elem& elem, const PreassureLT& load)
 
 /// Stresses x, y, z, xy, xz, yz at the integration points: one per 4-noded element, four per
 /// 10-noded one.
-void SolidStresses(const Project& project, const Mesh& mesh, const ReaVecT& u, ReaVecT& values);
+void SolidStresses(const Project& project, const MeshPart& mesh, const ReaVecT& u, ReaVecT& values);
 
 }  // namespace kestol

@@ -2,12 +2,12 @@
 
 #include "algebra/Zero.h"
 #include "analysis/MaterialOf.h"
+#include "analysis/MeshPart.h"
 #include "analysis/Solid.h"
 #include "analysis/SolidPoints.h"
 #include "analysis/Surface.h"
 #include "analysis/Tri6.h"
 #include "input/Project.h"
-#include "model/Mesh.h"
 
 namespace kestol {
 
@@ -45,7 +45,7 @@ void AddFaceLoad(NodalForces& forces, const Elem& elem, const PreassureLT& load)
 }
 
 template <int N, int P, class Evaluate>
-void AddLoads(const Project& project, const Mesh& mesh, ReaVecT& f, Evaluate evaluate) {
+void AddLoads(const Project& project, const MeshPart& mesh, ReaVecT& f, Evaluate evaluate) {
   NodalForces forces{f, project.dofsPerNode};
   const bool hasGravity = HasGravity(project);
   SolidPoints<N, P> points;
@@ -96,7 +96,7 @@ std::array<FaceShare, 3> SharesOfFace(const Elem& elem, const PreassureLT& load)
   return shares;
 }
 
-void AddSolidLoads(const Project& project, const Mesh& mesh, ReaVecT& f) {
+void AddSolidLoads(const Project& project, const MeshPart& mesh, ReaVecT& f) {
   if (mesh.nnode == 4)
     AddLoads<4, 1>(project, mesh, f, EvaluateTetra4);
   else

@@ -4,6 +4,7 @@
 #include "analysis/Assembly.h"
 #include "analysis/ElementRoutines.h"
 #include "analysis/MainValues.h"
+#include "analysis/MeshPart.h"
 #include "analysis/PointLayout.h"
 #include "analysis/Reactions.h"
 #include "analysis/Results.h"
@@ -14,25 +15,21 @@
 
 namespace kestol {
 
-namespace {
-
-/// Values at the integration points of one mesh; none for a mesh without elements.
-ReaVecT ValuesOfMesh(const Project& project, const Mesh& mesh, const ReaVecT& u) {
-  const ElementRoutines& routines = RoutinesFor(mesh);
-  const std::int64_t elements = ElementCount(mesh);
+ReaVecT ValuesAtPoints(const Project& project, const MeshPart& part, const ReaVecT& displacements) {
+  const ElementRoutines& routines = RoutinesFor(part.mesh);
+  std::int64_t elements = 0;
+  for (auto it = part.elems.begin(); it != part.elems.end(); ++it) ++elements;
   if (elements == 0) return {};
-  ReaVecT values(VectorLength(elements, PointLayoutOf(project, mesh).PerElement()));
-  routines.values(project, mesh, u, values);
+  ReaVecT values(VectorLength(elements, PointLayoutOf(project, part.mesh).PerElement()));
+  routines.values(project, part, displacements, values);
   return values;
 }
-
-}  // namespace
 
 void ComputePointValues(const Project& project, Results& results) {
   results.meshes.assign(project.meshes.size(), {});
   for (std::size_t m = 0; m < project.meshes.size(); ++m) {
     const Mesh& mesh = *project.meshes[m];
-    results.meshes[m].local = ValuesOfMesh(project, mesh, results.displacements);
+    results.meshes[m].local = ValuesAtPoints(project, mesh, results.displacements);
     if (mesh.elemType == Triangle) MainValuesOfMesh(project, mesh, results.meshes[m]);
   }
 }
