@@ -1,0 +1,18 @@
+#pragma once
+
+#include "analysis/Results.h"
+#include "programs/mpi/Options.h"
+
+namespace kestol {
+
+class Project;
+
+/// Refuses, before any work is done, outputs of this process that cannot be written, that are the
+/// deck, or that are one file. The first process writes everything but the pieces of others.
+void CheckOutputs(const MpiOptions& options, int rank);
+
+/// The report and the files for the post-processor, by the solver's own writers. They appear
+/// together, when all are complete.
+void WriteOutputs(const MpiOptions& options, const Project& project, const Results& results);
+
+}  // namespace kestol
