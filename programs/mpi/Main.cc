@@ -7,6 +7,7 @@
 #include "programs/common/RunProgram.h"
 #include "programs/mpi/MpiRun.h"
 #include "programs/mpi/Options.h"
+#include "programs/mpi/Outputs.h"
 #include "programs/mpi/PetscObjects.h"
 #include "programs/mpi/Team.h"
 
@@ -48,7 +49,9 @@ MpiOptions ParseOnAll(const Team& team, int argc, char** argv) {
 
 int RunHere(Team& team, const MpiOptions& options) {
   try {
-    return RunOnAll(team, options);
+    return RunOnAll(team, options, [&](const Project& project, const Results& results) {
+      WriteOutputs(options, project, results);
+    });
   } catch (const ToldElsewhere&) {
     return kDone;
   } catch (const PetscFailure& failure) {

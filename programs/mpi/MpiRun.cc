@@ -44,8 +44,8 @@ void MeetFirstRefusal(const Project& project) {
 /// One run. The members are what its stages leave to the next.
 class MpiRun {
 public:
-  MpiRun(Team& team, const MpiOptions& options)
-      : team_(team), options_(options), petsc_(options.petsc) {}
+  MpiRun(Team& team, const MpiOptions& options, const Receiver& receiver)
+      : team_(team), options_(options), receiver_(receiver), petsc_(options.petsc) {}
 
   int Run() {
     team_.Together([&] {
@@ -81,6 +81,7 @@ private:
 
   Team& team_;
   const MpiOptions& options_;
+  const Receiver& receiver_;
   PetscSession petsc_;
   std::optional<RunLog> log_;
   std::optional<Project> project_;
@@ -204,7 +205,7 @@ void MpiRun::ComputeResults() {
 void MpiRun::Write() {
   const std::string unused = petsc_.UnusedOptions();
   if (!unused.empty()) log_->Tell("nothing asked for these options of PETSc: " + unused);
-  team_.FirstAlone([&] { WriteOutputs(options_, *project_, results_); });
+  team_.FirstAlone([&] { receiver_(*project_, results_); });
   if (options_.vtu.empty()) return;
   KeepOwnPart(partition_, team_.Rank(), *project_, results_);
   WritePieces(*project_, results_, team_, options_.vtu, {options_.deck});
@@ -212,8 +213,8 @@ void MpiRun::Write() {
 
 }  // namespace
 
-int RunOnAll(Team& team, const MpiOptions& options) {
-  return MpiRun(team, options).Run();
+int RunOnAll(Team& team, const MpiOptions& options, const Receiver& receiver) {
+  return MpiRun(team, options, receiver).Run();
 }
 
 }  // namespace kestol

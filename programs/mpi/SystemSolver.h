@@ -47,6 +47,7 @@ private:
   bool Factorise();
   int Iterate(Vec rightSide, Vec solution, double tolerance, bool fromSolution);
   double TrueResidual() const;
+  double RoundingResidual() const;
 
   const DistributedSystem& system_;
   SolverSettings settings_;
