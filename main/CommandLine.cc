@@ -44,9 +44,4 @@ bool IsStandardOutput(const char* name) {
   return name[0] == '-';
 }
 
-// Deliberate: a '.' of a folder's name counts when the file's own name has none.
-std::string ResultFileName(std::string_view inputFile, std::string_view extension) {
-  return std::string(inputFile.substr(0, inputFile.rfind('.'))) + std::string(extension);
-}
-
 }  // namespace kestol

@@ -28,10 +28,4 @@ std::string UsageText(std::string_view program);
 /// Whether a file name of -i or -e stands for standard output.
 bool IsStandardOutput(const char* name);
 
-inline constexpr std::string_view kResultsExtension = ".kestol.res";
-inline constexpr std::string_view kMeshExtension = ".kestol.bon";
-
-/// `inputFile` cut at its last '.' plus `extension`.
-std::string ResultFileName(std::string_view inputFile, std::string_view extension);
-
 }  // namespace kestol

@@ -4,6 +4,7 @@
 
 #include "main/CommandLine.h"
 #include "main/ErrorChannel.h"
+#include "output/ResultFiles.h"
 
 namespace kestol {
 

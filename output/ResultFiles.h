@@ -1,11 +1,18 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 #include "analysis/Results.h"
 #include "input/Project.h"
 
 namespace kestol {
+
+inline constexpr std::string_view kResultsExtension = ".kestol.res";
+inline constexpr std::string_view kMeshExtension = ".kestol.bon";
+
+/// `inputFile` cut at its last '.' plus `extension`.
+std::string ResultFileName(std::string_view inputFile, std::string_view extension);
 
 /// Writes the program's text report. Refuses a file that cannot be opened, and a full disk.
 void WriteReportFile(const Project& project, const Results& results, const std::string& name);

@@ -3,7 +3,7 @@
 #include <map>
 #include <string_view>
 
-#include "main/CommandLine.h"
+#include "kestol/Reports.h"
 
 namespace kestol {
 

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "main/CommandLine.h"
+#include "output/ResultFiles.h"
 
 namespace kestol {
 
