@@ -1,0 +1,77 @@
+#include "programs/view/Cases.h"
+
+#include <filesystem>
+#include <utility>
+
+#include "kestol/combine/CaseReader.h"
+#include "kestol/combine/Superposition.h"
+#include "programs/combine/CombinationFile.h"
+#include "programs/common/Messages.h"
+#include "programs/common/RunProgram.h"
+
+namespace kestol {
+
+namespace {
+
+/// A page sums up its combinations when they are looked at: this many in a moment.
+constexpr std::size_t kMostCombinationsOfPage = 1000;
+
+CombinationFile ReadFile(const std::string& path, const std::string& deck) {
+  RequireReadable(path);
+  std::vector<FileMistake> mistakes;
+  CombinationFile file = ReadCombinationFile(path, mistakes);
+  for (const auto& [text, code, line, column, endColumn] : mistakes)
+    PrintMessage({"error", text, code, path, line, column, endColumn});
+  if (!mistakes.empty()) throw ProgramEnd{kFailed};
+  std::error_code none;
+  if (!std::filesystem::equivalent(file.model, deck, none))
+    throw ProgramError(path + " is for the model " + file.model + ", not for " + deck);
+  return file;
+}
+
+std::vector<CaseLoads> ReadCases(Project& project, const CombinationFile& file) {
+  std::vector<CaseLoads> cases;
+  CaseLoads ofModel = TakeLoads(project);
+  for (const CaseEntry& entry : file.cases)
+    cases.push_back(entry.ofModel ? std::exchange(ofModel, {}) : ReadCase(project, entry.loads));
+  return cases;
+}
+
+void RefuseObstacles(Superposition& sums, const std::string& deck) {
+  const std::vector<LoadedHinge> obstacles = sums.Obstacles();
+  for (const auto& [element, node, other] : obstacles) {
+    const std::string text = "element " + std::to_string(element) +
+                             " is loaded and hinged at its first node " + std::to_string(node) +
+                             ": write \"" + std::to_string(other) + ' ' + std::to_string(node) +
+                             '"';
+    PrintMessage({"error", text, "hinge-first", deck});
+  }
+  if (!obstacles.empty()) throw ProgramEnd{kFindings};
+}
+
+}  // namespace
+
+bool CasesAreBuilt() {
+  return true;
+}
+
+SolvedCases SolveCases(Project& project, const std::string& deck, const std::string& path,
+                       const SolveOptions& options) {
+  const CombinationFile file = ReadFile(path, deck);
+  SolvedCases solved{file.CaseNames(), {}, file.AllCombinations()};
+  if (solved.combinations.size() > kMostCombinationsOfPage)
+    throw ProgramError(path + " gives " + std::to_string(solved.combinations.size()) +
+                       " combinations: a page holds at most " +
+                       std::to_string(kMostCombinationsOfPage));
+  Superposition sums(project, ReadCases(project, file), options);
+  RefuseObstacles(sums, deck);
+  sums.Solve();
+  const PageModel model(project);
+  for (int k = 0; k < sums.CaseCount(); ++k) {
+    const Results results = sums.Combine(sums.Only(k));
+    solved.cases.push_back(CaseOf(model, &results, k, file.cases[k].name, file.cases[k].category));
+  }
+  return solved;
+}
+
+}  // namespace kestol

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <ostream>
+#include <string>
+#include <vector>
+
+#include "kestol/LinearSystem.h"
+#include "kestol/combine/Combination.h"
+#include "programs/view/PageCase.h"
+
+namespace kestol {
+
+/// The cases of a combination file, solved, and its combinations.
+struct SolvedCases {
+  std::vector<std::string> names;
+  std::vector<PageCase> cases;
+  std::vector<Combination> combinations;
+};
+
+/// Whether this program can read combination files.
+bool CasesAreBuilt();
+
+/// Reads the file `path` and solves its cases on the model of `deck`, which must be the one that
+/// the file names.
+///
+/// Refuses what kestol-combine refuses. Mistakes of the file are told on standard error.
+SolvedCases SolveCases(Project& project, const std::string& deck, const std::string& path,
+                       const SolveOptions& options);
+
+}  // namespace kestol
