@@ -1,0 +1,157 @@
+// What the page says is what kestol-export writes, bit for bit.
+
+import assert from 'node:assert/strict';
+import {readdirSync} from 'node:fs';
+import {after, before, test} from 'node:test';
+
+import {combined, drawnBox, example, exported, open, openBrowser, pageOf, settled} from './support.mjs';
+
+/** @type {import('playwright-core').Browser} */ let browser;
+before(async () => { browser = await openBrowser(); });
+after(() => browser.close());
+
+for (const name of readdirSync(example('')).filter((f) => f.endsWith('.dat')).sort())
+  test(`${name}: its result equals kestol-export, drawn in one request`, async () => {
+    const deck = example(name), page = await open(browser, await pageOf(deck));
+    const result = await page.evaluate(() => window.kestol.result);
+    assert.deepEqual(result, {...await exported(deck), deck: name});
+
+    // All that is drawn lies around the nodes and their displacements, and there is something.
+    const nodes = await page.evaluate(() =>
+      window.kestol.result.nodes.map(({number}) => window.kestol.screen('node', number)));
+    const box = await drawnBox(page), x = nodes.map((n) => n.x), y = nodes.map((n) => n.y);
+    assert.ok(box.count > 200, `${box.count} pixels`);
+    const room = 60;
+    assert.ok(box.left > Math.min(...x) - room && box.right < Math.max(...x) + room);
+    assert.ok(box.top > Math.min(...y) - room && box.bottom < Math.max(...y) + room);
+    assert.deepEqual(page.noise, []);
+    await page.close();
+  });
+
+test('under the pointer: the node that stands there, with the values of the document', async () => {
+  const deck = example('02-portal-frame.dat'), page = await open(browser, await pageOf(deck));
+  const {nodes, reactions} = await exported(deck);
+  for (const number of [2, 4]) {
+    const at = await page.evaluate((n) => window.kestol.screen('node', n), number);
+    await page.mouse.move(at.x + 2, at.y - 1);
+    await settled(page);
+    const found = await page.evaluate(() => window.kestol.value());
+    const {u, rotation} = nodes.find((n) => n.number === number);
+    assert.equal(found.kind, 'node');
+    assert.equal(found.number, number);
+    assert.deepEqual([found.values.ux, found.values.uy, found.values.uz], u);
+    assert.deepEqual([found.values.rx, found.values.ry, found.values.rz], rotation);
+    const reaction = reactions.find((r) => r.node === number);
+    if (reaction)
+      assert.deepEqual([found.values.Fx, found.values.Fy, found.values.Mz],
+                       [reaction.force[0], reaction.force[1], reaction.moment[2]]);
+    const tip = await page.locator('#tip').innerText();
+    assert.match(tip, new RegExp(`node ${number}`));
+  }
+  await page.mouse.move(700, 780);
+  await settled(page);
+  assert.equal(await page.evaluate(() => window.kestol.value()), null);
+  await page.close();
+});
+
+test('a click keeps a beam: the values of the nearest station', async () => {
+  const deck = example('03-gerber-beam.dat'), page = await open(browser, await pageOf(deck));
+  const {beams} = await exported(deck);
+  const at = await page.evaluate(() => window.kestol.screen('element', 3));
+  await page.mouse.click(at.x, at.y);
+  await page.mouse.move(400, 700);
+  await settled(page);
+  const found = await page.evaluate(() => window.kestol.value());
+  assert.equal(found.type, 'beam');
+  assert.equal(found.number, 3);
+  const station = beams.find((b) => b.element === 3).stations[found.at.station];
+  assert.ok(Math.abs(found.at.station - 10) <= 1);
+  for (const name of ['N', 'Vy', 'Vz', 'T', 'My', 'Mz'])
+    assert.equal(found.values[name], station[name]);
+  assert.deepEqual([found.values.ux, found.values.uy, found.values.uz], station.u);
+  assert.match(await page.locator('#details').innerText(), /beam 3/);
+  await page.close();
+});
+
+for (const [name, type, list] of [['14-cylindrical-roof.dat', 'shell', 'shells'],
+                                  ['20-solid-cantilever.dat', 'solid', 'solids']])
+  test(`under the pointer: the nearest point of a ${type}`, async () => {
+    const deck = example(name), page = await open(browser, await pageOf(deck));
+    const document = await exported(deck);
+    const hits = await page.evaluate((numbers) =>
+      numbers.map((n) => ({n, at: window.kestol.screen('element', n)})),
+      document[list].slice(0, 40).map((e) => e.element));
+    let seen = 0;
+    for (const {at} of hits) {
+      await page.mouse.move(at.x, at.y);
+      await settled(page);
+      const found = await page.evaluate(() => window.kestol.value());
+      if (found?.kind !== 'element') continue;
+      ++seen;
+      const point = document[list].find((e) => e.element === found.number).points[found.at.point];
+      const values = Object.values(found.values);
+      assert.deepEqual(values.slice(0, type === 'shell' ? 8 : 6),
+                       type === 'shell' ? [...point.n, ...point.m, ...point.q] : point.stress);
+    }
+    assert.ok(seen > 5, `${seen} elements were found`);
+    await page.close();
+  });
+
+test('scripts choose, scale and ask', async () => {
+  const page = await open(browser, await pageOf(example('02-portal-frame.dat')));
+  const at = () => page.evaluate(() => window.kestol.screen('node', 3));
+  await page.evaluate(() => window.kestol.setScale(0));
+  const still = await at();
+  await page.evaluate(() => window.kestol.setScale(40));
+  assert.ok((await at()).x > still.x + 20);
+  assert.equal(await page.evaluate(() => window.kestol.select('element', 2)), true);
+  assert.equal(await page.evaluate(() => window.kestol.value().number), 2);
+  assert.equal(await page.evaluate(() => window.kestol.select('node', 99)), false);
+  assert.equal(await page.evaluate(() => window.kestol.screen('node', 99)), null);
+  assert.equal(await page.evaluate(() => window.kestol.setResult('no such case')), false);
+  assert.deepEqual(await page.evaluate(() => window.kestol.findings), []);
+  await page.close();
+});
+
+/** Differences beside rounding: the page sums up the cases itself. */
+function near(actual, expected, scale, path = '') {
+  if (typeof expected === 'number')
+    assert.ok(Math.abs(actual - expected) <= 1e-9 * scale, `${path}: ${actual} ${expected}`);
+  else if (expected && typeof expected === 'object')
+    for (const key of Object.keys(expected)) near(actual[key], expected[key], scale, `${path}.${key}`);
+  else assert.equal(actual, expected, path);
+}
+
+test('--cases: cases, combinations and envelopes are those of kestol-combine', async () => {
+  const deck = example('combinations/frame.dat'), file = example('combinations/frame.toml');
+  const page = await open(browser, await pageOf(deck, {options: ['--cases', file]}));
+  const document = await combined(file);
+  const shown = async (name) => {
+    assert.ok(await page.evaluate((n) => window.kestol.setResult(n), name), name);
+    return page.evaluate(() => window.kestol.result);
+  };
+  for (const {name, result} of document.cases) {
+    const {nodes, beams, reactions} = await shown(name);
+    assert.deepEqual({nodes, beams}, {nodes: result.nodes, beams: result.beams});
+    assert.deepEqual(reactions.map((r) => r.force), result.reactions.map((r) => r.force));
+  }
+  assert.ok(document.combinations.length > 10);
+  for (const {name, result} of document.combinations) {
+    const {nodes, beams, reactions} = await shown(name);
+    near(nodes, result.nodes, 1);
+    near(beams, result.beams, 1e3);
+    near(reactions.map((r) => r.force), result.reactions.map((r) => r.force), 1e3);
+  }
+  const largest = await shown('envelope: largest'), {beams} = document.envelopes;
+  beams.forEach((beam, b) => beam.stations.forEach((station, s) =>
+    near(largest.beams[b].stations[s].Mz, station.Mz.max, 1e3, `beam ${b} station ${s}`)));
+
+  // The combination that gives the value stands beside it, and the menu has them all.
+  await page.evaluate(() => window.kestol.select('element', 1));
+  const by = beams.find((b) => b.element === 1).stations[0].Mz.maxBy;
+  assert.match(await page.locator('#details').innerText(), new RegExp(by.replaceAll('.', '\\.')));
+  assert.equal(await page.locator('#result option').count(),
+               document.cases.length + document.combinations.length + 2);
+  assert.deepEqual(page.noise, []);
+  await page.close();
+});
