@@ -72,6 +72,7 @@ private:
   void Read();
   void MakeSystem();
   void SolveSystem();
+  void TestSmallModel();
   void TestForMechanism(SystemSolver& solver);
   void ComputeResults();
   void Write();
@@ -113,7 +114,10 @@ void MpiRun::MakeSystem() {
     refused = std::current_exception();
   }
   if (team_.Any(refused != nullptr)) {
-    team_.FirstAlone([&] { MeetFirstRefusal(*project_); });
+    team_.FirstAlone([&] {
+      error.Clear();
+      MeetFirstRefusal(*project_);
+    });
     team_.Together([&] {
       if (refused) std::rethrow_exception(refused);
     });
@@ -136,6 +140,7 @@ SolverSettings MpiRun::Settings() const {
 void MpiRun::SolveSystem() {
   const SolverSettings settings = Settings();
   SystemSolver solver(*system_, settings);
+  if (!solver.IsDirect()) TestSmallModel();
   log_->Begin(solver.IsDirect() ? "factorising" : "coarsening");
   if (!solver.IsDirect()) AttachRigidMotions(*project_, partition_, system_->Matrix());
   if (!solver.SetUp()) RefuseMechanism();
@@ -152,6 +157,15 @@ void MpiRun::SolveSystem() {
   std::snprintf(text, sizeof text, "%s%s, residual |f - K u| / |f| = %.1e", NameOf(settings.solver),
                 iterations.c_str(), outcome.residual);
   log_->Tell(text);
+}
+
+/// Iterations on a mechanism may not end at all: the incomplete factors of a singular block are
+/// tried for ever. A small model costs little to be factorised first.
+void MpiRun::TestSmallModel() {
+  constexpr int kSmall = 20'000;  // equations
+  if (EquationCount(*project_) > kSmall || SolidsHangTogether(*project_)) return;
+  SystemSolver factor(*system_, {});
+  if (!factor.SetUp() || MechanismTest(*system_).Finds(factor)) RefuseMechanism();
 }
 
 void MpiRun::TestForMechanism(SystemSolver& solver) {

@@ -37,7 +37,7 @@ std::string PetscSession::UnusedOptions() const {
     if (word.size() < 2 || word[0] != '-' || std::isdigit(static_cast<unsigned char>(word[1])) != 0)
       continue;
     PetscBool used = PETSC_FALSE;
-    Check(PetscOptionsUsed(nullptr, word.c_str(), &used));
+    Check(PetscOptionsUsed(nullptr, word.c_str() + 1, &used));
     if (used == PETSC_FALSE) unused += (unused.empty() ? "" : " ") + word;
   }
   return unused;
