@@ -5,6 +5,11 @@ function(kestol_companion name)
   add_executable(${program} ${ARGN})
   kestol_target(${program})
   target_link_libraries(${program} PRIVATE kestol_common)
+  kestol_install_companion(${program})
+endfunction()
+
+# Installs the program with its page and its completion.
+function(kestol_install_companion program)
   install(TARGETS ${program} RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 
   set(page ${PROJECT_BINARY_DIR}/package/${program}.1.gz)

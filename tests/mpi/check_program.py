@@ -367,14 +367,14 @@ class Pieces(Case):
             self.assert_cells_alike(whole, pieces)
 
     def assert_nodes_alike(self, whole, pieces):
-        by_place = dict(zip(whole["Points"], range(len(whole["Points"]))))
+        places = {number: k for k, number in enumerate(whole["node"]) if number[0] != 0}
         for array in [a for a in whole if len(whole[a]) == len(whole["Points"]) and a in ("U", "RF", "F", "stress")]:
             largest = max(abs(x) for value in whole[array] for x in value) or 1.0
             for piece in pieces:
-                for number, point, value in zip(piece["node"], piece["Points"], piece[array]):
-                    if number[0] == 0:
+                for number, value in zip(piece["node"], piece[array]):
+                    if number[0] == 0:  # a station, or a node that the conversion made
                         continue
-                    for x, y in zip(value, whole[array][by_place[point]]):
+                    for x, y in zip(value, whole[array][places[number]]):
                         self.assertLessEqual(abs(x - y), 1e-7 * largest, (array, number))
 
     def assert_cells_alike(self, whole, pieces):
@@ -389,7 +389,7 @@ class Pieces(Case):
     def test_process_without_elements_has_no_piece(self):
         pieces = self.solved("01-cantilever.dat", 4)
         self.assertEqual(len(pieces), 1)
-        self.assertEqual([f for f in self.files() if f.endswith(".vtu")], ["x_0.vtu"])
+        self.assertEqual(len([f for f in self.files() if f.endswith(".vtu")]), 1)
 
 
 if __name__ == "__main__":
