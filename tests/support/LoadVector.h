@@ -5,6 +5,7 @@
 
 #include "algebra/Vector3.h"
 #include "analysis/ElementRoutines.h"
+#include "analysis/MeshPart.h"
 #include "tests/support/RunDeck.h"
 
 namespace kestol {

@@ -5,6 +5,7 @@
 #include <cmath>
 #include <string>
 
+#include "analysis/MeshPart.h"
 #include "results/BeamStations.h"
 #include "tests/support/SmallModel.h"
 
