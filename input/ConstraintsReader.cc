@@ -92,8 +92,9 @@ void Store(const SupportLine& line, int dofsPerNode, Constraint& constraint) {
 void ReadSupport(Project& project, TextInput& input, int nodeNumber) {
   Node* const node = FindNode(project, nodeNumber);
   if (node == nullptr) Fatal("error: Trying to assign constrain to unknown node\n");
+  const SupportLine line = ReadSupportLine(input, nodeNumber, project);
   if (!node->constraint) node->constraint = std::make_unique<Constraint>(project.dofsPerNode);
-  Store(ReadSupportLine(input, nodeNumber, project), project.dofsPerNode, *node->constraint);
+  Store(line, project.dofsPerNode, *node->constraint);
 }
 
 }  // namespace

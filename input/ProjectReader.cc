@@ -331,6 +331,8 @@ void ReadMappedKeyword(Project& project, TextInput& input, std::string_view word
   }
 }
 
+}  // namespace
+
 void ReadKeywords(Project& project, TextInput& input, SourceMap* map) {
   for (;;) {
     SkipSpace(input);
@@ -346,8 +348,6 @@ void ReadKeywords(Project& project, TextInput& input, SourceMap* map) {
     }
   }
 }
-
-}  // namespace
 
 void ReadProject(Project& project, TextInput& input, SourceMap* map) {
   FindWord(input, "problem");
