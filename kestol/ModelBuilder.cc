@@ -199,7 +199,7 @@ void ModelBuilder::AddElements(const ElementRows& rows) {
     for (int i = 0; i < mesh.nnode; ++i)
       elem->nodes[i] = mesh.nodes->Get(
           rows.nodes[k * static_cast<std::size_t>(mesh.nnode) + static_cast<std::size_t>(i)]);
-    mesh.elems.Insert(elem->number, std::move(elem));
+    mesh.elems.Insert(rows.numbers[k], std::move(elem));
   }
   if (mesh.elemType == Tetrahedra) project_.dofsPerNode = 3;
   CountElements(mesh, rows.numbers.size());

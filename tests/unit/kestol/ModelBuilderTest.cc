@@ -115,9 +115,9 @@ TEST(ModelBuilder, RefusesNodesThatCannotBe) {
 }
 
 TEST(ModelBuilder, RefusesElementsThatCannotBe) {
-  ModelBuilder builder(2);
-  EXPECT_FATAL(AddBeam(builder, 1, 1, 2), "error: list of nodes does not contain any node\n");
-  builder = Line();
+  ModelBuilder empty(2);
+  EXPECT_FATAL(AddBeam(empty, 1, 1, 2), "error: list of nodes does not contain any node\n");
+  ModelBuilder builder = Line();
   AddBeam(builder, 1, 1, 2);
   EXPECT_FATAL(AddBeam(builder, 1, 2, 3),
                "error: All elements must have different number. Check elm num: 1\n");
