@@ -72,7 +72,7 @@ def test_annotations_catch_mistakes(tmp_path):
         "result.beam('7')\n"
         "result.beam(7).Q\n")
     run = mypy("--cache-dir", tmp_path, tmp_path / "script.py")
-    assert "ndarray[Any, dtype[floating[_64Bit]]]" in run.stdout
+    assert "numpy.floating" in run.stdout
     assert 'script.py:4: error: Argument 1 to "beam"' in run.stdout
     assert 'script.py:5: error: "Beam" has no attribute "Q"' in run.stdout
 
