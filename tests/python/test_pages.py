@@ -1,6 +1,7 @@
 """Every example in a page does what the page says."""
 import doctest
 import importlib
+import os
 import pathlib
 import pkgutil
 import re
@@ -51,6 +52,19 @@ def test_every_public_name_has_a_docstring_and_stands_on_the_page():
             if not name.startswith("_"):
                 assert member.__doc__, f"{owner.__name__}.{name}"
                 assert re.search(rf"\b{name}\b", text), f"{owner.__name__}.{name}"
+
+
+def test_the_installed_package_is_complete(tmp_path):
+    subprocess.run([os.environ["CMAKE"], "--install", os.environ["KESTOL_BUILD"], "--prefix",
+                    tmp_path, "--component", "python"], check=True, capture_output=True)
+    folder = tmp_path / "lib" / "python3" / "dist-packages"
+    installed = {path.name for path in (folder / "kestol").iterdir()}
+    sources = {path.name for path in (ROOT / "python" / "kestol").iterdir() if path.is_file()}
+    assert {name for name in installed if not name.startswith("_kestol.cpython")} == sources
+    run = subprocess.run([sys.executable, "-c", "import kestol; print(kestol.__file__)"],
+                         env={**os.environ, "PYTHONPATH": str(folder)}, capture_output=True,
+                         text=True)
+    assert run.stdout.startswith(str(folder)), run.stderr
 
 
 def mypy(*arguments):
