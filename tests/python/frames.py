@@ -4,7 +4,7 @@ import numpy as np
 import kestol
 
 HEIGHT, SPAN = 4.0, 6.0
-E, A, I = 2.1e8, 0.0125, 4.1e-4       # kN, m
+E, A, INERTIA = 2.1e8, 0.0125, 4.1e-4       # kN, m
 WIND, SNOW = 12.0, 8.0                # kN at the eaves, kN/m on the beam
 
 NODES = np.array([[0, 0], [0, HEIGHT], [SPAN, HEIGHT], [SPAN, 0]], dtype=float)
@@ -26,7 +26,7 @@ mesh
     3 3 4 1
   end elements
 materials
-  1 E={E} A={A} Iz={I}
+  1 E={E} A={A} Iz={INERTIA}
 end materials
 constraints
   1 111 0 0 0
@@ -41,7 +41,7 @@ end global_pressure_loads
 """
 
 
-def portal(inertia=I, area=A, name="model"):
+def portal(inertia=INERTIA, area=A, name="model"):
     model = kestol.Model(dimension=2, name=name)
     model.add_material(1, E=E, A=area, Iz=inertia)
     model.add_nodes(NODES)
@@ -61,7 +61,7 @@ def beam_stiffness(start, end):
     T = np.kron(np.eye(2), np.array([[c, s, 0], [-s, c, 0], [0, 0, 1]]))
     k = np.zeros((6, 6))
     k[np.ix_([0, 3], [0, 3])] = E * A / L * np.array([[1, -1], [-1, 1]])
-    k[np.ix_([1, 2, 4, 5], [1, 2, 4, 5])] = E * I / L**3 * np.array(
+    k[np.ix_([1, 2, 4, 5], [1, 2, 4, 5])] = E * INERTIA / L**3 * np.array(
         [[12, 6 * L, -12, 6 * L], [6 * L, 4 * L**2, -6 * L, 2 * L**2],
          [-12, -6 * L, 12, -6 * L], [6 * L, 2 * L**2, -6 * L, 4 * L**2]])
     return T.T @ k @ T, T

@@ -8,7 +8,7 @@ import pytest
 from concurrent.futures.process import BrokenProcessPool
 
 import kestol
-from frames import I, grid, portal
+from frames import INERTIA, grid, portal
 
 
 def sway(result):
@@ -16,7 +16,7 @@ def sway(result):
 
 
 def test_many_models_give_what_one_after_the_other_gives():
-    models = [portal(inertia=I * k) for k in range(1, 12)]
+    models = [portal(inertia=INERTIA * k) for k in range(1, 12)]
     wanted = [sway(kestol.solve(model)) for model in models]
     assert kestol.solve_many(models, sway, processes=3) == wanted
     assert kestol.solve_many(models, sway, processes=1, solver="skyline") == wanted
