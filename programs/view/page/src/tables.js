@@ -179,6 +179,8 @@ function sheetOf(t, scroller, select) {
     body.replaceChildren(before, ...rows, after);
   };
   scroller.onscroll = fill;
+  // At once, so that no table is ever seen empty, and again where its place is known.
+  fill();
   requestAnimationFrame(fill);
   return make('table', {class: 'data', 'aria-rowcount': String(t.count + 1)},
               make('caption', {class: 'hidden'}, t.name),
