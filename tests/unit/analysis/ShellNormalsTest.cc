@@ -12,7 +12,7 @@ namespace {
 
 const char* const kMaterial = "materials\n1 E=1e6 nu=0.25 G=4e5 t=0.1\nend materials\n";
 
-std::unique_ptr<Project> Read(const TestMesh& mesh, const std::string& keywords = "") {
+std::unique_ptr<SolvedProject> Read(const TestMesh& mesh, const std::string& keywords = "") {
   return ReadDeck(DeckOf(mesh, keywords, kMaterial));
 }
 
