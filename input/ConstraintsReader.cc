@@ -100,10 +100,9 @@ void ReadSupport(Project& project, TextInput& input, int nodeNumber) {
 }  // namespace
 
 void ReadConstraints(Project& project, TextInput& input, SourceMap* map) {
-  const std::uint64_t section = input.RecordOffset();
-  ReadRecords({input, map, RecordKind::Support},
-              [&](int nodeNumber) { ReadSupport(project, input, nodeNumber); });
-  ReadEndOfSection(input, section);
+  const RecordList list{input, map, RecordKind::Support, input.RecordOffset()};
+  ReadRecords(list, [&](int nodeNumber) { ReadSupport(project, input, nodeNumber); });
+  TakeEnd(list);
 }
 
 }  // namespace kestol

@@ -100,10 +100,9 @@ void ReadPressureLoad(LoadKind kind, Project& project, TextInput& input, int ele
 }  // namespace
 
 void ReadNodalLoads(Project& project, TextInput& input, SourceMap* map) {
-  const std::uint64_t section = input.RecordOffset();
-  ReadRecords({input, map, RecordKind::NodalLoad},
-              [&](int nodeNumber) { ReadNodalLoad(project, input, nodeNumber); });
-  ReadEndOfSection(input, section);
+  const RecordList list{input, map, RecordKind::NodalLoad, input.RecordOffset()};
+  ReadRecords(list, [&](int nodeNumber) { ReadNodalLoad(project, input, nodeNumber); });
+  TakeEnd(list);
 }
 
 int ReadPressureLoads(std::string_view keyword, Project& project, TextInput& input,
@@ -113,10 +112,10 @@ int ReadPressureLoads(std::string_view keyword, Project& project, TextInput& inp
                    [keyword](const LoadSection& s) { return s.keyword == keyword; });
   if (section == std::end(kLoadSections)) return -1;
 
-  const std::uint64_t begin = input.RecordOffset();
-  ReadRecords({input, map, RecordKind::ElementLoad},
+  const RecordList list{input, map, RecordKind::ElementLoad, input.RecordOffset()};
+  ReadRecords(list,
               [&](int elemNumber) { ReadPressureLoad(section->kind, project, input, elemNumber); });
-  ReadEndOfSection(input, begin);
+  TakeEnd(list);
   return 0;
 }
 

@@ -3,7 +3,6 @@
 #include <memory>
 #include <utility>
 
-#include "input/NodeSections.h"
 #include "input/RecordList.h"
 #include "input/Units.h"
 #include "input/Words.h"
@@ -123,9 +122,19 @@ constexpr KeyRule kKeyRules[] = {
     {"a",      SetA        },
 };
 
-const KeyRule& RuleOf(std::string_view key) {
+constexpr std::string_view kKeys[] = {
+    "E",      "Ex",     "Ey",     "nu",     "nuXY",   "nuYX",   "G",     "Gxy",
+    "Gxz",    "Gyz",    "A",      "Iy",     "Iz",     "I",      "J",     "t",
+    "Weight", "Euler1", "Euler2", "Euler3", "widthY", "widthZ", "thick", "thickness"};
+
+const KeyRule* FindRule(std::string_view key) {
   for (const KeyRule& rule : kKeyRules)
-    if (StartsWith(key, rule.prefix)) return rule;
+    if (StartsWith(key, rule.prefix)) return &rule;
+  return nullptr;
+}
+
+const KeyRule& RuleOf(std::string_view key) {
+  if (const KeyRule* const rule = FindRule(key)) return *rule;
   Fatal("Input of materials not correct. Unknown char: '", key, "'\n");
 }
 
@@ -188,16 +197,25 @@ int Material::ReadMaterialText(std::string_view text, const Units* units,
   return 1;
 }
 
+std::string_view MaterialKeyPrefix(std::string_view key) {
+  const KeyRule* const rule = FindRule(key);
+  return rule == nullptr ? std::string_view() : rule->prefix;
+}
+
+std::span<const std::string_view> MaterialKeys() {
+  return kKeys;
+}
+
 void ReadMaterials(Plex<Material>& materials, TextInput& input, const Units* units,
                    SourceMap* map) {
-  const std::uint64_t section = input.RecordOffset();
-  ReadRecords({input, map, RecordKind::Material}, [&](int number) {
+  const RecordList list{input, map, RecordKind::Material, input.RecordOffset()};
+  ReadRecords(list, [&](int number) {
     auto material = std::make_unique<Material>();
     material->number = number;
     material->ReadDefinition(ReadRestOfLine(input).value_or(""), units);
     materials.Insert(number, std::move(material));
   });
-  ReadEndOfSection(input, section);
+  TakeEnd(list);
 }
 
 }  // namespace kestol

@@ -2,9 +2,11 @@
 #include <cmath>
 #include <memory>
 #include <optional>
+#include <string>
 #include <string_view>
 #include <utility>
 
+#include "input/MappedMesh.h"
 #include "input/RecordList.h"
 #include "input/Units.h"
 #include "input/Words.h"
@@ -43,16 +45,43 @@ int ReadAtDigit(TextInput& input) {
 
 /// Finds a word of the block; what is refused until the next one stands behind it.
 void FindMeshWord(const MeshInput& deck, MeshWordNumber which) {
+  if (deck.map != nullptr) return FindMappedMeshWord(deck.input, *deck.map, which);
   FindWordExactly(deck.input, kMeshWords[which]);
   deck.input.BeginRecord(deck.input.Offset() - kMeshWords[which].size());
-  if (deck.map != nullptr) deck.map->Add(RecordKind::MeshWord, which, deck.input.RecordOffset());
+}
+
+void ReadDimension(Mesh& mesh, TextInput& input) {
+  mesh.dimension = ReadAtDigit(input);
+  if (mesh.dimension != 2 && mesh.dimension != 3) Fatal("error: mesh dimension must be 2 or 3\n");
+}
+
+/// The heading of a block, gone on with as far as what was meant can be told.
+void ReadMappedHeading(Mesh& mesh, const MeshInput& deck) {
+  TextInput& input = deck.input;
+  SourceMap& map = *deck.map;
+  const auto read = [&](MeshWordNumber which, auto reader) {
+    FindMeshWord(deck, which);
+    const bool accepted =
+        RefuseInto(map, {RecordKind::MeshWord, which, input.RecordOffset()}, reader);
+    // At the end of the deck there is nothing more to say.
+    if (!accepted && input.Peek() == TextInput::kEnd) throw GivenUp{SourceMap::Cause::Reader, {}};
+    return accepted;
+  };
+  if (!read(DimensionWord, [&] { ReadDimension(mesh, input); }))
+    mesh.dimension = map.dimension == 2 ? 2 : 3;
+  const bool isTyped =
+      read(ElemtypeWord, [&] { mesh.elemType = Mesh::ParseElemType(ReadWord(input)); });
+  FindMeshWord(deck, NnodeWord);
+  mesh.nnode = ReadAtDigit(input);
+  if (!isTyped) mesh.elemType = UsualElemType(mesh.nnode);
+  mesh.SetFemviewType();
 }
 
 void ReadHeading(Mesh& mesh, const MeshInput& deck) {
+  if (deck.map != nullptr) return ReadMappedHeading(mesh, deck);
   TextInput& input = deck.input;
   FindMeshWord(deck, DimensionWord);
-  mesh.dimension = ReadAtDigit(input);
-  if (mesh.dimension != 2 && mesh.dimension != 3) Fatal("error: mesh dimension must be 2 or 3\n");
+  ReadDimension(mesh, input);
   FindMeshWord(deck, ElemtypeWord);
   mesh.elemType = Mesh::ParseElemType(ReadWord(input));
   FindMeshWord(deck, NnodeWord);
@@ -109,33 +138,41 @@ void CheckNodes(const Plex<Node>& nodes, int nodeCount) {
 void ReadNodes(Mesh& mesh, const MeshInput& deck) {
   TextInput& input = deck.input;
   FindMeshWord(deck, CoordinatesWord);
-  const std::uint64_t list = input.RecordOffset();
+  if (deck.map != nullptr) CorrectDimension(mesh, input, *deck.map);
+  const RecordList list{input, deck.map, RecordKind::Node, input.RecordOffset(),
+                        1 + mesh.dimension};
   const double lengthFactor = deck.units == nullptr ? 1.0 : MeshLengthFactor(*deck.units);
   int nodeCount = 0;
-  ReadRecords({input, deck.map, RecordKind::Node}, [&](int number) {
-    ReadNode(mesh, number, input, lengthFactor);
+  ReadRecords(list, [&](int number) {
     ++nodeCount;
+    // A node that is given up exists: what refers to it is read on.
+    if (deck.map != nullptr) NodeToFill(mesh, number);
+    ReadNode(mesh, number, input, lengthFactor);
   });
-  input.BeginRecord(list);
+  input.BeginRecord(list.begin);
   if (deck.map == nullptr) {
     CheckNodes(*mesh.nodes, nodeCount);
   } else {
-    RefuseInto(*deck.map, {RecordKind::MeshWord, CoordinatesWord, list},
+    RefuseInto(*deck.map, {RecordKind::MeshWord, CoordinatesWord, list.begin},
                [&] { CheckNodes(*mesh.nodes, nodeCount); });
   }
-  FindWordExactly(input, "end");
+  TakeEnd(list);
 }
 
 // --- elements ---------------------------------------------------------------------------------
 
-void ReadElemNodes(Elem& elem, const Mesh& mesh, TextInput& input) {
+void ReadElemNodes(Elem& elem, const Mesh& mesh, const MeshInput& deck) {
   int nodeNumber = 0, previous = 0;
   for (int i = 0; i < mesh.nnode; ++i) {
     previous = nodeNumber;
-    const std::optional<int> read = ReadInteger(input);
+    const std::optional<int> read = ReadInteger(deck.input);
     if (!read) Fatal("error: element: ", elem.number, " has not correct nodes\n");
     nodeNumber = *read;
     elem.nodes[i] = mesh.nodes->Get(nodeNumber);
+    if (elem.nodes[i] == nullptr && deck.map != nullptr) {
+      deck.map->Refuse({RecordKind::Element, elem.number, deck.input.RecordOffset()},
+                       SourceMap::Cause::UnknownNode, std::to_string(nodeNumber));
+    }
   }
   // The numbers are compared, not the nodes: two unknown ones may differ.
   if (mesh.nnode == 2 && nodeNumber == previous)
@@ -150,23 +187,33 @@ void ReadElemMaterial(Elem& elem, std::string_view text, const Units* units) {
   if (material->ReadDefinition(text, units)) elem.material = std::move(material);
 }
 
-void ReadElem(Mesh& mesh, int number, TextInput& input, const Units* units) {
-  auto elem = std::make_unique<Elem>(&mesh, mesh.nnode);
-  elem->number = number;
-  ReadElemNodes(*elem, mesh, input);
-  if (const auto rest = ReadRestOfLine(input)) ReadElemMaterial(*elem, *rest, units);
-  mesh.elems.Insert(number, std::move(elem));
+void FillElem(Elem& elem, const Mesh& mesh, const MeshInput& deck) {
+  ReadElemNodes(elem, mesh, deck);
+  if (const auto rest = ReadRestOfLine(deck.input)) ReadElemMaterial(elem, *rest, deck.units);
+}
+
+void ReadElem(Mesh& mesh, int number, const MeshInput& deck) {
+  auto read = std::make_unique<Elem>(&mesh, mesh.nnode);
+  Elem& elem = *read;
+  elem.number = number;
+  if (deck.map == nullptr) {
+    FillElem(elem, mesh, deck);
+    mesh.elems.Insert(number, std::move(read));
+    return;
+  }
+  // An element that is given up exists: what refers to it is read on.
+  mesh.elems.Insert(number, std::move(read));
+  FillElem(elem, mesh, deck);
+  if (!elem.material) deck.map->AddUse(elem.materialNumber);
 }
 
 void ReadElems(Mesh& mesh, const MeshInput& deck) {
   TextInput& input = deck.input;
   FindMeshWord(deck, ElementsWord);
-  const std::uint64_t list = input.RecordOffset();
-  ReadRecords({input, deck.map, RecordKind::Element},
-              [&](int number) { ReadElem(mesh, number, input, deck.units); });
-  input.BeginRecord(list);
-  FindWordExactly(input, "end");
-  SkipRestOfLine(input);
+  if (deck.map != nullptr) CorrectNodesPerElement(mesh, input, *deck.map);
+  const RecordList list{input, deck.map, RecordKind::Element, input.RecordOffset(), 1 + mesh.nnode};
+  ReadRecords(list, [&](int number) { ReadElem(mesh, number, deck); });
+  TakeEnd(list);
 }
 
 }  // namespace

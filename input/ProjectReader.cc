@@ -10,7 +10,9 @@
 #include "algebra/Zero.h"
 #include "input/ConstraintsReader.h"
 #include "input/LoadsReader.h"
+#include "input/MappedWords.h"
 #include "input/MaterialReader.h"
+#include "input/NearestWord.h"
 #include "input/Project.h"
 #include "input/ProjectCheck.h"
 #include "input/RotulesReader.h"
@@ -35,15 +37,32 @@ struct Statement {
   std::string_view keyword;  ///< as written in the table
   std::string value;         ///< empty for keywords without one
   SourceMap* map;            ///< null: the first mistake ends the reading
+  SourceMap::Record record{RecordKind::Keyword, -1, 0};  ///< of what is refused; with a map
 };
 
 // --- values -----------------------------------------------------------------------------------
 
 // The value of a keyword, given what is glued to it.
 // Deliberate: only one further word is read, so the value of "key = 1" is empty.
-std::string ReadValue(TextInput& input, std::string_view glued) {
+std::string ReadValue(const Statement& s, std::string_view glued) {
   const std::string_view value = BehindSigns(glued);
-  return std::string(value.empty() ? BehindSigns(ReadWord(input)) : value);
+  if (!value.empty()) return std::string(value);
+  const std::string word = ReadWord(s.input);
+  const std::string_view read = BehindSigns(word);
+  if (!read.empty() || s.map == nullptr) return std::string(read);
+  s.map->Refuse({RecordKind::Keyword, KeywordOf(s.keyword), s.input.RecordOffset()},
+                SourceMap::Cause::EmptyValue, s.keyword);
+  return ReadWord(s.input);
+}
+
+// The next of several numbers of one value. With a map it is not looked for among the keywords.
+std::string ReadNextNumber(const Statement& s) {
+  if (s.map != nullptr) {
+    SkipSpace(s.input);
+    std::string_view word = s.input.PeekWord();
+    if (!TakeReal(word)) throw GivenUp{SourceMap::Cause::TooFewValues, {}};
+  }
+  return ReadWord(s.input);
 }
 
 // The longest leading integer, 0 without one; saturates at the ends of its range.
@@ -74,7 +93,17 @@ void ReadMeshBlock(Statement& s) {
   }
   meshes.push_back(meshes.empty() ? std::make_unique<Mesh>() : std::make_unique<Mesh>(*meshes[0]));
   Mesh& mesh = *meshes.back();
-  mesh.ReadMesh(s.input, &project.units, s.map);
+  try {
+    mesh.ReadMesh(s.input, &project.units, s.map);
+  } catch (...) {
+    s.record.offset = s.input.RecordOffset();
+    if (s.map != nullptr) meshes.pop_back();
+    throw;
+  }
+  if (s.map != nullptr && s.map->dimension == 0) {
+    s.map->dimension = mesh.dimension;
+    SetProblemType(project, mesh.dimension == 2 ? "2d" : "3d");
+  }
 
   project.nodesAsRead = project.numNodes = mesh.nodes->Highest();
   project.numElements[meshes.size() - 1] = CountOf(mesh.elems);
@@ -86,7 +115,7 @@ void ReadMaterialSection(Statement& s) {
 }
 
 void ReadUnitSystems(Statement& s) {
-  ReadUnitsNames(s.project.units, s.input);
+  ReadUnitsNames(s.project.units, s.input, s.map);
 }
 
 void ReadSupports(Statement& s) {
@@ -179,10 +208,11 @@ bool IsTolerance(double tolerance) {
 }
 
 // Deliberate: the message names a relation of the two tolerances that is not asked for.
-void ReadSparseArguments(Project& project, TextInput& input) {
-  project.tolerance1 = RealOf(ReadWord(input));
-  project.tolerance2 = RealOf(ReadWord(input));
-  project.MaxIterations = SaturatedInteger(ReadWord(input));
+void ReadSparseArguments(Statement& s) {
+  Project& project = s.project;
+  project.tolerance1 = RealOf(ReadNextNumber(s));
+  project.tolerance2 = RealOf(ReadNextNumber(s));
+  project.MaxIterations = SaturatedInteger(ReadNextNumber(s));
   if (!IsTolerance(project.tolerance1) || !IsTolerance(project.tolerance2) ||
       project.MaxIterations < kFewestIterations) {
     Fatal(
@@ -211,13 +241,13 @@ void SetSolver(Statement& s) {
     Fatal("error: type of solver must be: Automatic, SkyLine, Double or Sparse\n");
   }
   s.project.solverChoice = found->choice;
-  if (found->choice == SolveSparse) ReadSparseArguments(s.project, s.input);
+  if (found->choice == SolveSparse) ReadSparseArguments(s);
 }
 
 void SetGravityDirection(Statement& s) {
   const double x = RealOf(s.value);
-  const double y = RealOf(ReadWord(s.input));
-  const double z = RealOf(ReadWord(s.input));
+  const double y = RealOf(ReadNextNumber(s));
+  const double z = RealOf(ReadNextNumber(s));
   const double length = std::hypot(x, y, z);
   if (!(length >= kZero) || !std::isfinite(length)) {
     Fatal("error: GravityDirection must be a vector no null");
@@ -267,19 +297,11 @@ bool Matches(const Keyword& keyword, std::string_view word) {
          (keyword.match == Match::Prefix || word.size() == keyword.name.size());
 }
 
-void ReadKeyword(Project& project, TextInput& input, std::string_view word, SourceMap* map) {
-  for (const Keyword& keyword : kKeywords) {
-    if (!Matches(keyword, word)) continue;
-    if (map != nullptr) {
-      map->Add(RecordKind::Keyword, static_cast<int>(&keyword - kKeywords), input.RecordOffset());
-    }
-    Statement statement{project, input, keyword.name, {}, map};
-    if (keyword.value == Value::One) {
-      statement.value = ReadValue(input, word.substr(keyword.name.size()));
-    }
-    return keyword.read(statement);
-  }
-  Fatal("Unknown key name=", word, "\n");
+void ReadKeyword(int row, Statement& statement, std::string_view glued) {
+  const Keyword& keyword = kKeywords[row];
+  statement.keyword = keyword.name;
+  if (keyword.value == Value::One) statement.value = ReadValue(statement, glued);
+  keyword.read(statement);
 }
 
 // --- the order of a deck ----------------------------------------------------------------------
@@ -293,10 +315,144 @@ void SkipToType(TextInput& input) {
   }
 }
 
-void ReadProblemType(Project& project, TextInput& input) {
+// --- with a map -------------------------------------------------------------------------------
+
+// Goes to the next line whose first word is a keyword, or one letter away from one.
+void SkipToKeyword(TextInput& input) {
+  const std::vector<std::string_view> names = KeywordNames();
+  while (SkipRestOfLine(input)) {
+    SkipSpace(input);
+    const std::string_view word = input.PeekWord();
+    if (IsKeyword(word) || !NearestWord(word, names, 1).empty()) return;
+  }
+}
+
+// Where reading goes on behind a keyword whose value is refused: at the next line that does not
+// look like the rest of the value.
+void SkipValue(TextInput& input) {
+  input.Rewind();
+  for (;;) {
+    SkipRestOfLine(input);
+    SkipSpace(input);
+    std::string_view word = input.PeekWord();
+    if (!TakeReal(word)) return;
+  }
+}
+
+// Words for what the deck calls otherwise.
+struct Synonym {
+  std::string_view word, keyword;
+};
+constexpr Synonym kSynonyms[] = {
+    {"hinges",      "rotules"              },
+    {"releases",    "rotules"              },
+    {"supports",    "constraints"          },
+    {"restraints",  "constraints"          },
+    {"sections",    "materials"            },
+    {"nodal_loads", "nodal_point_loads"    },
+    {"point_loads", "nodal_point_loads"    },
+    {"beam_loads",  "global_pressure_loads"},
+    {"gravity",     "GravityDirection"     },
+    {"units",       "units_names"          },
+    {"dimension",   "mesh"                 },
+};
+
+// The keyword that was probably meant; empty when it cannot be told.
+std::string_view NearestKeyword(std::string_view word) {
+  const std::string lower = LowerCase(word);
+  for (const Synonym& synonym : kSynonyms)
+    if (lower == synonym.word) return synonym.keyword;
+  return NearestWord(word, KeywordNames());
+}
+
+// The row of the keyword that was meant; -1 when it cannot be told.
+int MeantKeyword(std::string_view word, const SourceMap::Record& record, SourceMap& map) {
+  const int row = KeywordOf(word);
+  if (row >= 0) return row;
+  const std::string_view nearest = NearestKeyword(word);
+  map.Refuse(record, SourceMap::Cause::UnknownWord, nearest, word);
+  return nearest.empty() ? -1 : KeywordOf(nearest);
+}
+
+// Whether what is glued to a keyword makes it another word: letters, with the value behind them.
+bool IsLongerWord(TextInput& input, std::string_view glued) {
+  const std::string first = LowerCase(glued.substr(0, 1));
+  if (first < "a" || first > "z") return false;
+  std::string_view rest = input.PeekLine();
+  const std::string_view next = TakeValue(rest);
+  return !next.empty() && next[0] != '#';
+}
+
+void ReadMappedKeyword(Project& project, TextInput& input, std::string_view word, SourceMap& map) {
+  SourceMap::Record record{RecordKind::Keyword, -1, input.RecordOffset()};
+  const int row = MeantKeyword(word, record, map);
+  if (row < 0) return SkipToKeyword(input);
+  map.Add(RecordKind::Keyword, row, record.offset);
+  record.number = row;
+  if (HasValue(row)) input.Mark();
+  std::string_view glued;
+  if (IsKeyword(word)) glued = word.substr(kKeywords[row].name.size());
+  if (HasValue(row) && kKeywords[row].read != SetSolver && IsLongerWord(input, glued)) {
+    map.Refuse(record, SourceMap::Cause::UnknownWord, kKeywords[row].name, word);
+    glued = {};
+  }
+  Statement statement{project, input, {}, {}, &map, record};
+  const bool accepted =
+      RefuseInto(map, statement.record, [&] { ReadKeyword(row, statement, glued); });
+  if (!accepted) {
+    if (HasValue(row)) {
+      SkipValue(input);
+    } else {
+      SkipToKeyword(input);
+    }
+  }
+  input.Unmark();
+}
+
+// --- the whole deck ---------------------------------------------------------------------------
+
+void ReadStatement(Project& project, TextInput& input, const std::string& word, SourceMap* map) {
+  if (map != nullptr) return ReadMappedKeyword(project, input, word, *map);
+  const int row = KeywordOf(word);
+  if (row < 0) Fatal("Unknown key name=", word, "\n");
+  Statement statement{project, input, {}, {}, nullptr};
+  ReadKeyword(row, statement, std::string_view(word).substr(kKeywords[row].name.size()));
+}
+
+// Deliberate: the type is searched for in all of the text, titles and comments included.
+void ReadHeading(Project& project, TextInput& input) {
+  FindWord(input, "problem");
+  FindWord(input, "type");
+  input.BeginRecord();
+  SetProblemType(project, LowerCase(TypeValue(input)));
+}
+
+}  // namespace
+
+std::vector<std::string_view> KeywordNames() {
+  std::vector<std::string_view> names;
+  for (const Keyword& keyword : kKeywords) names.push_back(keyword.name);
+  return names;
+}
+
+int KeywordOf(std::string_view word) {
+  const auto* const found =
+      std::find_if(std::begin(kKeywords), std::end(kKeywords),
+                   [word](const Keyword& keyword) { return Matches(keyword, word); });
+  return found == std::end(kKeywords) ? -1 : static_cast<int>(found - kKeywords);
+}
+
+bool HasValue(int keyword) {
+  return kKeywords[keyword].value == Value::One;
+}
+
+std::string TypeValue(TextInput& input) {
   SkipToType(input);
-  std::string type = LowerCase(ReadWord(input));
-  if (type == "reticulat") type = LowerCase(ReadWord(input));
+  std::string type = ReadWord(input);
+  return LowerCase(type) == "reticulat" ? ReadWord(input) : type;
+}
+
+void SetProblemType(Project& project, std::string_view type) {
   if (type == "2d") {
     project.problemType = Plane;
     project.dofsPerNode = 3;
@@ -308,52 +464,29 @@ void ReadProblemType(Project& project, TextInput& input) {
   }
 }
 
-// Goes to the next line whose first word is a keyword.
-void SkipToKeyword(TextInput& input) {
-  while (SkipRestOfLine(input)) {
-    SkipSpace(input);
-    const std::string_view word = input.PeekWord();
-    if (std::any_of(std::begin(kKeywords), std::end(kKeywords),
-                    [word](const Keyword& keyword) { return Matches(keyword, word); })) {
-      return;
-    }
-  }
-}
-
-void ReadMappedKeyword(Project& project, TextInput& input, std::string_view word, SourceMap& map) {
-  try {
-    ReadKeyword(project, input, word, &map);
-  } catch (const FatalError& refusal) {
-    const SourceMap::Record record{RecordKind::Keyword, 0, input.RecordOffset()};
-    map.Refuse(record, SourceMap::Cause::Reader, refusal.what());
-    error.Clear();
-    SkipToKeyword(input);
-  }
-}
-
-}  // namespace
-
 void ReadKeywords(Project& project, TextInput& input, SourceMap* map) {
   for (;;) {
     SkipSpace(input);
     input.BeginRecord();
-    const std::string word = ReadWord(input);
+    const std::string word(input.PeekWord());
     if (word.empty()) return;
+    // The first word of a mesh block whose keyword is missing is read again as such.
+    const bool isOfMesh = LowerCase(word) == kMeshWords[DimensionWord];
+    if (map == nullptr || !isOfMesh) input.Advance(word.size());
     if (word[0] == '#') {
       SkipRestOfLine(input);
-    } else if (map == nullptr) {
-      ReadKeyword(project, input, word, nullptr);
     } else {
-      ReadMappedKeyword(project, input, word, *map);
+      ReadStatement(project, input, word, map);
     }
   }
 }
 
 void ReadProject(Project& project, TextInput& input, SourceMap* map) {
-  FindWord(input, "problem");
-  FindWord(input, "type");
-  input.BeginRecord();
-  ReadProblemType(project, input);
+  if (map == nullptr) {
+    ReadHeading(project, input);
+  } else {
+    ReadMappedHeading(project, input, *map);
+  }
   ReadKeywords(project, input, map);
   input.BeginRecord(TextInput::kNowhere);
   if (map == nullptr) {

@@ -21,10 +21,9 @@ void ReadRotule(Project& project, TextInput& input, int nodeNumber) {
 }  // namespace
 
 void ReadRotules(Project& project, TextInput& input, SourceMap* map) {
-  const std::uint64_t section = input.RecordOffset();
-  ReadRecords({input, map, RecordKind::Hinge},
-              [&](int nodeNumber) { ReadRotule(project, input, nodeNumber); });
-  ReadEndOfSection(input, section);
+  const RecordList list{input, map, RecordKind::Hinge, input.RecordOffset()};
+  ReadRecords(list, [&](int nodeNumber) { ReadRotule(project, input, nodeNumber); });
+  TakeEnd(list);
 }
 
 }  // namespace kestol

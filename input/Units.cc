@@ -5,6 +5,8 @@
 #include <iterator>
 
 #include "algebra/Zero.h"
+#include "input/ProjectReader.h"
+#include "input/SourceMap.h"
 #include "input/Words.h"
 #include "main/ErrorChannel.h"
 
@@ -61,13 +63,51 @@ bool IsUnitsKey(std::string_view key) {
                      [key](std::string_view spelling) { return StartsWith(key, spelling); });
 }
 
-void ReadUnitsNames(Units& units, TextInput& input) {
-  for (;;) {
+namespace {
+
+// A row, or with a map its refusal; false where the list ends.
+bool ReadRow(Units& units, TextInput& input) {
+  input.BeginRecord();
+  const std::optional<std::string_view> line = ReadRestOfLine(input);
+  if (!line) Fatal("error: 'units_names' should finish with the 'end' word\n");
+  if (StartsWithAnyCase(*line, "end")) return false;
+  units.table.push_back(ParseRow(*line));
+  return true;
+}
+
+// Whether the whole of a line can be read as a row.
+bool IsRow(std::string_view line) {
+  for (int i = 0; i < 4; ++i)
+    if (TakeName(line).empty()) return false;
+  return TakeReal(line) && TakeReal(line);
+}
+
+bool ReadMappedRow(Units& units, TextInput& input, SourceMap& map, std::uint64_t begin) {
+  const SourceMap::Record record{RecordKind::UnitSystem, 0, input.Offset()};
+  const std::string word(input.PeekWord());
+  if (word.empty() || IsKeyword(word)) {
+    map.Refuse({RecordKind::UnitSystem, 0, begin}, SourceMap::Cause::MissingEnd, word);
+    return false;
+  }
+  if (StartsWithAnyCase(word, "end") && IsRow(input.PeekLine())) {
+    map.Refuse(record, SourceMap::Cause::TextAsKeyword, "end", word);
+    units.table.push_back(ParseRow(*ReadRestOfLine(input)));
+    return true;
+  }
+  bool goesOn = true;
+  map.Add(RecordKind::UnitSystem, 0, record.offset);
+  RefuseInto(map, record, [&] { goesOn = ReadRow(units, input); });
+  return goesOn;
+}
+
+}  // namespace
+
+void ReadUnitsNames(Units& units, TextInput& input, SourceMap* map) {
+  const std::uint64_t begin = input.RecordOffset();
+  bool goesOn = true;
+  while (goesOn) {
     SkipToRecord(input);
-    const std::optional<std::string_view> line = ReadRestOfLine(input);
-    if (!line) Fatal("error: 'units_names' should finish with the 'end' word\n");
-    if (StartsWithAnyCase(*line, "end")) break;
-    units.table.push_back(ParseRow(*line));
+    goesOn = map == nullptr ? ReadRow(units, input) : ReadMappedRow(units, input, *map, begin);
   }
   std::stable_sort(units.table.begin(), units.table.end(),
                    [](const UnitSystem& a, const UnitSystem& b) { return a.name < b.name; });

@@ -6,6 +6,7 @@
 
 namespace kestol {
 
+class SourceMap;
 class TextInput;
 
 /// One row of the units_names block.
@@ -49,7 +50,7 @@ bool IsUnitsKey(std::string_view key);
 
 /// Reads the rows behind the keyword units_names, up to a line that begins with "end", into the
 /// sorted table.
-void ReadUnitsNames(Units& units, TextInput& input);
+void ReadUnitsNames(Units& units, TextInput& input, SourceMap* map = nullptr);
 
 /// The system of that name; ends the run when the name is too long or unknown.
 const UnitSystem& FindUnits(const Units& units, std::string_view name);

@@ -45,8 +45,8 @@ std::optional<std::string_view> ReadRestOfLine(TextInput& input);
 /// Drops the rest of the line, '\n' included; false when the text had already ended.
 bool SkipRestOfLine(TextInput& input);
 
-/// Takes words until one that, in lower case, contains `word`; at the end of the text ends the run
-/// with "can't find word ***word*** in input file\n".
+/// Takes words until one that, in lower case, contains `word`; at the end of the text refuses with
+/// "can't find word ***word*** in input file\n".
 void FindWord(TextInput& input, std::string_view word);
 
 /// The same for a word that, in lower case, equals `word`.

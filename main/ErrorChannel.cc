@@ -33,4 +33,12 @@ ErrorChannel::FixedBuffer::int_type ErrorChannel::FixedBuffer::overflow(int_type
   return traits_type::not_eof(c);
 }
 
+std::string_view PlainWords(std::string_view text) {
+  constexpr std::string_view kWord = "error: ";
+  while (text.starts_with('\n')) text.remove_prefix(1);
+  while (text.ends_with('\n')) text.remove_suffix(1);
+  if (text.starts_with(kWord)) text.remove_prefix(kWord.size());
+  return text;
+}
+
 }  // namespace kestol

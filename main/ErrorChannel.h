@@ -71,6 +71,9 @@ private:
   int status_;
 };
 
+/// The words of a refusal alone: most texts begin with "error: ", and have line ends around them.
+std::string_view PlainWords(std::string_view text);
+
 /// Exit status after a refusal, and after one of the sparse kernels.
 constexpr int kRefused = 2, kKernelRefused = 1;
 

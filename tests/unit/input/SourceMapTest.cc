@@ -95,7 +95,8 @@ TEST(SourceMap, RecordThatRunsIntoTheNextLineIsGivenUpFromItsOwn) {
   const SourceMap map = MapOf(std::string(kHeader) +
                               "mesh dimension 2 elemtype Linear nnode 2\ncoordinates\n"
                               "1 0 0\n2 0\nend coordinates\nelements\n1 1 2\nend\n");
-  EXPECT_THAT(Messages(map), ElementsAre("error: node: 2 has not correct coordinates\n"));
+  EXPECT_THAT(Messages(map), ElementsAre("error: node: 2 has not correct coordinates\n", "2"));
+  EXPECT_EQ(map.Refusals()[1].cause, SourceMap::Cause::UnknownNode);
 }
 
 TEST(SourceMap, ReadingGoesOnAtTheNextKeyword) {
@@ -103,9 +104,10 @@ TEST(SourceMap, ReadingGoesOnAtTheNextKeyword) {
   SourceMap map;
   TextInput input(kHeader + kMesh + "loads\n1 0 0 0\nSolver none\nMainStresses\n");
   ReadProject(project, input, &map);
-  EXPECT_THAT(Messages(map),
-              ElementsAre("Unknown key name=loads\n",
-                          "error: type of solver must be: Automatic, SkyLine, Double or Sparse\n"));
+  EXPECT_THAT(
+      Messages(map),
+      ElementsAre("", "error: type of solver must be: Automatic, SkyLine, Double or Sparse\n"));
+  EXPECT_EQ(map.Refusals()[0].cause, SourceMap::Cause::UnknownWord);
   EXPECT_EQ(project.stressOption, MainStresses);
 }
 
