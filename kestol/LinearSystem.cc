@@ -5,12 +5,16 @@
 
 #include "algebra/NodeBlockMatrix.h"
 #include "algebra/SkyLine.h"
+#include "algebra/SparseSolver.h"
 #include "analysis/Assembly.h"
+#include "analysis/NodeBlocks.h"
 #include "analysis/Reactions.h"
 #include "analysis/Sizes.h"
 #include "analysis/Smoothing.h"
 #include "analysis/SolveDriver.h"
 #include "analysis/Strengths.h"
+#include "analysis/TurnBlock.h"
+#include "kestol/Mechanisms.h"
 #include "main/ErrorChannel.h"
 #if defined(KESTOL_WITH_MUMPS)
 #include "direct/DirectSolver.h"
@@ -71,6 +75,9 @@ LinearSystem::LinearSystem(Project& project, const SolveOptions& options)
   AssembleSupported(project, *matrix_, info_);
 }
 
+LinearSystem::LinearSystem(Project& project, std::unique_ptr<StiffnessMatrix> factorised)
+    : project_(project), info_(nullptr), matrix_(std::move(factorised)), factorised_(true) {}
+
 LinearSystem::~LinearSystem() = default;
 
 void LinearSystem::Factorise() {
@@ -84,6 +91,10 @@ void LinearSystem::Factorise() {
 StiffnessMatrix& LinearSystem::Factor() {
   Factorise();
   return *matrix_;
+}
+
+bool LinearSystem::HasFactor() const {
+  return dynamic_cast<const SparseSolver*>(matrix_.get()) == nullptr;
 }
 
 ReaVecT LinearSystem::DeckLoads() const {
@@ -184,6 +195,29 @@ ReaVecT LinearSystem::SupportedProduct(const ReaVecT& v) const {
   return product;
 }
 
+ReaVecT LinearSystem::SupportedDiagonal() const {
+  StiffnessMatrix& K = Stiffness();
+  const int dofs = project_.dofsPerNode;
+  ReaVecT diagonal(EquationCount());
+  for (int i = 1; i <= diagonal.n; ++i) diagonal(i) = K.Entry(i, i);
+  for (const auto [number, node] : *project_.meshes[0]->nodes) {
+    const auto axes = SupportAxes(project_, *node);
+    if (!axes) continue;
+    const int first = FirstEquation(node->number, dofs);
+    Matriu block(dofs, dofs);
+    for (int i = 1; i <= dofs; ++i)
+      for (int j = 1; j <= dofs; ++j)
+        block(i, j) = K.Entry(first + std::min(i, j) - 1, first + std::max(i, j) - 1);
+    TurnBlock(Transpose(*axes), Transpose(*axes), block);
+    for (int i = 1; i <= dofs; ++i) diagonal(first + i - 1) = block(i, i);
+  }
+  ForEachHeldDegree(project_, [&](int equation, int code, double value) {
+    if (code == Prescribed) diagonal(equation) = 1.0;
+    if (code == Spring) diagonal(equation) += value;
+  });
+  return diagonal;
+}
+
 std::unique_ptr<StiffnessMatrix> LinearSystem::SupportedMatrix(SolverName solver) const {
   std::unique_ptr<StiffnessMatrix> K;
   if (solver == SolverName::Direct)
@@ -197,6 +231,11 @@ std::unique_ptr<StiffnessMatrix> LinearSystem::SupportedMatrix(SolverName solver
 Results SolveOnce(Project& project, const SolveOptions& options) {
   error.Clear();
   Solution solution = SolveProject(project, SettingsFor(project, options));
+  if (options.requireSound) {
+    LinearSystem system(project, std::move(solution.matrix));
+    RequireSound(system);
+    solution.matrix = std::move(system.matrix_);
+  }
   ComputeStrengths(project, std::move(solution.matrix), solution.results, options.info,
                    Forces::OfAllNodes);
   return std::move(solution.results);

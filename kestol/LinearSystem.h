@@ -27,6 +27,8 @@ struct SolveOptions {
   SolverName solver = SolverName::Deck;
   bool renumber = true;          ///< false: nodes keep the order of the input
   std::ostream* info = nullptr;  ///< progress; not owned; null: none
+  /// SolveOnce refuses what IsSound() finds wanting, also where the program itself does not notice.
+  bool requireSound = false;
 };
 
 /// One stiffness, many loads.
@@ -92,14 +94,24 @@ public:
   /// Its matrix, assembled anew and not factorised; SkyLine or Direct.
   std::unique_ptr<StiffnessMatrix> SupportedMatrix(SolverName solver) const;
 
+  /// The diagonal of that matrix.
+  ReaVecT SupportedDiagonal() const;
+
   /// The factorised matrix, for further substitutions in the axes of the supports.
   StiffnessMatrix& Factor();
+  /// Whether it has a factor. If not its solver iterates, and every substitution is a new run.
+  bool HasFactor() const;
 
   // Between global axes and those of inclined supports, in place.
   void TurnToSupports(ReaVecT& vector) const;
   void TurnToGlobal(ReaVecT& vector) const;
 
 private:
+  friend Results SolveOnce(Project& project, const SolveOptions& options);
+
+  /// Around a matrix that is factorised, of a model that is prepared.
+  LinearSystem(Project& project, std::unique_ptr<StiffnessMatrix> factorised);
+
   StiffnessMatrix& Stiffness() const;
   void SetHeldToZero(ReaVecT& vector) const;
 

@@ -63,17 +63,20 @@ ModelBuilder::ModelBuilder(int dimension) : project_(kCapacity) {
   project_.dofsPerNode = dimension == 2 ? 3 : 6;
 }
 
-ModelBuilder::ModelBuilder(Project model) : project_(std::move(model)) {}
+ModelBuilder::ModelBuilder(Project model, bool isChanged)
+    : project_(std::move(model)), isChanged_(isChanged) {}
 
 void ModelBuilder::Say(std::string_view statement) {
   error.Clear();
   RefuseLineEnds(statement);
+  isChanged_ = true;
   Read(project_, std::string(statement) + '\n');
 }
 
 void ModelBuilder::AddRecord(std::string_view section, std::string_view record) {
   error.Clear();
   RefuseLineEnds(record);
+  isChanged_ = true;
   Read(project_, std::string(section) + '\n' + std::string(record) + "\nend\n");
 }
 
@@ -132,6 +135,7 @@ void ModelBuilder::CheckNewNodes(std::span<const int> numbers,
 void ModelBuilder::AddNodes(std::span<const int> numbers, std::span<const double> coordinates) {
   error.Clear();
   CheckNewNodes(numbers, coordinates);
+  isChanged_ = true;
   const auto dimension = static_cast<std::size_t>(Dimension());
   const double factor = MeshLengthFactor(project_.units);
   Mesh& mesh = NodeMesh();
@@ -191,6 +195,7 @@ void ModelBuilder::AddElements(const ElementRows& rows) {
   error.Clear();
   CheckNewElements(rows);
   if (rows.numbers.empty()) return;
+  isChanged_ = true;
   Mesh& mesh = MeshFor(rows.type, rows.nodesPerElement);
   for (std::size_t k = 0; k < rows.numbers.size(); ++k) {
     auto elem = std::make_unique<Elem>(&mesh, mesh.nnode);

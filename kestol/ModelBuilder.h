@@ -34,9 +34,12 @@ public:
   /// An empty model in the plane (2) or in space (3).
   explicit ModelBuilder(int dimension);
   /// Goes on with a model that was not prepared for a solution.
-  explicit ModelBuilder(Project model);
+  explicit ModelBuilder(Project model, bool isChanged = false);
 
   const Project& Model() const { return project_; }
+
+  /// Whether anything was added to the model that it began with.
+  bool IsChanged() const { return isChanged_; }
 
   /// A keyword of the deck with its values.
   void Say(std::string_view statement);
@@ -75,6 +78,7 @@ private:
   void CountElements(const Mesh& mesh, std::size_t added);
 
   Project project_;
+  bool isChanged_ = false;
 };
 
 }  // namespace kestol

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "kestol/Mechanisms.h"
 #include "main/ErrorChannel.h"
 
 namespace kestol {
@@ -34,11 +35,9 @@ void Superposition::Solve() {
   error.Clear();
   const std::vector<LoadedHinge> obstacles = Obstacles();
   if (!obstacles.empty()) {
-    const auto& [element, node, other] = obstacles.front();
-    Fatal("error: element ", element, " is loaded and hinged at its first node ", node,
-          ": write \"", other, ' ', node, "\"\n");
+    Fatal("error: ", TextOf(obstacles.front()), '\n');
   }
-  system_.Factorise();
+  RequireSound(system_);
   displacements_.clear();
   for (int k = 0; k < CaseCount(); ++k) {
     Carry(Only(k));

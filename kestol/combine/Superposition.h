@@ -3,8 +3,8 @@
 #include <vector>
 
 #include "kestol/LinearSystem.h"
+#include "kestol/LoadedHinges.h"
 #include "kestol/combine/CaseLoads.h"
-#include "kestol/combine/LoadedHinges.h"
 
 namespace kestol {
 
@@ -29,7 +29,8 @@ public:
   /// The beams that keep some case from being added to others; empty for a model that may go on.
   std::vector<LoadedHinge> Obstacles();
 
-  /// Solves all cases. Refuses a model with obstacles, and what the solver refuses.
+  /// Solves all cases. Refuses a model with obstacles, what the solver refuses, and a
+  /// mechanism.
   void Solve();
 
   /// The results of the sum of factors (one per case) times cases; solves the cases first when that

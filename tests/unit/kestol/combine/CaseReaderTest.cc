@@ -2,7 +2,7 @@
 
 #include "kestol/ReadDeck.h"
 #include "kestol/combine/CaseReader.h"
-#include "kestol/combine/LoadedHinges.h"
+#include "kestol/LoadedHinges.h"
 #include "kestol/combine/Superposition.h"
 #include "tests/support/ExpectFatal.h"
 

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <functional>
+#include <vector>
+
+#include "algebra/ReaVecT.h"
+#include "kestol/mechanisms/ScaledSystem.h"
+
+namespace kestol {
+
+/// Eigenvectors of A to its smallest values in magnitude, orthonormal, rising.
+struct RitzVectors {
+  std::vector<double> values;
+  std::vector<ReaVecT> vectors;
+};
+
+/// A Ritz value below this is a motion without resistance.
+constexpr double kNoResistance = 1e-12;
+
+/// `steps` steps of subspace iteration on `count` vectors from a fixed start; `solve` replaces a
+/// vector by (A + shift I)^-1 times it.
+RitzVectors SubspaceIteration(const ScaledSystem& A, int count, int steps,
+                              const std::function<void(ReaVecT&)>& solve);
+
+/// The vectors that A takes to 0: those whose Ritz value is below kNoResistance, `atLeast` + 2 of
+/// them looked at, more while all of them are.
+RitzVectors NullSpaceOf(ScaledSystem& A, int atLeast);
+
+}  // namespace kestol

@@ -1,0 +1,251 @@
+#include "kestol/mechanisms/RigidModes.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "algebra/FixedMatrix.h"
+#include "model/Constraint.h"
+#include "model/EulerAngles.h"
+#include "model/Frame.h"
+
+namespace kestol {
+
+bool IsPlaneFrame(const Project& project) {
+  return project.problemType == Plane && project.meshes[0]->elemType != Tetrahedra;
+}
+
+namespace {
+
+/// Six numbers of a rigid motion: the velocity of the center, then the rotation times the size of
+/// the part.
+using Six = std::array<double, 6>;
+
+bool HasRotations(const Project& project) {
+  return project.dofsPerNode == 6 || IsPlaneFrame(project);
+}
+
+/// What a part is measured with.
+struct PartFrame {
+  Vector3 center{};
+  double size = 1.0;
+};
+
+PartFrame FrameOfPart(const Parts& parts, const std::vector<int>& nodes) {
+  PartFrame frame;
+  for (const int index : nodes) frame.center = Plus(frame.center, PositionOf(parts.NodeAt(index)));
+  frame.center = Times(frame.center, 1.0 / static_cast<double>(nodes.size()));
+  double size = 0.0;
+  for (const int index : nodes)
+    size = std::max(size, Norm(Minus(PositionOf(parts.NodeAt(index)), frame.center)));
+  if (size > 0.0) frame.size = size;
+  return frame;
+}
+
+/// The row that says how far the node moves along `direction` by each of the six.
+Six TranslationRow(const PartFrame& frame, const Node& node, const Vector3& direction) {
+  const Vector3 arm = Times(Minus(PositionOf(node), frame.center), 1.0 / frame.size);
+  const Vector3 turned = Cross(arm, direction);  // direction . (w x arm) = w . (arm x direction)
+  return {direction[0], direction[1], direction[2], turned[0], turned[1], turned[2]};
+}
+
+/// Rows of what holds the part: one per prescribed degree and per spring.
+std::vector<Six> HoldingRows(const Project& project, const Parts& parts, int part,
+                             const PartFrame& frame) {
+  std::vector<Six> rows;
+  const bool isPlane = IsPlaneFrame(project);
+  for (const int index : parts.NodesOf(part)) {
+    const Node& node = parts.NodeAt(index);
+    if (!node.constraint) continue;
+    const Constraint& support = *node.constraint;
+    Frame axes{
+        {1.0, 0.0, 0.0},
+        {0.0, 1.0, 0.0},
+        {0.0, 0.0, 1.0}
+    };
+    if (support.hasLocalAxes != 0)
+      axes = FrameOf(EulerRotation(support.Euler1, support.Euler2, support.Euler3));
+    const Vector3 directions[] = {axes.x, axes.y, axes.z};
+    for (int d = 0; d < std::min(project.dofsPerNode, support.dofs); ++d) {
+      const bool holds = support.codes[d] == Prescribed ||
+                         (support.codes[d] == Spring && support.values[d] != 0.0);
+      if (!holds) continue;
+      const bool isRotation = isPlane ? d == 2 : d >= 3;
+      if (!isRotation) {
+        rows.push_back(TranslationRow(frame, node, directions[d]));
+      } else {
+        const Vector3 axis = isPlane ? Vector3{0.0, 0.0, 1.0} : directions[d - 3];
+        rows.push_back({0.0, 0.0, 0.0, axis[0], axis[1], axis[2]});
+      }
+    }
+  }
+  if (isPlane) {
+    for (const int d : {2, 3, 4}) {
+      Six row{};
+      row[static_cast<std::size_t>(d)] = 1.0;
+      rows.push_back(row);
+    }
+  }
+  return rows;
+}
+
+/// The null space of the rows by elimination with complete pivoting: each vector has a 1 where the
+/// others have 0, so that pure motions stay pure.
+std::vector<Six> NullVectors(std::vector<Six> rows) {
+  constexpr double kZeroRow = 1e-9;
+  std::vector<std::size_t> pivots;  // column of each eliminated row
+  std::size_t rank = 0;
+  for (; rank < 6; ++rank) {
+    std::size_t bestRow = rank, bestColumn = 0;
+    double best = kZeroRow;
+    for (std::size_t r = rank; r < rows.size(); ++r)
+      for (std::size_t c = 0; c < 6; ++c)
+        if (std::abs(rows[r][c]) > best) {
+          best = std::abs(rows[r][c]);
+          bestRow = r;
+          bestColumn = c;
+        }
+    if (best <= kZeroRow) break;
+    std::swap(rows[rank], rows[bestRow]);
+    const double pivot = rows[rank][bestColumn];
+    for (double& entry : rows[rank]) entry /= pivot;
+    for (std::size_t r = 0; r < rows.size(); ++r) {
+      if (r == rank) continue;
+      const double factor = rows[r][bestColumn];
+      if (factor == 0.0) continue;
+      for (std::size_t c = 0; c < 6; ++c) rows[r][c] -= factor * rows[rank][c];
+      rows[r][bestColumn] = 0.0;
+    }
+    pivots.push_back(bestColumn);
+  }
+  std::vector<Six> null;
+  for (std::size_t free = 0; free < 6; ++free) {
+    if (std::find(pivots.begin(), pivots.end(), free) != pivots.end()) continue;
+    Six vector{};
+    vector[free] = 1.0;
+    for (std::size_t r = 0; r < rank; ++r) vector[pivots[r]] = -rows[r][free];
+    null.push_back(vector);
+  }
+  return null;
+}
+
+}  // namespace
+
+std::vector<RigidMotion> FreeRigidMotions(const Project& project, const Parts& parts) {
+  std::vector<RigidMotion> motions;
+  for (int part = 0; part < parts.Count(); ++part) {
+    const PartFrame frame = FrameOfPart(parts, parts.NodesOf(part));
+    std::vector<Six> rows = HoldingRows(project, parts, part, frame);
+    for (const Six& v : NullVectors(std::move(rows))) {
+      RigidMotion motion;
+      motion.part = part;
+      motion.center = frame.center;
+      motion.velocity = {v[0], v[1], v[2]};
+      motion.rotation = Times({v[3], v[4], v[5]}, 1.0 / frame.size);
+      motions.push_back(motion);
+    }
+  }
+  return motions;
+}
+
+ReaVecT DisplacementsOf(const Project& project, const Parts& parts, const RigidMotion& motion) {
+  const int dofs = project.dofsPerNode;
+  ReaVecT z(parts.NodeCount() * dofs);
+  for (const int index : parts.NodesOf(motion.part)) {
+    const Vector3 u = MotionAt(motion, PositionOf(parts.NodeAt(index)));
+    const int first = FirstEquation(index, dofs);
+    if (IsPlaneFrame(project)) {
+      z(first) = u[0];
+      z(first + 1) = u[1];
+      z(first + 2) = motion.rotation[2];
+      continue;
+    }
+    for (int d = 0; d < 3; ++d) {
+      z(first + d) = u[d];
+      if (dofs == 6) z(first + 3 + d) = motion.rotation[d];
+    }
+  }
+  return z;
+}
+
+Vector3 TranslationOf(const Project& project, const ReaVecT& z, int index) {
+  const int first = FirstEquation(index, project.dofsPerNode);
+  return {z(first), z(first + 1), IsPlaneFrame(project) ? 0.0 : z(first + 2)};
+}
+
+Vector3 RotationOf(const Project& project, const ReaVecT& z, int index) {
+  if (!HasRotations(project)) return {};
+  const int first = FirstEquation(index, project.dofsPerNode);
+  return IsPlaneFrame(project) ? Vector3{0.0, 0.0, z(first + 2)}
+                               : Vector3{z(first + 3), z(first + 4), z(first + 5)};
+}
+
+namespace {
+
+/// Solves the symmetric system M x = b of three equations; directions without stiffness get 0.
+Vector3 SolveSymmetric(FixedMatrix<3, 3> M, Vector3 b) {
+  double largest = 0.0;
+  for (int i = 1; i <= 3; ++i) largest = std::max(largest, M(i, i));
+  constexpr double kNothing = 1e-12;
+  bool used[3] = {};
+  int order[3] = {-1, -1, -1};
+  for (int step = 0; step < 3; ++step) {
+    int pivot = -1;
+    for (int i = 0; i < 3; ++i)
+      if (!used[i] && M(i + 1, i + 1) > kNothing * largest &&
+          (pivot == -1 || M(i + 1, i + 1) > M(pivot + 1, pivot + 1)))
+        pivot = i;
+    if (pivot == -1) break;
+    used[pivot] = true;
+    order[step] = pivot;
+    for (int r = 0; r < 3; ++r) {
+      if (r == pivot) continue;
+      const double factor = M(r + 1, pivot + 1) / M(pivot + 1, pivot + 1);
+      for (int c = 1; c <= 3; ++c) M(r + 1, c) -= factor * M(pivot + 1, c);
+      b[r] -= factor * b[pivot];
+    }
+  }
+  Vector3 x{};
+  for (const int i : order)
+    if (i != -1) x[i] = b[i] / M(i + 1, i + 1);
+  return x;
+}
+
+}  // namespace
+
+RigidMotion FitRigidMotion(const Project& project, const Parts& parts,
+                           const std::vector<int>& nodes, const ReaVecT& z, double& misfit) {
+  RigidMotion motion;
+  const PartFrame frame = FrameOfPart(parts, nodes);
+  motion.center = frame.center;
+  Vector3 mean{};
+  for (const int index : nodes) mean = Plus(mean, TranslationOf(project, z, index));
+  motion.velocity = Times(mean, 1.0 / static_cast<double>(nodes.size()));
+  FixedMatrix<3, 3> inertia{};
+  Vector3 moment{};
+  for (const int index : nodes) {
+    const Vector3 arm = Minus(PositionOf(parts.NodeAt(index)), frame.center);
+    moment = Plus(moment, Cross(arm, TranslationOf(project, z, index)));
+    for (int i = 0; i < 3; ++i)
+      for (int j = 0; j < 3; ++j)
+        inertia(i + 1, j + 1) += (i == j ? Dot(arm, arm) : 0.0) - arm[i] * arm[j];
+  }
+  motion.rotation = SolveSymmetric(inertia, moment);
+  if (HasRotations(project) && nodes.size() < 3) {
+    // Two nodes cannot tell a rotation about their line: their own rotation can.
+    motion.rotation = RotationOf(project, z, nodes[0]);
+  }
+  double largest = 0.0, worst = 0.0;
+  for (const int index : nodes) {
+    const Vector3 u = TranslationOf(project, z, index);
+    const Vector3 fitted = MotionAt(motion, PositionOf(parts.NodeAt(index)));
+    largest = std::max({largest, Norm(u), Norm(motion.rotation) * frame.size});
+    worst = std::max(worst, Norm(Minus(u, fitted)));
+    if (!HasRotations(project)) continue;
+    const Vector3 rotation = RotationOf(project, z, index);
+    worst = std::max(worst, Norm(Minus(rotation, motion.rotation)) * frame.size);
+  }
+  misfit = largest > 0.0 ? worst / largest : 0.0;
+  return motion;
+}
+
+}  // namespace kestol

@@ -1,0 +1,171 @@
+#include "kestol/mechanisms/SparseModes.h"
+
+#include <algorithm>
+#include <cmath>
+#include <numeric>
+#include <utility>
+
+namespace kestol {
+
+namespace {
+
+constexpr double kRounding = 1e-8;  ///< of the largest entry
+constexpr double kOutside = 1e-5;   ///< of a unit vector: it is not in the space of the others
+
+double DotOf(const ReaVecT& a, const ReaVecT& b) {
+  return std::inner_product(a.begin(), a.end(), b.begin(), 0.0);
+}
+
+void AddTo(ReaVecT& y, double factor, const ReaVecT& x) {
+  for (int i = 1; i <= y.n; ++i) y(i) += factor * x(i);
+}
+
+double LargestOf(const ReaVecT& x) {
+  double largest = 0.0;
+  for (const double entry : x) largest = std::max(largest, std::abs(entry));
+  return largest;
+}
+
+void Multiply(ReaVecT& x, double factor) {
+  for (double& entry : x) entry *= factor;
+}
+
+void TakeOut(ReaVecT& x, const std::vector<ReaVecT>& basis) {
+  for (int pass = 0; pass < 2; ++pass)
+    for (const ReaVecT& b : basis) AddTo(x, -DotOf(x, b), b);
+}
+
+/// Adds the direction of x that the orthonormal basis lacks, if there is one.
+bool Extend(std::vector<ReaVecT>& basis, ReaVecT x) {
+  const double before = std::sqrt(DotOf(x, x));
+  if (!(before > 0.0)) return false;
+  Multiply(x, 1.0 / before);
+  TakeOut(x, basis);
+  const double after = std::sqrt(DotOf(x, x));
+  if (after < kOutside) return false;
+  Multiply(x, 1.0 / after);
+  basis.push_back(std::move(x));
+  return true;
+}
+
+/// What the modes span beside the rigid ones: those first that lie least in their space.
+std::vector<ReaVecT> Beside(const std::vector<ReaVecT>& modes, const std::vector<ReaVecT>& rigid) {
+  std::vector<ReaVecT> basis, space;
+  for (const ReaVecT& r : rigid) Extend(basis, r);
+  for (const ReaVecT& mode : modes) Extend(space, mode);
+  // With an orthonormal basis of both, what is left of a mode is not small by accident.
+  const std::size_t rigidCount = basis.size();
+  std::vector<ReaVecT> left = space;
+  for (ReaVecT& x : left) TakeOut(x, basis);
+  for (std::size_t step = 0; step < left.size(); ++step) {
+    const auto largest = std::max_element(
+        left.begin(), left.end(), [](auto& a, auto& b) { return DotOf(a, a) < DotOf(b, b); });
+    const double length = std::sqrt(DotOf(*largest, *largest));
+    if (length < kOutside) break;
+    ReaVecT x = *largest;
+    Multiply(x, 1.0 / length);
+    TakeOut(x, basis);
+    Multiply(x, 1.0 / std::sqrt(DotOf(x, x)));
+    for (ReaVecT& other : left) AddTo(other, -DotOf(other, x), x);
+    basis.push_back(std::move(x));
+  }
+  return {basis.begin() + static_cast<std::ptrdiff_t>(rigidCount), basis.end()};
+}
+
+/// Elimination with complete pivoting: each vector gets an entry 1 where the others have 0.
+void Eliminate(std::vector<ReaVecT>& modes) {
+  for (std::size_t step = 0; step < modes.size(); ++step) {
+    std::size_t best = step;
+    int row = 1;
+    double largest = 0.0;
+    for (std::size_t m = step; m < modes.size(); ++m)
+      for (int i = 1; i <= modes[m].n; ++i)
+        if (std::abs(modes[m](i)) > largest) {
+          largest = std::abs(modes[m](i));
+          best = m;
+          row = i;
+        }
+    if (!(largest > 0.0)) return;
+    std::swap(modes[step], modes[best]);
+    Multiply(modes[step], 1.0 / modes[step](row));
+    for (std::size_t m = 0; m < modes.size(); ++m)
+      if (m != step) AddTo(modes[m], -modes[m](row), modes[step]);
+  }
+}
+
+/// The factor by which `b` must be taken from `a` for most entries of it to vanish, and how many do
+/// more than without.
+struct BestFactor {
+  double factor = 0.0;
+  int gain = 0;
+};
+
+BestFactor FactorOf(const ReaVecT& a, const ReaVecT& b) {
+  const double noiseA = kRounding * LargestOf(a), noiseB = kRounding * LargestOf(b);
+  std::vector<double> ratios;
+  int zeros = 0;
+  for (int i = 1; i <= a.n; ++i) {
+    if (std::abs(b(i)) <= noiseB) continue;
+    if (std::abs(a(i)) <= noiseA)
+      ++zeros;
+    else
+      ratios.push_back(a(i) / b(i));
+  }
+  std::sort(ratios.begin(), ratios.end());
+  BestFactor best;
+  constexpr double kSame = 1e-6;
+  for (std::size_t first = 0, last = 0; first < ratios.size(); ++first) {
+    last = std::max(last, first);
+    const double width = kSame * std::abs(ratios[first]);
+    while (last < ratios.size() && ratios[last] - ratios[first] <= width) ++last;
+    const int gain = static_cast<int>(last - first) - zeros;
+    if (gain <= best.gain) continue;
+    best.gain = gain;
+    best.factor = std::accumulate(ratios.begin() + static_cast<std::ptrdiff_t>(first),
+                                  ratios.begin() + static_cast<std::ptrdiff_t>(last), 0.0) /
+                  static_cast<double>(last - first);
+  }
+  return best;
+}
+
+void DropRounding(ReaVecT& x) {
+  const double noise = kRounding * LargestOf(x);
+  for (double& entry : x)
+    if (std::abs(entry) <= noise) entry = 0.0;
+}
+
+/// Takes multiples of the others from each mode as long as that empties entries.
+void Thin(std::vector<ReaVecT>& modes, const std::vector<ReaVecT>& rigid) {
+  constexpr int kSweeps = 6;
+  constexpr std::size_t kMostModes = 40;  // beyond that each has its own pivot and no more
+  if (modes.size() > kMostModes) return;
+  for (int sweep = 0; sweep < kSweeps; ++sweep) {
+    bool changed = false;
+    const auto thinBy = [&](ReaVecT& a, const ReaVecT& b) {
+      const BestFactor best = FactorOf(a, b);
+      if (best.gain <= 0) return;
+      AddTo(a, -best.factor, b);
+      DropRounding(a);
+      changed = true;
+    };
+    for (std::size_t m = 0; m < modes.size(); ++m) {
+      for (const ReaVecT& r : rigid) thinBy(modes[m], r);
+      for (std::size_t other = 0; other < modes.size(); ++other)
+        if (other != m) thinBy(modes[m], modes[other]);
+    }
+    if (!changed) return;
+  }
+}
+
+}  // namespace
+
+std::vector<ReaVecT> SparseModes(const std::vector<ReaVecT>& modes,
+                                 const std::vector<ReaVecT>& rigid) {
+  std::vector<ReaVecT> rest = Beside(modes, rigid);
+  Eliminate(rest);
+  for (ReaVecT& mode : rest) DropRounding(mode);
+  Thin(rest, rigid);
+  return rest;
+}
+
+}  // namespace kestol
