@@ -29,9 +29,10 @@ NodeForces Turned(const FixedMatrix<3, 3>& R, NodeForces forces) {
   return forces;
 }
 
-/// Degree d (from 0) of a node, whatever the problem.
+/// Degree d (from 0) of a node, whatever the problem. Solids have three forces in any.
 double& Component(const Project& project, NodeForces& forces, int d) {
-  if (project.problemType == Plane) return d < 2 ? forces.force[d] : forces.moment[2];
+  const bool isSolid = !project.meshes.empty() && project.meshes[0]->elemType == Tetrahedra;
+  if (project.problemType == Plane && !isSolid) return d < 2 ? forces.force[d] : forces.moment[2];
   return d < 3 ? forces.force[d] : forces.moment[d - 3];
 }
 

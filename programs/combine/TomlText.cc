@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "programs/common/NearestWord.h"
+#include "input/NearestWord.h"
 
 namespace kestol {
 
@@ -65,7 +65,8 @@ void TomlText::NoteUnknown(const toml::source_region& place, const std::string& 
                            std::string_view word, std::span<const std::string_view> known,
                            const std::string& code) {
   std::string text = "unknown " + what + " \"" + std::string(word) + '"';
-  const std::string_view nearest = NearestWord(word, known);
+  const int aThird = std::max(1, static_cast<int>(word.size() / 3));
+  const std::string_view nearest = NearestWord(word, known, aThird);
   if (!nearest.empty()) text += ": did you mean \"" + std::string(nearest) + "\"?";
   Note(place, std::move(text), code);
 }

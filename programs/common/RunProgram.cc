@@ -17,14 +17,6 @@ namespace kestol {
 
 namespace {
 
-/// Most of the solver's texts begin with the word that our form already has.
-std::string_view WithoutErrorWord(std::string_view text) {
-  constexpr std::string_view kWord = "error: ";
-  while (!text.empty() && text.front() == '\n') text.remove_prefix(1);
-  if (text.substr(0, kWord.size()) == kWord) text.remove_prefix(kWord.size());
-  return text;
-}
-
 // Needs no heap: it speaks when there is none.
 int NoMemory(const std::string& program) {
   std::fprintf(stderr, "%s: error: Not space available on heap\n", program.c_str());
@@ -34,7 +26,7 @@ int NoMemory(const std::string& program) {
 }  // namespace
 
 void PrintRefusal(const std::string& deck, const FatalError& refusal, const char* code) {
-  Message message{"error", WithoutErrorWord(refusal.what()), code};
+  Message message{"error", PlainWords(refusal.what()), code};
   message.file = *refusal.File() != '\0' ? refusal.File() : deck.c_str();
   message.line = refusal.Line();
   PrintMessage(message);

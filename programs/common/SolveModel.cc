@@ -1,8 +1,10 @@
 #include "programs/common/SolveModel.h"
 
+#include "analysis/Assembly.h"
+#include "kestol/Mechanisms.h"
 #include "kestol/ReadDeck.h"
 #include "main/ErrorChannel.h"
-#include "programs/common/RunProgram.h"
+#include "programs/common/FindingMessages.h"
 
 namespace kestol {
 
@@ -12,11 +14,12 @@ Results SolveSystem(Project& project, const std::string& deck, const SolveOption
   LinearSystem system(project, options);
   const ReaVecT loads = system.DeckLoads();
   try {
-    system.Factorise();
-    return system.Solve(loads);
+    RequireSound(system);
+    Results results = system.Solve(loads);
+    if (IsFree(system, results.displacements)) RefuseUnsolved(project, kBreakdown);
+    return results;
   } catch (const FatalError& refusal) {
-    PrintRefusal(deck, refusal, "mechanism");
-    throw ProgramEnd{kFindings};
+    EndUnsolved(deck, refusal);
   }
 }
 
@@ -25,8 +28,10 @@ Results SolveSystem(Project& project, const std::string& deck, const SolveOption
 Results SolveModel(Project& project, const std::string& deck, const SolveOptions& options,
                    bool asProgram) {
   if (!asProgram) return SolveSystem(project, deck, options);
+  SolveOptions sound = options;
+  sound.requireSound = true;
   try {
-    return SolveOnce(project, options);
+    return SolveOnce(project, sound);
   } catch (const FatalError&) {
     // The same in steps, on a fresh model, tells a fault of the deck from a system without a
     // solution.

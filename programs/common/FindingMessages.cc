@@ -1,0 +1,78 @@
+#include "programs/common/FindingMessages.h"
+
+#include <cstdio>
+#include <string_view>
+
+#include "kestol/Check.h"
+#include "kestol/ReadDeck.h"
+#include "kestol/findings/DeckLines.h"
+#include "main/ErrorChannel.h"
+#include "programs/common/Messages.h"
+#include "programs/common/RunProgram.h"
+
+namespace kestol {
+
+namespace {
+
+void PrintFinding(const std::string& deck, const Finding& finding) {
+  std::fputs(FindingText(deck, finding, WantsColour(stderr)).c_str(), stderr);
+}
+
+/// Where the record of the element begins.
+std::uint64_t PlaceOfElement(const SourceMap& map, int number) {
+  for (std::size_t i = 0; i < map.RecordCount(); ++i)
+    if (map.At(i).kind == RecordKind::Element && map.At(i).number == number)
+      return map.At(i).offset;
+  return Finding::kNowhere;
+}
+
+/// Whether there was anything to say.
+bool TellErrors(const std::string& deck) {
+  SourceMap map;
+  Project project = ReadDeck(deck, &map);
+  CheckOptions options;
+  options.solve = options.condition = false;
+  const Findings findings = Check(project, map, options);
+  for (const Finding& finding : findings.list)
+    if (finding.severity == Severity::Error) PrintFinding(deck, finding);
+  return findings.Count(Severity::Error) > 0;
+}
+
+}  // namespace
+
+const char* NameOf(Severity severity) {
+  return severity == Severity::Error ? "error" : "warning";
+}
+
+std::string FindingText(const std::string& deck, const Finding& finding, bool colour) {
+  Message message{NameOf(finding.severity), finding.text, finding.code, deck};
+  message.line = finding.line;
+  message.column = finding.column;
+  message.endColumn = finding.endColumn;
+  std::string text = MessageText(message, finding.line > 0 ? &finding.sourceLine : nullptr, colour);
+  for (const std::string& line : finding.more) text += "  " + line + "\n";
+  return text;
+}
+
+void EndUnsolved(const std::string& deck, const FatalError& refusal) {
+  // The refusal's text stands in the channel of errors, which the search clears.
+  const std::string words(PlainWords(refusal.what()));
+  if (!TellErrors(deck)) PrintMessage({"error", words, "model", deck});
+  throw ProgramEnd{kFindings};
+}
+
+void PrintLoadedHinges(const std::string& deck, const std::vector<LoadedHinge>& hinges) {
+  SourceMap map;
+  ReadDeck(deck, &map);
+  std::vector<Finding> findings;
+  for (const LoadedHinge& hinge : hinges) {
+    Finding& finding = findings.emplace_back();
+    finding.code = "hinge-first";
+    finding.text = TextOf(hinge);
+    finding.offset = PlaceOfElement(map, hinge.element);
+  }
+  PlaceFindings(map, findings);
+  for (const Finding& finding : findings) PrintFinding(deck, finding);
+}
+
+}  // namespace kestol
