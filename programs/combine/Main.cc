@@ -11,6 +11,7 @@
 #include "programs/combine/Listing.h"
 #include "programs/combine/Options.h"
 #include "programs/combine/Outputs.h"
+#include "programs/common/FindingMessages.h"
 #include "programs/common/Messages.h"
 #include "programs/common/OutputFile.h"
 #include "programs/common/ProgressLine.h"
@@ -49,19 +50,6 @@ std::vector<CaseLoads> ReadCases(Project& project, const CombinationFile& file) 
   return cases;
 }
 
-/// Tells of beams whose loads cannot be added up; whether there are any.
-bool ReportObstacles(Superposition& sums, const std::string& deck) {
-  const std::vector<LoadedHinge> obstacles = sums.Obstacles();
-  for (const auto& [element, node, other] : obstacles) {
-    const std::string text = "element " + std::to_string(element) +
-                             " is loaded and hinged at its first node " + std::to_string(node) +
-                             ": write \"" + std::to_string(other) + ' ' + std::to_string(node) +
-                             '"';
-    PrintMessage({"error", text, "hinge-first", deck});
-  }
-  return !obstacles.empty();
-}
-
 int List(const CombineOptions& options, const CombinationFile& file,
          const std::vector<Combination>& combinations) {
   OutputFile output(options.output.empty() ? "-" : options.output, InputsOf(options.deck, file));
@@ -97,8 +85,16 @@ int Combine(const CombineOptions& options) {
   solve.solver = options.solver;
   solve.info = options.verbose ? &std::cerr : progress.Info();
   Superposition sums(project, std::move(cases), solve);
-  if (ReportObstacles(sums, file->model)) return kFindings;
-  sums.Solve();
+  const std::vector<LoadedHinge> obstacles = sums.Obstacles();
+  if (!obstacles.empty()) {
+    PrintLoadedHinges(file->model, obstacles);
+    return kFindings;
+  }
+  try {
+    sums.Solve();
+  } catch (const FatalError& refusal) {
+    EndUnsolved(file->model, refusal);
+  }
   const std::optional<ExtremeFinder> finder = FinderFor(*file, combinations);
   outputs.Write(sums, finder ? &*finder : nullptr, progress);
   return kDone;

@@ -11,6 +11,7 @@
 #include "analysis/SolveDriver.h"
 #include "kestol/ReadDeck.h"
 #include "main/ErrorChannel.h"
+#include "programs/common/FindingMessages.h"
 #include "programs/common/RunProgram.h"
 #include "programs/mpi/DistributedResults.h"
 #include "programs/mpi/DistributedSystem.h"
@@ -181,8 +182,7 @@ void MpiRun::RefuseMechanism() {
     try {
       RefuseUnsolved(*project_, kBreakdown);
     } catch (const FatalError& refusal) {
-      PrintRefusal(options_.deck, refusal, "mechanism");
-      throw ProgramEnd{kFindings};
+      EndUnsolved(options_.deck, refusal);
     }
   });
   throw ToldElsewhere();  // not reached: all processes have left

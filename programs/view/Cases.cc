@@ -6,6 +6,7 @@
 #include "kestol/combine/CaseReader.h"
 #include "kestol/combine/Superposition.h"
 #include "programs/combine/CombinationFile.h"
+#include "programs/common/FindingMessages.h"
 #include "programs/common/Messages.h"
 #include "programs/common/RunProgram.h"
 
@@ -39,14 +40,9 @@ std::vector<CaseLoads> ReadCases(Project& project, const CombinationFile& file) 
 
 void RefuseObstacles(Superposition& sums, const std::string& deck) {
   const std::vector<LoadedHinge> obstacles = sums.Obstacles();
-  for (const auto& [element, node, other] : obstacles) {
-    const std::string text = "element " + std::to_string(element) +
-                             " is loaded and hinged at its first node " + std::to_string(node) +
-                             ": write \"" + std::to_string(other) + ' ' + std::to_string(node) +
-                             '"';
-    PrintMessage({"error", text, "hinge-first", deck});
-  }
-  if (!obstacles.empty()) throw ProgramEnd{kFindings};
+  if (obstacles.empty()) return;
+  PrintLoadedHinges(deck, obstacles);
+  throw ProgramEnd{kFindings};
 }
 
 }  // namespace

@@ -1,5 +1,6 @@
 #include "programs/view/PageWriter.h"
 
+#include "programs/common/FindingJson.h"
 #include "programs/view/PageTemplate.h"
 
 namespace kestol {
@@ -24,26 +25,6 @@ Precision PrecisionFor(const std::vector<const PageBlock*>& blocks) {
   std::size_t bytes = 0;
   for (const PageBlock* block : blocks) bytes += block->reals.size() * sizeof(double);
   return bytes <= kExactBytes ? Precision::Exact : Precision::Compact;
-}
-
-void WriteNumbers(JsonWriter& json, const char* name, const std::vector<int>& numbers) {
-  json.Key(name).BeginArray();
-  for (const int number : numbers) json.Value(number);
-  json.EndArray();
-}
-
-void WriteFindings(JsonWriter& json, const std::vector<PageFinding>& findings) {
-  json.NewLine().Key("findings").BeginArray();
-  for (const PageFinding& finding : findings) {
-    json.NewLine().BeginObject().Member("code", finding.code).Member("severity", finding.severity);
-    json.Member("file", finding.file).Member("line", std::int64_t{finding.line});
-    json.Member("column", std::int64_t{finding.column});
-    json.Member("endColumn", std::int64_t{finding.endColumn}).Member("text", finding.text);
-    WriteNumbers(json, "nodes", finding.nodes);
-    WriteNumbers(json, "elements", finding.elements);
-    json.EndObject();
-  }
-  json.EndArray();
 }
 
 void WriteCombinations(JsonWriter& json, const PageContents& contents) {
@@ -75,8 +56,8 @@ void WriteHead(OutputBuffer& output, const PageContents& contents,
   json.Member("exact", precision == Precision::Exact).Member("tables", NameOf(contents.tables));
   contents.model->WriteMembers(json);
   WriteCombinations(json, contents);
-  WriteFindings(json, contents.findings);
-  json.Key("mechanisms").BeginArray().EndArray().Member("modes", 0);
+  WriteFindings(json, contents.deck, contents.findings);
+  WriteMechanisms(json, contents.mechanisms);
   json.NewLine().Key("blocks").BeginObject();
   for (const PageBlock* block : blocks) WriteBlockHead(json, *block, precision);
   json.EndObject().NewLine().Key("cases");

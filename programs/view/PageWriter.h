@@ -4,7 +4,9 @@
 #include <string>
 #include <vector>
 
+#include "kestol/Mechanisms.h"
 #include "kestol/combine/Combination.h"
+#include "kestol/findings/Finding.h"
 #include "programs/view/DeckText.h"
 #include "programs/view/PageCase.h"
 #include "programs/view/PageModel.h"
@@ -13,13 +15,6 @@ namespace kestol {
 
 /// Which tables a page offers.
 enum class Tables { None, Supports, All };
-
-/// One remark about a deck.
-struct PageFinding {
-  std::string code, severity, file, text;
-  long line = 0, column = 0, endColumn = 0;
-  std::vector<int> nodes, elements;
-};
 
 /// What a page shows: at least one case.
 struct PageContents {
@@ -30,7 +25,8 @@ struct PageContents {
   std::vector<std::string> caseNames = {};
   std::vector<PageCase> cases = {};
   std::vector<Combination> combinations = {};
-  std::vector<PageFinding> findings;
+  std::vector<Finding> findings = {};
+  const Mechanisms* mechanisms = nullptr;  ///< null: none
 };
 
 /// The page as one file: script, style and numbers inside.

@@ -360,9 +360,10 @@ xi = 0.9
         before = self.folder.names()
         end = self.folder.combine("c.toml", "--json", "out.json")
         self.assertEqual((end.status, end.out), (1, ""))
-        self.assertEqual(end.err.splitlines()[0].split(": ", 1)[1],
-                         'error: element 2 is loaded and hinged at its first node 2: write "3 2" '
-                         "[hinge-first]")
+        line = deck.splitlines().index("    2 2 3 1") + 1
+        self.assertEqual(end.err, f'portal.dat:{line}:5: error: element 2 is loaded and hinged at its '
+                                  f'first node 2: write "3 2" [hinge-first]\n{line:5} |     2 2 3 1\n'
+                                  "      |     ^\n")
         self.assertEqual(self.folder.names(), before)
         self.folder.write("portal.dat", deck.replace("    2 2 3 1", "    2 3 2 1"))
         self.assertEqual(self.folder.combine("c.toml", "--json", "out.json").status, 0)

@@ -250,7 +250,6 @@ class Refusals(Case):
         self.refused("flat.dat: error: element 6 has jacobian <=0 [model]", 2, "flat.dat")
 
     def test_rigid_motion_and_mechanism(self):
-        words = "error when solving system. Probably conditions are not correct [mechanism]"
         free = (EXAMPLES / "02-portal-frame.dat").read_text()
         self.deck("free.dat", re.sub(r"constraints\n.*?end constraints", "constraints\n1 110 0 0 0\n"
                                      "end constraints", free, flags=re.DOTALL))
@@ -284,12 +283,15 @@ nodal_point_loads
 end nodal_point_loads
 """
         self.deck("joint.dat", joint)
-        for name in ("free.dat", "joint.dat"):
+        for name, words in (("free.dat", "the supports leave the model a rigid motion [rigid-motion]\n"
+                                         "  mode 1: nodes 1-4 turn about z at (0, 0)\n"),
+                            ("joint.dat", "the model is a mechanism in 1 way [mechanism]\n"
+                                          "  mode 1: ")):
             for solver in ("auto", "gamg"):
                 run = kestol_mpi("--solver", solver, name, processes=2, cwd=self.here)
                 self.assertEqual(run.returncode, 1, (name, solver, run.stderr))
-                self.assertTrue(run.stderr.endswith(words), (name, solver, run.stderr))
-                self.assertEqual(run.stderr.count("error"), 2)
+                self.assertIn(f"{name}: error: {words}", run.stderr)
+                self.assertEqual(run.stderr.count("error"), 1)
         self.assertEqual(self.files(), ["free.dat", "joint.dat"])
 
     def test_outputs_that_cannot_be_written(self):

@@ -128,11 +128,38 @@ test('a deck with an error opens with the finding, and draws what was read', asy
   await page.close();
 });
 
-test('a model that cannot be solved opens with the finding: exit 1', async () => {
-  const text = readFileSync(cantilever, 'latin1').replace('111', '000');
+test('warnings stand in the page and are no failure', async () => {
+  const text = readFileSync(cantilever, 'latin1').replace(
+    'materials', 'materials\n7 E=2.1e11 A=1e-2 Iz=1e-5');
+  const page = await open(browser, await pageOf(deckOf(text, 'unused.dat'), {status: 0}));
+  const findings = await page.evaluate(() => window.kestol.findings);
+  assert.deepEqual(findings.map((f) => [f.code, f.severity]), [['unused', 'warning']]);
+  await page.getByRole('tab', {name: 'Findings (1)'}).click();
+  assert.match(await page.locator('#sheet').innerText(), /material 7/);
+  await page.close();
+});
+
+test('a mechanism opens with its modes, which move: exit 1', async () => {
+  const text = readFileSync(cantilever, 'latin1').replace('111', '110');
   const page = await open(browser, await pageOf(deckOf(text, 'loose.dat'), {status: 1}));
-  assert.equal(await page.evaluate(() => window.kestol.findings[0].severity), 'error');
-  assert.ok(await page.evaluate(() => window.kestol.screen('node', 2)));
+  const findings = await page.evaluate(() => window.kestol.findings);
+  assert.deepEqual(findings.map((f) => f.code), ['rigid-motion']);
+  assert.match(await page.locator('#sheet').innerText(), /a mechanism in 1 way/);
+  const place = () => page.evaluate(() => window.kestol.screen('node', 2));
+  const seen = new Set();
+  for (let k = 0; k < 20; ++k) {
+    seen.add(Math.round((await place()).y));
+    await page.waitForTimeout(100);
+  }
+  assert.ok(seen.size > 3, `the free end was seen at ${[...seen]}`);
+  const held = await page.evaluate(() => window.kestol.screen('node', 1));
+  await page.getByRole('button', {name: 'Show mode 1'}).click();
+  await page.waitForTimeout(200);
+  const still = await place();
+  await page.waitForTimeout(300);
+  assert.deepEqual(await place(), still);
+  assert.deepEqual(await page.evaluate(() => window.kestol.screen('node', 1)), held);
+  assert.deepEqual(page.noise, []);
   await page.close();
 });
 

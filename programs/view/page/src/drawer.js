@@ -34,7 +34,7 @@ function findingItem({code, severity, line, column, text, nodes, elements, file}
     button.addEventListener('click', () => select(kind, number));
     return [' ', button];
   });
-  return make('li', {}, make('span', {class: severity}, severity), ' ', make('span', {}, text),
+  return make('li', {}, make('span', {class: severity}, severity), ' ', make('span', {class: 'text'}, text),
               ' ', make('span', {class: 'where'}, `[${code}] ${where}`), ...buttons);
 }
 

@@ -1,0 +1,88 @@
+#include "programs/view/Study.h"
+
+#include <cstdio>
+#include <string>
+#include <utility>
+
+#include "analysis/Hinges.h"
+#include "main/ErrorChannel.h"
+#include "programs/common/FindingMessages.h"
+#include "programs/common/MappedDeck.h"
+#include "programs/common/Messages.h"
+
+namespace kestol {
+
+namespace {
+
+Subject LookAt(const std::string& deck, const CheckOptions& options) {
+  Subject subject;
+  subject.map = std::make_unique<SourceMap>();
+  subject.project = std::make_unique<Project>(ReadMappedDeck(deck, *subject.map));
+  subject.found = Check(*subject.project, *subject.map, options);
+  subject.found.system.reset();  // the factor is not asked for again
+  subject.results = std::move(subject.found.results);
+  return subject;
+}
+
+bool HasErrors(const Subject& subject) {
+  return subject.found.Count(Severity::Error) > 0;
+}
+
+void SolveCasesOf(Subject& subject, const ViewOptions& options, const SolveOptions& solve) {
+  subject.cases = SolveCases(*subject.project, options.deck, options.cases, solve);
+}
+
+void SolveLoadsOf(Subject& subject, const SolveOptions& solve) {
+  LinearSystem system(*subject.project, solve);
+  RequireSound(system);
+  subject.results = system.SolveDeck();
+}
+
+/// The same deck with the reason why it cannot be solved.
+Subject Unsolved(const std::string& deck, const std::string& refusal) {
+  CheckOptions search;
+  search.solve = false;
+  Subject subject = LookAt(deck, search);
+  if (HasErrors(subject)) return subject;
+  Finding& finding = subject.found.list.emplace_back();
+  finding.code = "model";
+  finding.text = refusal;
+  return subject;
+}
+
+/// With the solver and the cases that were asked for.
+void SolveAsAsked(Subject& subject, const ViewOptions& options, std::ostream* info) {
+  const SolveOptions solve{.solver = options.solver, .info = info};
+  try {
+    if (options.cases.empty())
+      SolveLoadsOf(subject, solve);
+    else
+      SolveCasesOf(subject, options, solve);
+  } catch (const FatalError& refusal) {
+    if (refusal.Line() > 0) throw;  // of a case's file: the deck has been read
+    subject = Unsolved(options.deck, std::string(PlainWords(refusal.what())));
+  }
+}
+
+void TellErrors(const Subject& subject, const std::string& deck) {
+  const bool colour = WantsColour(stderr);
+  for (const Finding& finding : subject.found.list)
+    if (finding.severity == Severity::Error)
+      std::fputs(FindingText(deck, finding, colour).c_str(), stderr);
+}
+
+}  // namespace
+
+Subject Study(const ViewOptions& options, std::ostream* info) {
+  // The check solves by the direct solver; then its solution is the one that is shown.
+  CheckOptions look;
+  look.condition = options.cases.empty();
+  look.assemble = options.cases.empty() && options.solver == SolverName::Direct;
+  Subject subject = LookAt(options.deck, look);
+  if (!HasErrors(subject) && !subject.results) SolveAsAsked(subject, options, info);
+  TellErrors(subject, options.deck);
+  if (HasErrors(subject)) PrepareHinges(*subject.project);
+  return subject;
+}
+
+}  // namespace kestol
