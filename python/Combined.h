@@ -37,6 +37,8 @@ public:
   /// Whether the loads on the model can be added up; SolveCases refuses them otherwise.
   bool AddsUp() { return sums_->Obstacles().empty(); }
 
+  LinearSystem& System() { return sums_->System(); }
+
   /// Solves every case.
   void SolveCases() { sums_->Solve(); }
 

@@ -14,11 +14,13 @@
 
 #include "kestol/CopyModel.h"
 #include "kestol/LinearSystem.h"
+#include "kestol/Mechanisms.h"
 #include "kestol/ModelBuilder.h"
 #include "kestol/ReadDeck.h"
 #include "kestol/WriteDeck.h"
 #include "programs/common/OutputFile.h"
 #include "python/Arrays.h"
+#include "python/Checking.h"
 #include "python/Combined.h"
 #include "python/Refusals.h"
 #include "python/Solution.h"
@@ -134,10 +136,8 @@ SolveOptions OptionsFor(const std::string& solver, bool renumber) {
 Results SolveSystem(Project& project, const SolveOptions& options) {
   auto system = Guard("model", [&] { return std::make_unique<LinearSystem>(project, options); });
   const ReaVecT loads = Guard("model", [&] { return system->DeckLoads(); });
-  return Guard("mechanism", [&] {
-    system->Factorise();
-    return system->Solve(loads);
-  });
+  if (!Guard("model", [&] { return IsSound(*system); })) RaiseMechanism(*system);
+  return Guard("mechanism", [&] { return system->Solve(loads); });
 }
 
 std::shared_ptr<Solution> Solve(ModelBuilder& builder, const std::string& solver, int stations,
@@ -198,6 +198,8 @@ std::shared_ptr<Combined> SolveCases(ModelBuilder& builder,
     return std::make_shared<Combined>(CopyModel(builder.Model()), sources, names, factors, options);
   });
   const bool addsUp = Guard("model", [&] { return combined->AddsUp(); });
+  if (addsUp && !Guard("model", [&] { return IsSound(combined->System()); }))
+    RaiseMechanism(combined->System());
   Guard(addsUp ? "mechanism" : "hinge-first", [&] { combined->SolveCases(); });
   return combined;
 }
@@ -229,7 +231,7 @@ void BindModel(py::module_& module) {
            "dimension"_a)
       .def("copy",
            [](const ModelBuilder& b) {
-             return std::make_unique<ModelBuilder>(CopyModel(b.Model()));
+             return std::make_unique<ModelBuilder>(CopyModel(b.Model()), b.IsChanged());
            })
       .def("say", [](ModelBuilder& b,
                      const std::string& statement) { Guard("syntax", [&] { b.Say(statement); }); })
@@ -245,6 +247,7 @@ void BindModel(py::module_& module) {
            })
       .def("add_elements", AddElements)
       .def("check", [](ModelBuilder& b) { Guard("model", [&] { b.Check(); }); })
+      .def_property_readonly("is_changed", &ModelBuilder::IsChanged)
       .def("text", TextOf)
       .def("write", WriteTo)
       .def("positions", PositionsOf)
@@ -310,6 +313,20 @@ PYBIND11_MODULE(_kestol, module) {
   module.def("read_text", ReadText, "text"_a, "name"_a);
   module.def("solve", Solve, "model"_a, "solver"_a, "stations"_a, "renumber"_a);
   module.def("combine", SolveCases, "model"_a, "cases"_a, "names"_a, "factors"_a, "solver"_a);
+  module.def(
+      "check_file",
+      [](const std::string& path, bool solve, bool condition, int mechanisms,
+         const std::vector<std::string>& disabled) {
+        return CheckFile(path, {solve, condition, mechanisms, disabled});
+      },
+      "path"_a, "solve"_a, "condition"_a, "mechanisms"_a, "disabled"_a);
+  module.def(
+      "check_text",
+      [](const std::string& text, const std::string& name, bool solve, bool condition,
+         int mechanisms, const std::vector<std::string>& disabled) {
+        return CheckText(text, name, {solve, condition, mechanisms, disabled});
+      },
+      "text"_a, "name"_a, "solve"_a, "condition"_a, "mechanisms"_a, "disabled"_a);
   module.def("value_names", ValueNamesOfKinds);
   module.def("direct_solver_is_built", DirectSolverIsBuilt);
   module.attr("version") = KESTOL_VERSION;

@@ -11,6 +11,9 @@
 
 namespace kestol {
 
+/// Text for Python. Texts of a deck may hold any bytes.
+pybind11::object Decoded(std::string_view bytes);
+
 /// Raises kestol.Error with the text, without the word "error: " at its front and the line end.
 /// Where `file` is empty and `line` is 0 they are None.
 [[noreturn]] void RaiseError(std::string_view text, std::string_view file, long line,

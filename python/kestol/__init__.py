@@ -17,6 +17,7 @@ array([1], dtype=int32)
 from __future__ import annotations
 
 from . import _kestol
+from .checking import Finding, check
 from .combining import Combined, Envelope, combine
 from .errors import Error
 from .model import Model, read, read_text
@@ -26,8 +27,9 @@ from .solving import solve, solve_many
 __version__: str = _kestol.version
 
 __all__ = [
-    "Beam", "Beams", "Combined", "Envelope", "Error", "Model", "Results", "Shells", "Solids",
-    "combine", "direct_solver_is_built", "read", "read_text", "solve", "solve_many",
+    "Beam", "Beams", "Combined", "Envelope", "Error", "Finding", "Model", "Results", "Shells",
+    "Solids", "check", "combine", "direct_solver_is_built", "read", "read_text", "solve",
+    "solve_many",
 ]
 
 

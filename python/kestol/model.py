@@ -427,6 +427,11 @@ class Model:
         """The model as a deck, in the units of the results. Reading it gives the same model."""
         return self._builder.text()
 
+    def _unchanged_deck(self) -> str | None:
+        """The path of the deck that still says the same."""
+        same = not self._builder.is_changed and os.path.isfile(self.name)
+        return self.name if same else None
+
     def write(self, path: Path) -> None:
         """Writes the model as a deck. A file that was read is not overwritten."""
         self._builder.write(os.fspath(path), self._inputs())
