@@ -167,8 +167,7 @@ void RefuseHeading(SourceMap& map, MeshWordNumber which, const std::string& text
   const bool isRefused = std::any_of(all.begin(), all.end(), [&](const SourceMap::Refusal& other) {
     return other.record.kind == RecordKind::MeshWord && other.record.offset == offset;
   });
-  if (!isRefused)
-    map.Refuse({RecordKind::MeshWord, which, offset}, Cause::OtherHeading, text);
+  if (!isRefused) map.Refuse({RecordKind::MeshWord, which, offset}, Cause::OtherHeading, text);
 }
 
 /// Whether the numbers that the lines begin with are those of records, one after the other.
@@ -179,6 +178,19 @@ bool AreNumbered(const std::vector<Numbers>& lines) {
 }
 
 }  // namespace
+
+int FewestNodes(int elemType) {
+  switch (elemType) {
+    case Linear:
+      return 2;
+    case Triangle:
+      return 3;
+    case Hexahedra:
+      return 8;
+    default:
+      return 4;
+  }
+}
 
 int UsualElemType(int nnode) {
   if (nnode == 2) return Linear;

@@ -18,6 +18,9 @@ void CorrectDimension(Mesh& mesh, TextInput& input, SourceMap& map);
 /// Behind the keyword of the elements: takes the number of nodes that they are written for.
 void CorrectNodesPerElement(Mesh& mesh, TextInput& input, SourceMap& map);
 
+/// Nodes of the smallest element of a type.
+int FewestNodes(int elemType);
+
 /// The type of which most meshes with so many nodes per element are.
 int UsualElemType(int nnode);
 

@@ -210,10 +210,13 @@ void ReadMaterials(Plex<Material>& materials, TextInput& input, const Units* uni
                    SourceMap* map) {
   const RecordList list{input, map, RecordKind::Material, input.RecordOffset()};
   ReadRecords(list, [&](int number) {
-    auto material = std::make_unique<Material>();
-    material->number = number;
-    material->ReadDefinition(ReadRestOfLine(input).value_or(""), units);
-    materials.Insert(number, std::move(material));
+    auto read = std::make_unique<Material>();
+    Material& material = *read;
+    material.number = number;
+    // A material that is given up exists: what refers to it is read on.
+    if (map != nullptr) materials.Insert(number, std::move(read));
+    material.ReadDefinition(ReadRestOfLine(input).value_or(""), units);
+    if (map == nullptr) materials.Insert(number, std::move(read));
   });
   TakeEnd(list);
 }

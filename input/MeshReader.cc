@@ -56,29 +56,53 @@ void ReadDimension(Mesh& mesh, TextInput& input) {
 }
 
 /// The heading of a block, gone on with as far as what was meant can be told.
-void ReadMappedHeading(Mesh& mesh, const MeshInput& deck) {
-  TextInput& input = deck.input;
-  SourceMap& map = *deck.map;
-  const auto read = [&](MeshWordNumber which, auto reader) {
-    FindMeshWord(deck, which);
+class MappedHeading {
+public:
+  MappedHeading(Mesh& mesh, const MeshInput& deck) : mesh_(mesh), deck_(deck), map_(*deck.map) {}
+
+  void Read() {
+    if (!Take(DimensionWord, [&] { ReadDimension(mesh_, deck_.input); }))
+      mesh_.dimension = map_.dimension == 2 ? 2 : 3;
+    const bool isTyped =
+        Take(ElemtypeWord, [&] { mesh_.elemType = Mesh::ParseElemType(ReadWord(deck_.input)); });
+    const bool isCounted = Take(NnodeWord, [&] { mesh_.nnode = ReadAtDigit(deck_.input); });
+    if (!isCounted) mesh_.nnode = isTyped ? FewestNodes(mesh_.elemType) : 2;
+    if (!isTyped) mesh_.elemType = UsualElemType(mesh_.nnode);
+    mesh_.SetFemviewType();
+  }
+
+private:
+  /// Reads the value of a word; false when it is missing or its value is refused.
+  template <class Reader>
+  bool Take(MeshWordNumber which, Reader reader) {
+    const bool isFound = RefuseInto(map_, {RecordKind::MeshWord, which, deck_.input.RecordOffset()},
+                                    [&] { Find(which); });
+    if (!isFound) return false;
     const bool accepted =
-        RefuseInto(map, {RecordKind::MeshWord, which, input.RecordOffset()}, reader);
+        RefuseInto(map_, {RecordKind::MeshWord, which, deck_.input.RecordOffset()}, reader);
     // At the end of the deck there is nothing more to say.
-    if (!accepted && input.Peek() == TextInput::kEnd) throw GivenUp{SourceMap::Cause::Reader, {}};
+    if (!accepted && deck_.input.Peek() == TextInput::kEnd)
+      throw GivenUp{SourceMap::Cause::Reader, {}};
     return accepted;
-  };
-  if (!read(DimensionWord, [&] { ReadDimension(mesh, input); }))
-    mesh.dimension = map.dimension == 2 ? 2 : 3;
-  const bool isTyped =
-      read(ElemtypeWord, [&] { mesh.elemType = Mesh::ParseElemType(ReadWord(input)); });
-  FindMeshWord(deck, NnodeWord);
-  mesh.nnode = ReadAtDigit(input);
-  if (!isTyped) mesh.elemType = UsualElemType(mesh.nnode);
-  mesh.SetFemviewType();
-}
+  }
+  /// One word that is missing is said; with more of them there is no block.
+  void Find(MeshWordNumber which) {
+    try {
+      FindMeshWord(deck_, which);
+    } catch (const GivenUp& refusal) {
+      if (std::exchange(isRefused_, true)) throw GivenUp{refusal.cause, {}};
+      throw;
+    }
+  }
+
+  Mesh& mesh_;
+  const MeshInput& deck_;
+  SourceMap& map_;
+  bool isRefused_ = false;
+};
 
 void ReadHeading(Mesh& mesh, const MeshInput& deck) {
-  if (deck.map != nullptr) return ReadMappedHeading(mesh, deck);
+  if (deck.map != nullptr) return MappedHeading(mesh, deck).Read();
   TextInput& input = deck.input;
   FindMeshWord(deck, DimensionWord);
   ReadDimension(mesh, input);

@@ -51,7 +51,7 @@ void FindSharedHinges(Inspection& deck) {
   for (const auto& mesh : project.meshes) {
     if (mesh->nnode != 2) continue;
     for (const auto [number, elem] : mesh->elems)
-      for (int i = 0; i < 2; ++i)
+      for (int i = 0; i < 2 && !deck.IsSpoilt(RecordKind::Element, number); ++i)
         if (elem->nodes[i] != nullptr && elem->nodes[i]->rotule != 0)
           beams[elem->nodes[i]->number].push_back(number);
   }

@@ -3,7 +3,6 @@
 #include <algorithm>
 
 #include "input/ProjectReader.h"
-#include "kestol/findings/Geometry.h"
 #include "main/ErrorChannel.h"
 #include "output/NumberText.h"
 
@@ -83,18 +82,13 @@ bool Inspection::IsSpoilt(RecordKind kind, int number) const {
 
 bool Inspection::AnyLostElement() const {
   if (Unnumbered(RecordKind::Element) > 0) return true;
-  const auto isUnknown = [](const SourceMap::Refusal& refusal) {
-    return refusal.cause == SourceMap::Cause::UnknownNode;
+  // A material of its own that is refused leaves an element its nodes.
+  const auto isLost = [](const SourceMap::Refusal& refusal) {
+    return refusal.record.kind == RecordKind::Element &&
+           refusal.message.find("aterial") == std::string::npos &&
+           refusal.message.find("Unit name") == std::string::npos;
   };
-  if (std::any_of(map.Refusals().begin(), map.Refusals().end(), isUnknown)) return true;
-  return std::any_of(spoilt_.begin(), spoilt_.end(), [&](const auto& record) {
-    const auto& meshes = project.meshes;
-    return record.first == RecordKind::Element &&
-           std::none_of(meshes.begin(), meshes.end(), [n = record.second](const auto& mesh) {
-             const Elem* const elem = mesh->elems.Get(n);
-             return elem != nullptr && IsWhole(*elem);
-           });
-  });
+  return std::any_of(map.Refusals().begin(), map.Refusals().end(), isLost);
 }
 
 Place PlaceOfMeshWord(const Inspection& deck, std::size_t index, MeshWordNumber which) {

@@ -280,6 +280,7 @@ bool IsOfTypedSection(RecordKind kind) {
 }
 
 void FindRefusals(Inspection& deck) {
+  if (deck.project.meshes.empty()) SpoilMesh(deck);
   for (const Refusal& refusal : deck.map.Refusals()) AddRefusal(deck, refusal);
 }
 

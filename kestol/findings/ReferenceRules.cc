@@ -34,7 +34,7 @@ public:
     auto found = asked_.find(number);
     if (found == asked_.end()) {
       // A record whose number could not be read may be this one.
-      if (spare_ > 0 && number <= highest_) {
+      if (spare_ > 0 && number >= 1 && number <= highest_) {
         --spare_;
         deck_.Spoil(kind_, number, Finding::kNowhere);
         return false;
