@@ -43,13 +43,13 @@ void ScaleToOne(ReaVecT& z) {
   for (double& entry : z) entry /= largest;
 }
 
-MechanismMode ModeOf(const Project& project, const Parts& parts, ReaVecT z, bool isRigid,
-                     double ritz) {
+MechanismMode ModeOf(const Project& project, const Parts& parts, ReaVecT z,
+                     const RigidMotion* rigid, double ritz) {
   ScaleToOne(z);
   MechanismMode mode;
-  mode.isRigid = isRigid;
+  mode.isRigid = rigid != nullptr;
   mode.ritz = ritz;
-  DescribeMode(project, parts, z, mode);
+  DescribeMode(project, parts, z, rigid, mode);
   return mode;
 }
 
@@ -98,14 +98,15 @@ Mechanisms Describe(const Project& project, const Parts& parts, const ScaledSyst
       scaled(SparseModes(scaled(null, size), scaled(rigid, size)), 1.0 / size);
   Mechanisms result;
   result.count = static_cast<int>(rigid.size() + rest.size());
-  const auto add = [&](const ReaVecT& z, int part) {
+  const auto add = [&](const ReaVecT& z, const RigidMotion* motion) {
     const double ritz = A == nullptr ? 0.0 : RitzValueOf(*A, z);
-    result.modes.push_back(ModeOf(project, parts, z, part >= 0, ritz));
-    result.modes.back().part = std::max(part, 0);
-    result.modes.back().isWhole = part >= 0 && parts.Count() == 1;
+    result.modes.push_back(ModeOf(project, parts, z, motion, ritz));
+    if (motion == nullptr) return;
+    result.modes.back().part = motion->part;
+    result.modes.back().isWhole = parts.Count() == 1;
   };
-  for (std::size_t m = 0; m < rigid.size(); ++m) add(rigid[m], motions[m].part);
-  for (const ReaVecT& z : rest) add(z, -1);
+  for (std::size_t m = 0; m < rigid.size(); ++m) add(rigid[m], &motions[m]);
+  for (const ReaVecT& z : rest) add(z, nullptr);
   std::stable_sort(result.modes.begin() + static_cast<std::ptrdiff_t>(rigid.size()),
                    result.modes.end(), MovesFewerNodes);
   const auto most = static_cast<std::size_t>(std::max(explained, 0));

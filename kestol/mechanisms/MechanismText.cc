@@ -7,6 +7,7 @@
 #include <numeric>
 #include <set>
 
+#include "kestol/mechanisms/Bodies.h"
 #include "output/NumberText.h"
 
 namespace kestol {
@@ -102,6 +103,14 @@ std::string MotionText(const Project& project, const RigidMotion& motion, bool i
   return text;
 }
 
+/// The distance of the farthest node.
+double SizeOf(const Parts& parts, const std::vector<int>& nodes, const Vector3& center) {
+  double size = 1e-300;
+  for (const int index : nodes)
+    size = std::max(size, Norm(Minus(PositionOf(parts.NodeAt(index)), center)));
+  return size;
+}
+
 /// The moving nodes of a mode and what hangs on them.
 class Mover {
 public:
@@ -121,31 +130,10 @@ public:
   }
 
   const std::vector<int>& Moving() const { return moving_; }
+  double Noise() const { return noise_; }
   bool Moves(int index) const { return Slides(index) || Turns(index); }
   bool Slides(int index) const { return Norm(TranslationOf(project_, z_, index)) > noise_; }
   bool Turns(int index) const { return Norm(RotationOf(project_, z_, index)) > noise_; }
-
-  /// Bodies: nodes that elements join and that move as one.
-  std::vector<std::vector<int>> Bodies() const {
-    std::map<int, int> parent;
-    for (const int index : moving_) parent[index] = index;
-    const auto root = [&](int i) {
-      while (parent[i] != i) i = parent[i] = parent[parent[i]];
-      return i;
-    };
-    for (const auto& mesh : project_.meshes)
-      for (const auto [number, elem] : mesh->elems)
-        for (int i = 1; i < elem->nnode; ++i) {
-          const int a = elem->nodes[0]->number, b = elem->nodes[i]->number;
-          if (parent.contains(a) && parent.contains(b) && MoveTogether(a, b))
-            parent[root(a)] = root(b);
-        }
-    std::map<int, std::vector<int>> bodies;
-    for (const int index : moving_) bodies[root(index)].push_back(index);
-    std::vector<std::vector<int>> list;
-    for (auto& [r, nodes] : bodies) list.push_back(std::move(nodes));
-    return list;
-  }
 
   /// Numbers of the input; created nodes are left out.
   std::vector<int> Numbers(const std::vector<int>& indices) const {
@@ -166,7 +154,7 @@ public:
         const int a = elem->nodes[0]->number, b = elem->nodes[1]->number;
         const Vector3 d = Minus(PositionOf(*elem->nodes[1]), PositionOf(*elem->nodes[0]));
         const Vector3 du = Minus(TranslationOf(project_, z_, b), TranslationOf(project_, z_, a));
-        if (Norm(du) <= noise_ || MoveTogether(a, b)) continue;
+        if (Norm(du) <= noise_ || MoveTogether(project_, parts_, z_, a, b, noise_)) continue;
         const Vector3 turn = Times(Cross(d, du), 1.0 / Dot(d, d));
         if (beams.empty()) axis = turn;
         beams.push_back(number);
@@ -176,16 +164,6 @@ public:
   }
 
 private:
-  bool MoveTogether(int a, int b) const {
-    const Vector3 ra = RotationOf(project_, z_, a), rb = RotationOf(project_, z_, b);
-    const Vector3 d = Minus(PositionOf(parts_.NodeAt(b)), PositionOf(parts_.NodeAt(a)));
-    const Vector3 du = Minus(TranslationOf(project_, z_, b), TranslationOf(project_, z_, a));
-    const bool hasRotations = IsPlaneFrame(project_) || project_.dofsPerNode == 6;
-    if (!hasRotations) return true;  // a solid element without resistance moves as one
-    return Norm(Minus(ra, rb)) <= 10 * noise_ &&
-           Norm(Minus(du, Cross(ra, d))) <= 10 * noise_ * (1.0 + Norm(d));
-  }
-
   const Project& project_;
   const Parts& parts_;
   const ReaVecT& z_;
@@ -194,18 +172,16 @@ private:
 };
 
 std::string BodyText(const Project& project, const Parts& parts, const Mover& mover,
-                     const std::vector<int>& body, const ReaVecT& z) {
-  const std::vector<int> numbers = mover.Numbers(body);
+                     const Body& body, const ReaVecT& z) {
+  std::vector<int> nodes = body.moving;
+  nodes.insert(nodes.end(), body.still.begin(), body.still.end());
   double misfit = 0.0;
-  const RigidMotion motion = FitRigidMotion(project, parts, body, z, misfit);
-  double size = 0.0;
-  for (const int index : body)
-    size = std::max(size, Norm(Minus(PositionOf(parts.NodeAt(index)), motion.center)));
+  const RigidMotion motion = FitRigidMotion(project, parts, nodes, z, misfit);
+  const std::vector<int> numbers = mover.Numbers(body.moving);
   const std::string who = NodesText(numbers) + " ";
   const bool isPlural = numbers.size() != 1;
-  const char* const s = isPlural ? "" : "s";
-  if (body.size() == 1) {
-    const int index = body[0];
+  if (nodes.size() == 1) {
+    const int index = nodes[0];
     std::string text = who;
     if (mover.Slides(index))
       text += "moves along " + Direction(project, TranslationOf(project, z, index));
@@ -214,8 +190,8 @@ std::string BodyText(const Project& project, const Parts& parts, const Mover& mo
               Direction(project, RotationOf(project, z, index));
     return text;
   }
-  if (misfit > kSmall) return who + std::string("move") + s + " in different ways";
-  return who + MotionText(project, motion, isPlural, std::max(size, 1e-300));
+  if (misfit > kSmall) return who + (isPlural ? "move" : "moves") + " in different ways";
+  return who + MotionText(project, motion, isPlural, SizeOf(parts, nodes, motion.center));
 }
 
 /// Bodies of one node that move alike are said together.
@@ -223,15 +199,16 @@ std::vector<std::string> BodyLines(const Project& project, const Parts& parts, c
                                    const ReaVecT& z) {
   std::vector<std::string> lines;
   std::map<std::string, std::vector<int>> single;
-  for (const std::vector<int>& body : mover.Bodies()) {
-    if (mover.Numbers(body).empty()) continue;
+  for (const Body& body : BodiesOf(project, parts, z, mover.Moving(), mover.Noise())) {
+    const std::vector<int> numbers = mover.Numbers(body.moving);
+    if (numbers.empty()) continue;
     const std::string text = BodyText(project, parts, mover, body, z);
-    if (body.size() > 1) {
+    if (numbers.size() > 1 || !body.still.empty()) {
       lines.push_back(text);
       continue;
     }
     const std::size_t begin = text.find(' ', text.find(' ') + 1) + 1;
-    single[text.substr(begin)].push_back(mover.Numbers(body)[0]);
+    single[text.substr(begin)].push_back(numbers[0]);
   }
   for (const auto& [motion, nodes] : single) {
     std::string text = motion;
@@ -276,7 +253,7 @@ std::string NodesText(std::vector<int> numbers) {
 }
 
 void DescribeMode(const Project& project, const Parts& parts, const ReaVecT& z,
-                  MechanismMode& mode) {
+                  const RigidMotion* rigid, MechanismMode& mode) {
   const Mover mover(project, parts, z);
   for (const int index : mover.Moving())
     if (const int number = project.ExternalNumber(index); number <= project.nodesAsRead)
@@ -284,8 +261,14 @@ void DescribeMode(const Project& project, const Parts& parts, const ReaVecT& z,
           {number, TranslationOf(project, z, index), RotationOf(project, z, index)});
   std::sort(mode.motion.begin(), mode.motion.end(),
             [](const NodeMotion& a, const NodeMotion& b) { return a.node < b.node; });
-  mode.text = BodyLines(project, parts, mover, z);
-  if (!mode.isRigid) {
+  if (rigid != nullptr) {
+    const std::vector<int>& nodes = parts.NodesOf(rigid->part);
+    const std::vector<int> numbers = mover.Numbers(nodes);
+    mode.text = {
+        NodesText(numbers) + " " +
+        MotionText(project, *rigid, numbers.size() != 1, SizeOf(parts, nodes, rigid->center))};
+  } else {
+    mode.text = BodyLines(project, parts, mover, z);
     Vector3 axis{};
     const std::vector<int> beams = mover.TurningBeams(axis);
     if (!beams.empty() && Norm(axis) > 0.0)

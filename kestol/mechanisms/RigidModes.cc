@@ -51,6 +51,7 @@ Six TranslationRow(const PartFrame& frame, const Node& node, const Vector3& dire
 /// Rows of what holds the part: one per prescribed degree and per spring.
 std::vector<Six> HoldingRows(const Project& project, const Parts& parts, int part,
                              const PartFrame& frame) {
+  constexpr double kAlong = 1e-6;
   std::vector<Six> rows;
   const bool isPlane = IsPlaneFrame(project);
   for (const int index : parts.NodesOf(part)) {
@@ -74,6 +75,7 @@ std::vector<Six> HoldingRows(const Project& project, const Parts& parts, int par
         rows.push_back(TranslationRow(frame, node, directions[d]));
       } else {
         const Vector3 axis = isPlane ? Vector3{0.0, 0.0, 1.0} : directions[d - 3];
+        if (Norm(parts.Felt(index, axis)) < kAlong) continue;  // it holds nothing
         rows.push_back({0.0, 0.0, 0.0, axis[0], axis[1], axis[2]});
       }
     }
@@ -159,9 +161,10 @@ ReaVecT DisplacementsOf(const Project& project, const Parts& parts, const RigidM
       z(first + 2) = motion.rotation[2];
       continue;
     }
+    const Vector3 rotation = parts.Felt(index, motion.rotation);
     for (int d = 0; d < 3; ++d) {
       z(first + d) = u[d];
-      if (dofs == 6) z(first + 3 + d) = motion.rotation[d];
+      if (dofs == 6) z(first + 3 + d) = rotation[d];
     }
   }
   return z;
@@ -241,8 +244,8 @@ RigidMotion FitRigidMotion(const Project& project, const Parts& parts,
     largest = std::max({largest, Norm(u), Norm(motion.rotation) * frame.size});
     worst = std::max(worst, Norm(Minus(u, fitted)));
     if (!HasRotations(project)) continue;
-    const Vector3 rotation = RotationOf(project, z, index);
-    worst = std::max(worst, Norm(Minus(rotation, motion.rotation)) * frame.size);
+    const Vector3 rest = Minus(RotationOf(project, z, index), motion.rotation);
+    worst = std::max(worst, Norm(parts.Felt(index, rest)) * frame.size);
   }
   misfit = largest > 0.0 ? worst / largest : 0.0;
   return motion;
