@@ -127,7 +127,22 @@ void Order(std::vector<Finding>& findings) {
                    [](const Finding& a, const Finding& b) { return a.offset < b.offset; });
 }
 
-/// Puts the number of the line where a text mentions a place.
+/// "line 5", "lines 22-24, 30".
+std::string LinesText(std::vector<long> lines) {
+  std::sort(lines.begin(), lines.end());
+  lines.erase(std::unique(lines.begin(), lines.end()), lines.end());
+  std::vector<std::string> ranges;
+  for (std::size_t first = 0, last = 0; first < lines.size(); first = ++last) {
+    while (last + 1 < lines.size() && lines[last + 1] == lines[last] + 1) ++last;
+    ranges.push_back(std::to_string(lines[first]));
+    if (last > first) ranges.back().append("-").append(std::to_string(lines[last]));
+  }
+  std::string text = lines.size() == 1 ? "line " : "lines ";
+  for (std::size_t i = 0; i < ranges.size(); ++i) text += (i > 0 ? ", " : "") + ranges[i];
+  return text;
+}
+
+/// Puts lines where a text mentions places.
 void FillMentions(const SourceMap& map, std::vector<Finding>& findings) {
   std::vector<Finding> places;
   for (const Finding& finding : findings)
@@ -150,6 +165,12 @@ void FillMentions(const SourceMap& map, std::vector<Finding>& findings) {
       const auto which = static_cast<std::size_t>(text[at + 1] - '0');
       text.replace(at, 2, std::to_string(lineAt(mentions[which])));
     }
+    const std::size_t begin = text.find(kLines), end = text.find(kLines, begin + 1);
+    if (begin == std::string::npos || end == std::string::npos) return;
+    std::vector<long> lines;
+    for (std::size_t i = begin + 1; i < end; ++i)
+      lines.push_back(lineAt(mentions[static_cast<std::size_t>(text[i] - '0')]));
+    text.replace(begin, end + 1 - begin, LinesText(std::move(lines)));
   };
   for (Finding& finding : findings) {
     if (finding.mentions.empty()) continue;

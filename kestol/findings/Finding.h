@@ -12,6 +12,8 @@ enum class Severity { Warning, Error };
 /// In the text of a finding under way: with the character behind it, from '0', it stands for the
 /// line of one of its mentions.
 constexpr char kLineNumber = '\1';
+/// Between two of these such characters stand for the lines of all of their mentions.
+constexpr char kLines = '\2';
 
 /// Something that is wrong with a deck, or suspicious.
 struct Finding {

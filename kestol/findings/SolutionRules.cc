@@ -63,29 +63,20 @@ void AddRefusal(Inspection& deck, const std::string& text) {
 
 namespace {
 
-/// "hinges at nodes 3 and 5 (lines 22 and 23)": the lines as mentions, which are filled in later.
+/// "hinges at nodes 3 and 5 (lines 22-23)".
 std::string CauseText(const Inspection& deck, const char* what, RecordKind kind,
                       const std::vector<int>& nodes, Finding& finding) {
-  constexpr std::size_t kMostMentions = 64, kMostHere = 4;
-  std::vector<std::uint64_t> offsets;
-  for (std::size_t i = 0; i < nodes.size() && i < kMostHere; ++i) {
-    const Place place = deck.PlaceOfRecord(kind, nodes[i]);
-    const bool fits = finding.mentions.size() + offsets.size() < kMostMentions;
-    if (place.offset != Finding::kNowhere && fits) offsets.push_back(place.offset);
-  }
-  std::sort(offsets.begin(), offsets.end());
+  constexpr std::size_t kMostMentions = 70, kMostHere = 8;
   std::string text =
       std::string(what) + (nodes.size() == 1 ? " at node " : " at nodes ") + ListText(nodes, 8);
-  for (std::size_t i = 0; i < offsets.size(); ++i) {
-    if (i == 0)
-      text += offsets.size() == 1 ? " (line " : " (lines ";
-    else
-      text += i + 1 == offsets.size() ? " and " : ", ";
-    text += kLineNumber;
-    text += static_cast<char>('0' + finding.mentions.size());
-    finding.mentions.push_back(offsets[i]);
+  std::string lines;
+  for (std::size_t i = 0; i < nodes.size() && i < kMostHere; ++i) {
+    const Place place = deck.PlaceOfRecord(kind, nodes[i]);
+    if (place.offset == Finding::kNowhere || finding.mentions.size() == kMostMentions) continue;
+    lines += static_cast<char>('0' + finding.mentions.size());
+    finding.mentions.push_back(place.offset);
   }
-  if (!offsets.empty()) text += ')';
+  if (!lines.empty()) text += std::string(" (") + kLines + lines + kLines + ")";
   return text;
 }
 
