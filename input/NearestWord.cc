@@ -42,8 +42,10 @@ std::string_view NearestWord(std::string_view written, std::span<const std::stri
   int distance = apart + 1;
   for (const std::string_view word : words) {
     const int d = LettersApart(written, word);
-    const bool alike = 2 * d < static_cast<int>(std::max(word.size(), written.size()));
-    if (alike && d < distance) {
+    // One letter off is near enough for words of two.
+    const int longest = static_cast<int>(std::max(word.size(), written.size()));
+    const bool isAlike = d == 1 ? longest > 1 : 2 * d < longest;
+    if (isAlike && d < distance) {
       nearest = word;
       distance = d;
     }

@@ -285,7 +285,7 @@ end nodal_point_loads
         self.deck("joint.dat", joint)
         for name, words in (("free.dat", "the supports leave the model a rigid motion [rigid-motion]\n"
                                          "  mode 1: nodes 1-4 turn about z at (0, 0)\n"),
-                            ("joint.dat", "the model is a mechanism in 1 way [mechanism]\n"
+                            ("joint.dat", "the model is a mechanism in 2 ways [mechanism]\n"
                                           "  mode 1: ")):
             for solver in ("auto", "gamg"):
                 run = kestol_mpi("--solver", solver, name, processes=2, cwd=self.here)

@@ -15,7 +15,8 @@ CODES = pathlib.Path(__file__).parents[1] / "check" / "decks"
 
 
 def by_program(path, *options):
-    run = subprocess.run([PROGRAM, "--format", "json", *options, path], capture_output=True, text=True)
+    run = subprocess.run([PROGRAM, "--format", "json", *options, path], capture_output=True,
+                         text=True)
     return json.loads(run.stdout)["findings"]
 
 
@@ -28,9 +29,9 @@ def test_every_kind_of_finding(deck):
     found = kestol.check(deck)
     assert found
     wanted = by_program(deck)
-    assert [(f.code, f.severity, f.text, f.file, *place(f), f.nodes, f.elements) for f in found] == [
-        (f["code"], f["severity"], f["text"], f["file"], f["line"], f["column"], f["endColumn"],
-         f["nodes"], f["elements"]) for f in wanted]
+    members = ("code", "severity", "text", "file", "line", "column", "endColumn", "nodes", "elements")
+    assert [(f.code, f.severity, f.text, f.file, *place(f), f.nodes, f.elements)
+            for f in found] == [tuple(f[member] for member in members) for f in wanted]
 
 
 def test_a_sound_model_has_none():
