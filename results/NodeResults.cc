@@ -83,7 +83,7 @@ NodeForces LoadOn(const Project& project, const Results& results, int nodeNumber
   return LoadOn(project, results, NodeOfNumber(project, nodeNumber));
 }
 
-NodeForces SupportForce(const Project& project, const Results& results, const Node& node) {
+NodeForces SupportForceInItsAxes(const Project& project, const Results& results, const Node& node) {
   if (!IsHeld(project, node)) return {};
   const NodeForces internal = EntriesOf(project, results.internalForces, node);
   const NodeForces load = LoadOn(project, results, node);
@@ -93,7 +93,12 @@ NodeForces SupportForce(const Project& project, const Results& results, const No
   const Constraint& support = *node.constraint;
   for (int d = 0; d < project.dofsPerNode; ++d)
     if (d >= support.dofs || !support.IsConstrained(d)) Component(project, held, d) = 0.0;
-  return IsTurned(node) ? Turned(AxesOf(support), held) : held;
+  return held;
+}
+
+NodeForces SupportForce(const Project& project, const Results& results, const Node& node) {
+  const NodeForces held = SupportForceInItsAxes(project, results, node);
+  return IsTurned(node) ? Turned(AxesOf(*node.constraint), held) : held;
 }
 
 NodeForces SupportForce(const Project& project, const Results& results, int nodeNumber) {

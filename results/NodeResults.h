@@ -39,6 +39,8 @@ NodeForces LoadOn(const Project& project, const Results& results, int nodeNumber
 /// springs, nothing along the others. Needs results.internalForces.
 NodeForces SupportForce(const Project& project, const Results& results, const Node& node);
 NodeForces SupportForce(const Project& project, const Results& results, int nodeNumber);
+/// The same in the axes of the support; what it leaves free is exactly 0.
+NodeForces SupportForceInItsAxes(const Project& project, const Results& results, const Node& node);
 
 /// A force and a moment at a node in the axes of its support.
 NodeForces InSupportAxes(const Node& node, const NodeForces& global);

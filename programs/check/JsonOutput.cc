@@ -26,7 +26,7 @@ void WriteReactions(JsonWriter& json, const Project& project, const Results& res
     WriteForces(json, forces);
     if (IsTurned(*supported.node)) {
       json.Key("inSupportAxes").BeginObject();
-      WriteForces(json, InSupportAxes(*supported.node, forces));
+      WriteForces(json, SupportForceInItsAxes(project, results, *supported.node));
       json.EndObject();
     }
     const Reaction* const printed = FindReaction(results, supported.node->number);

@@ -1,8 +1,9 @@
 #include "kestol/Check.h"
-#include "programs/common/MappedDeck.h"
+#include "main/ErrorChannel.h"
 #include "programs/check/Options.h"
 #include "programs/check/Outputs.h"
 #include "programs/check/TextOutput.h"
+#include "programs/common/MappedDeck.h"
 #include "programs/common/ProgressLine.h"
 #include "programs/common/RunProgram.h"
 
@@ -15,13 +16,22 @@ bool IsWrong(const CheckRequest& request, const Findings& findings) {
          (request.strict && findings.Count(Severity::Warning) > 0);
 }
 
+Project ReadOrSay(const CheckRequest& request, SourceMap& map, Outputs& outputs) {
+  try {
+    return ReadMappedDeck(request.deck, map);
+  } catch (const ProgramError& failure) {
+    outputs.WriteFailure(failure.what());
+    throw;
+  }
+}
+
 int Run(const CheckRequest& request) {
   Outputs outputs(request);
   ProgressLine progress(request.quiet);
   progress.Show("reading");
   // Held to the end of the program: to free millions of records one by one takes a while.
   static SourceMap& map = *new SourceMap;
-  static Project& project = *new Project(ReadMappedDeck(request.deck, map));
+  static Project& project = *new Project(ReadOrSay(request, map, outputs));
   progress.Show("checking");
   const Findings findings = Check(project, map, request.check);
   progress.Show("writing");
@@ -35,9 +45,16 @@ int Run(const CheckRequest& request) {
 
 int main(int argc, char** argv) {
   const kestol::CheckRequest request = kestol::ParseOptions(argc, argv);
-  return kestol::RunProgram("kestol-check", request.deck, [&] {
+  // The deck is opened behind the outputs: a document says that it cannot be.
+  return kestol::RunProgram("kestol-check", {}, [&] {
     if (request.listCodes) kestol::PrintCodes();
     if (!request.explain.empty()) kestol::PrintExplanation(request.explain);
-    return request.deck.empty() ? kestol::kDone : kestol::Run(request);
+    if (request.deck.empty()) return kestol::kDone;
+    try {
+      return kestol::Run(request);
+    } catch (const kestol::FatalError& refusal) {
+      kestol::PrintRefusal(request.deck, refusal);
+      return kestol::kFailed;
+    }
   });
 }

@@ -45,4 +45,11 @@ void Outputs::Write(const Project& project, const Findings& findings) {
   for (const auto& file : files_) file->Commit();
 }
 
+void Outputs::WriteFailure(const std::string& why) {
+  if (request_.format != CheckFormat::Sarif) return;
+  WriteFailedSarif(*document_, request_.deck, why);
+  document_->Flush();
+  document_->Commit();
+}
+
 }  // namespace kestol

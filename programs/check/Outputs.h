@@ -18,6 +18,9 @@ public:
   /// Writes the findings in the format that was asked for, the tables and the modes.
   void Write(const Project& project, const Findings& findings);
 
+  /// Says in the document that the deck could not be read, where the format has words for it.
+  void WriteFailure(const std::string& why);
+
 private:
   OutputFile* Open(const std::string& name);
 

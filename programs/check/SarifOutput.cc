@@ -68,10 +68,19 @@ void WriteResult(JsonWriter& json, const std::string& uri, const std::vector<Fin
   json.EndObject();
 }
 
-}  // namespace
+void WriteInvocation(JsonWriter& json, const std::string* failure) {
+  json.NewLine().Key("invocations").BeginArray().BeginObject();
+  json.Member("executionSuccessful", failure == nullptr);
+  if (failure != nullptr) {
+    json.Key("toolExecutionNotifications").BeginArray().BeginObject();
+    json.Member("level", "error").Key("message").BeginObject();
+    json.Member("text", *failure).EndObject().EndObject().EndArray();
+  }
+  json.EndObject().EndArray();
+}
 
-void WriteSarif(OutputBuffer& output, const std::string& deck, const Findings& findings,
-                bool quiet) {
+void WriteRun(OutputBuffer& output, const std::string& deck, const Findings& findings, bool quiet,
+              const std::string* failure) {
   const std::vector<FindingKind> kinds = FindingKinds();
   const std::string uri = UriOf(deck);
   JsonWriter json(output);
@@ -85,8 +94,7 @@ void WriteSarif(OutputBuffer& output, const std::string& deck, const Findings& f
   json.Member("name", "kestol-check").Member("version", KESTOL_VERSION);
   WriteRules(json, kinds);
   json.EndObject().EndObject();
-  json.NewLine().Key("invocations").BeginArray().BeginObject();
-  json.Member("executionSuccessful", true).EndObject().EndArray();
+  WriteInvocation(json, failure);
   json.NewLine().Member("columnKind", "utf16CodeUnits");
   json.NewLine().Key("artifacts").BeginArray().BeginObject();
   json.Key("location").BeginObject().Member("uri", uri).EndObject().EndObject().EndArray();
@@ -96,6 +104,17 @@ void WriteSarif(OutputBuffer& output, const std::string& deck, const Findings& f
   json.EndArray();
   json.NewLine().EndObject().EndArray().EndObject();
   output << '\n';
+}
+
+}  // namespace
+
+void WriteSarif(OutputBuffer& output, const std::string& deck, const Findings& findings,
+                bool quiet) {
+  WriteRun(output, deck, findings, quiet, nullptr);
+}
+
+void WriteFailedSarif(OutputBuffer& output, const std::string& deck, const std::string& why) {
+  WriteRun(output, deck, {}, false, &why);
 }
 
 }  // namespace kestol

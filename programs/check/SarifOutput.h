@@ -11,4 +11,7 @@ namespace kestol {
 void WriteSarif(OutputBuffer& output, const std::string& deck, const Findings& findings,
                 bool quiet);
 
+/// The run in which the deck could not be read at all, and why.
+void WriteFailedSarif(OutputBuffer& output, const std::string& deck, const std::string& why);
+
 }  // namespace kestol

@@ -84,7 +84,8 @@ void WriteReactions(OutputBuffer& output, const Project& project, const Results&
     const NodeForces forces = SupportForce(project, results, *supported.node);
     output << columns.Row(NameOf(supported), forces);
     if (IsTurned(*supported.node))
-      output << columns.Row("  in its axes", InSupportAxes(*supported.node, forces));
+      output << columns.Row("  in its axes",
+                            SupportForceInItsAxes(project, results, *supported.node));
   }
   output << '\n';
 }

@@ -1,9 +1,11 @@
 #include "programs/common/MappedDeck.h"
 
+#include <cerrno>
 #include <cstdio>
 #include <cstring>
 #include <filesystem>
 #include <memory>
+#include <system_error>
 
 #include "kestol/ReadDeck.h"
 #include "programs/common/RunProgram.h"
@@ -39,9 +41,12 @@ std::string WholeText(std::FILE* file) {
 }  // namespace
 
 Project ReadMappedDeck(const std::string& deck, SourceMap& map) {
-  const File file(std::fopen(deck.c_str(), "r"));
-  if (!file) throw ProgramError("can't open file " + deck + ": " + std::strerror(errno));
-  if (!std::filesystem::is_regular_file(deck)) {
+  std::error_code unknown;
+  const bool isFolder = std::filesystem::is_directory(deck, unknown);
+  const File file(isFolder ? nullptr : std::fopen(deck.c_str(), "r"));
+  if (!file)
+    throw ProgramError("can't open file " + deck + ": " + std::strerror(isFolder ? EISDIR : errno));
+  if (!std::filesystem::is_regular_file(deck, unknown)) {
     std::string text = WholeText(file.get());
     RequireText(deck, text.data(), text.size());
     return ReadDeckText(std::move(text), deck, &map);

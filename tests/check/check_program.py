@@ -90,7 +90,7 @@ def check_mechanism(checker, score):
     path = checker.write(GERBER)
     text = checker.run(path).stderr
     for words in ("the model is a mechanism in 1 way [mechanism]", "node 3 moves along y",
-                  "elements 2 and 3 turn about z", "hinges at nodes 2, 3 and 4 (line 26"):
+                  "elements 2 and 3 turn about z", "hinges at nodes 2, 3 and 4 (lines 26-28)"):
         score.expect(words in text, words, text)
     document = checker.json(path)
     score.equal(document["modes"], 1, "modes")

@@ -67,7 +67,10 @@ SARIF = record({
         "tool": record({"driver": record({
             "name": {"const": "kestol-check"}, "version": {"type": "string"},
             "rules": {"type": "array", "items": RULE, "uniqueItems": True}})}),
-        "invocations": {"type": "array", "items": record({"executionSuccessful": {"const": True}})},
+        "invocations": {"type": "array", "minItems": 1, "maxItems": 1, "items": record(
+            {"executionSuccessful": {"type": "boolean"}},
+            {"toolExecutionNotifications": {"type": "array", "items": record(
+                {"level": LEVEL, "message": TEXT})}})},
         "columnKind": {"enum": ["utf16CodeUnits", "unicodeCodePoints"]},
         "artifacts": {"type": "array", "items": record({"location": URI})},
         "results": {"type": "array", "items": RESULT}})}})
@@ -77,6 +80,7 @@ def check_sarif(score, text, findings, name):
     document = json.loads(text)
     jsonschema.validate(document, SARIF)
     run = document["runs"][0]
+    score.equal(run["invocations"], [{"executionSuccessful": True}], name, "invocations")
     rules = [rule["id"] for rule in run["tool"]["driver"]["rules"]]
     score.equal(len(rules), len(set(rules)), name, "rules")
     score.equal([(r["ruleId"], r["level"], r["message"]["text"]) for r in run["results"]],
@@ -103,10 +107,24 @@ def check_deck(checker, score, path, name):
     check_sarif(score, checker.run("--format", "sarif", path).stdout, document["findings"], name)
 
 
+def check_failed_sarif(checker, score):
+    """A deck that cannot be read, or is no text: exit 2, and the document says why."""
+    for path in ("/no/such/deck.dat", checker.folder.name, checker.write("", "empty.dat")):
+        run = checker.run("--format", "sarif", path)
+        score.equal(run.returncode, 2, path)
+        document = json.loads(run.stdout)
+        jsonschema.validate(document, SARIF)
+        invocation = document["runs"][0]["invocations"][0]
+        score.equal(invocation["executionSuccessful"], False, path)
+        text = invocation["toolExecutionNotifications"][0]["message"]["text"]
+        score.equal(run.stderr, f"kestol-check: error: {text}\n", path)
+
+
 def main():
     checker, score = Checker(sys.argv[1]), Score()
     for path in sys.argv[2:]:
         check_deck(checker, score, path, path)
+    check_failed_sarif(checker, score)
     for name, text in BASES.items():
         check_deck(checker, score, checker.write(text, "a deck #1 & so on.dat"), name)
     for row in MISTAKES:
