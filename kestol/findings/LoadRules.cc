@@ -57,11 +57,12 @@ bool AnyLoadSpoilt(const Inspection& deck) {
 
 void FindNoLoads(Inspection& deck) {
   if (deck.project.meshes.empty() || AnyLoadSpoilt(deck)) return;
-  // A load that was refused, by an element that does not exist perhaps, was meant.
+  // A load or settlement that was refused, of a node that does not exist perhaps, was meant.
   const auto& refusals = deck.map.Refusals();
   const bool lost = std::any_of(refusals.begin(), refusals.end(), [](const auto& refusal) {
     return refusal.record.kind == RecordKind::NodalLoad ||
-           refusal.record.kind == RecordKind::ElementLoad;
+           refusal.record.kind == RecordKind::ElementLoad ||
+           refusal.record.kind == RecordKind::Support;
   });
   if (!lost && !HasCause(deck.project))
     deck.Add({}, "nothing moves the model: no loads, no weight, no settlements");

@@ -52,6 +52,11 @@ public:
   }
 
   bool Any() const { return !asked_.empty(); }
+  std::vector<int> Numbers() const {
+    std::vector<int> numbers;
+    for (const auto& [number, asked] : asked_) numbers.push_back(number);
+    return numbers;
+  }
   /// Where the first of them is asked for.
   Place First() const {
     const auto first = std::min_element(
@@ -114,6 +119,11 @@ void FindUnknownElements(Inspection& deck) {
     if (refusal.message.starts_with("error: trying to assign load to element number"))
       missing.Ask(refusal.record.number, refusal.record.offset, "a load", 0);
   missing.Report();
+  int highest = 0;
+  for (const auto& mesh : deck.project.meshes) highest = std::max(highest, mesh->elems.Highest());
+  // A number among those of the elements: its record is missing, and its nodes have one less.
+  for (const int number : missing.Numbers())
+    if (number >= 1 && number <= highest + 1) deck.AddUnnumbered(RecordKind::Element);
 }
 
 namespace {

@@ -170,6 +170,8 @@ MISTAKES = [
     ("unknown-material", "portal", "  2  E=2.1e8", "  3  E=2.1e8", "    2  3 2  2"),
     ("unknown-material", "portal", "    2  3 2  2\n", "    2  3 2\n"),
     ("unknown-material", "portal", "  2  E=2.1e8 A=0.02 Iz=4e-4 Weight=78.5\n", "", "    2  3 2  2"),
+    ("unknown-element", "portal", "  3  0 -20\n", "  4  5 0\n", "  4  5 0",
+     ("replace", "    4  4 5  1\n", "")),
     # ---- numbers
     ("number-gap", "portal", "    5  6 0\n", "    6  6 0\n"),
     ("number-gap", "portal", "    3  3 4\n", "", "    4  6 4"),
