@@ -51,7 +51,7 @@ Six TranslationRow(const PartFrame& frame, const Node& node, const Vector3& dire
 /// Rows of what holds the part: one per prescribed degree and per spring.
 std::vector<Six> HoldingRows(const Project& project, const Parts& parts, int part,
                              const PartFrame& frame) {
-  constexpr double kAlong = 1e-6;
+  constexpr double kNothing = 1e-6;
   std::vector<Six> rows;
   const bool isPlane = IsPlaneFrame(project);
   for (const int index : parts.NodesOf(part)) {
@@ -74,8 +74,10 @@ std::vector<Six> HoldingRows(const Project& project, const Parts& parts, int par
       if (!isRotation) {
         rows.push_back(TranslationRow(frame, node, directions[d]));
       } else {
-        const Vector3 axis = isPlane ? Vector3{0.0, 0.0, 1.0} : directions[d - 3];
-        if (Norm(parts.Felt(index, axis)) < kAlong) continue;  // it holds nothing
+        // In a motion that nothing resists a node does not turn where only the ground feels it.
+        const Vector3 axis =
+            isPlane ? Vector3{0.0, 0.0, 1.0} : parts.Felt(index, directions[d - 3]);
+        if (Norm(axis) < kNothing) continue;
         rows.push_back({0.0, 0.0, 0.0, axis[0], axis[1], axis[2]});
       }
     }

@@ -37,6 +37,10 @@ MOTIONS = [
      [["nodes 1-9 turn about the line through (1, 1, 0) along " + axis] for axis in "xyz"]),
     (supported(PLATE, [f"1  111000  {ZEROS}", f"9  111000  {ZEROS}"]), "rigid-motion",
      [["nodes 1-9 turn about the line through (1, 1, 0) along (0.707, 0.707, 0)"]]),
+    # The part of a support's axis along the normal holds nothing: here y is held.
+    (supported(PLATE, [f"1  000001  {ZEROS}  Euler1=0.6"]), "rigid-motion",
+     [["nodes 1-9 slide along " + axis] for axis in "xyz"]
+     + [["nodes 1-9 turn about the line through (1, 1, 0) along " + axis] for axis in "xz"]),
 ]
 
 
