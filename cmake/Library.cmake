@@ -40,6 +40,8 @@ if(NOT BUILD_SHARED_LIBS)
   endif()
   string(APPEND kestol_pc_libs " -lkestol_core ${direct_libs}")
 endif()
+# The file finds the rest from where it lies: a package has another prefix than the build.
+file(RELATIVE_PATH kestol_pc_up /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
 configure_file(${PROJECT_SOURCE_DIR}/cmake/kestol.pc.in ${PROJECT_BINARY_DIR}/kestol.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/kestol.pc
         DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT development)
