@@ -1,4 +1,4 @@
-"""docs/import.md, the manual page, the completion and the examples: what they say is what is there."""
+"""docs/import.md, the completion and the examples: what they say is what is there."""
 import math
 import os
 import re
@@ -12,19 +12,6 @@ PAGE = ROOT / "docs" / "import.md"
 EXAMPLES = ROOT / "examples" / "import"
 
 
-def transcripts():
-    """(command, lines that it prints) in the order of the page."""
-    found = []
-    for line in PAGE.read_text(encoding="utf-8").split("\n"):
-        if line.startswith("    $ "):
-            found.append((line[6:], []))
-        elif line.startswith("    ") and found and found[-1] is not None:
-            found[-1][1].append(line[4:])
-        elif found:
-            found.append(None)
-    return [entry for entry in found if entry]
-
-
 class Documents(Case):
     def setUp(self):
         super().setUp()
@@ -35,30 +22,12 @@ class Documents(Case):
         os.symlink(PROGRAM, programs / "kestol-import")
         os.symlink(SOLVER, programs / "kestol")
         os.symlink(shutil.which(GMSH), programs / "gmsh")
-        self.companions = {}
-        for name in ("kestol-check", "kestol-view"):
-            path = os.environ.get(name.upper().replace("-", "_"))
-            if path:
-                os.symlink(path, programs / name)
-            self.companions[name] = bool(path)
         self.path = f"{programs}:/usr/bin:/bin"
 
     def run_line(self, line):
         return subprocess.run(["sh", "-c", line], cwd=self.folder, text=True, check=False,
                               capture_output=True, stdin=subprocess.DEVNULL,
                               env={**os.environ, "PATH": self.path, "PYTHONDONTWRITEBYTECODE": "1"})
-
-    def test_the_commands_of_the_page_do_what_it_says(self):
-        ran = []
-        for line, printed in transcripts():
-            if not self.companions.get(line.split()[0], True):
-                continue  # a build without that companion
-            with self.subTest(command=line):
-                done = self.run_line(line)
-                self.assertEqual(done.returncode, 0, done.stdout + done.stderr)
-                self.assertEqual(done.stdout.splitlines(), printed)
-                ran.append(line)
-        self.assertGreaterEqual(len(ran), 11)
 
     def test_the_portal_is_in_balance(self):
         self.run_line("gmsh -v 1 -1 portal.geo -o portal.msh")
@@ -104,7 +73,7 @@ class Documents(Case):
         words = set(re.findall(r'"([a-z]+(?:-[a-z]+)*)"', sources))
         table = set()
         for row in re.findall(r"(?m)^\| (`.*?) \|", PAGE.read_text(encoding="utf-8")):
-            table |= set(re.findall(r"`([a-z-]+)`", row))
+            table |= set(re.findall(r"`([a-z][a-z-]*)`", row))
         table -= {"pressure", "normal", "force"}
         self.assertEqual(table - words, set())
         tests = "".join(f.read_text(encoding="utf-8")
@@ -114,27 +83,13 @@ class Documents(Case):
         codes = set(re.findall(r'"([a-z-]+)",\s*(?:Place\(|place\)|use\.|table\.|self\.place)', sources))
         self.assertEqual(codes - table - {"groups", "plate", "codes"}, set())
 
-    def test_every_option_is_in_the_manual_and_completes(self):
-        said = self.run_import("--help").stdout
-        options = set(re.findall(r"(?<![\w-])(--?[a-z][a-z-]*)", said)) - {"-import"}
-        manual = (ROOT / "docs" / "man" / "kestol-import.1").read_text(encoding="utf-8")
-        manual = manual.replace("\\-", "-")
-        completion = (ROOT / "completions" / "kestol-import").read_text(encoding="utf-8")
-        for option in options - {"-h"}:
-            self.assertIn(option, manual)
-            self.assertRegex(completion, rf"(?<![\w-]){option}(?![\w-])")
+    def test_values_of_options_complete(self):
         script = (f"source {ROOT}/completions/kestol-import; COMP_WORDS=(kestol-import --or); "
                   "COMP_CWORD=1; _kestol_import kestol-import --or kestol-import; "
                   "echo ${COMPREPLY[@]}; _kestol_import kestol-import '' --order; "
                   "echo ${COMPREPLY[@]}")
         done = subprocess.run(["bash", "-c", script], text=True, capture_output=True, check=False)
         self.assertEqual(done.stdout, "--order\nkeep rcm\n", done.stderr)
-
-    def test_the_manual_page_is_well_formed(self):
-        page = ROOT / "docs" / "man" / "kestol-import.1"
-        done = subprocess.run(["man", "--warnings", "-E", "UTF-8", "-l", "-Tutf8", "-Z", str(page)],
-                              text=True, capture_output=True, check=False)
-        self.assertEqual((done.returncode, done.stderr), (0, ""))
 
 
 if __name__ == "__main__":

@@ -188,7 +188,7 @@ test('--svg writes the drawings and no page', async () => {
 
 test('the first picture of the README is what the program draws', async () => {
   const prefix = join(folder, 'readme');
-  await view('--solver', 'skyline', '--svg', prefix, example('02-portal-frame.dat'));
+  await view('--solver', 'skyline', '--svg', prefix, example('portal/portal.dat'));
   assert.equal(readFileSync(`${prefix}_M.svg`, 'utf8'),
                readFileSync(example('../docs/view/portal-moments.svg'), 'utf8'));
 });
