@@ -62,7 +62,8 @@ def differences(source, program, page):
     for place, said in (
             (f"docs/man/{program.name}.1", of_manual(source / "docs" / "man" / f"{program.name}.1")),
             (page, of_table(source / page)),
-            (f"completions/{program.name}", of_completion(source / "completions" / program.name, program.name))):
+            (f"completions/{program.name}",
+             of_completion(source / "completions" / program.name, program.name))):
         for option in sorted(options - said):
             yield f"{place} lacks {option}"
         for option in sorted(said - options):

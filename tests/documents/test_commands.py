@@ -26,8 +26,9 @@ class Commands(unittest.TestCase):
         self.assertFalse((self.source / "examples" / "a").exists())
 
     def test_a_page_names_its_folder(self):
-        self.assertEqual(self.found("<!-- commands: in examples/inner -->\n\n    $ cat deck\n    a deck\n"), [])
-        self.assertEqual(len(self.found("\n    $ cat deck\n    a deck\n")), 1)
+        page = "\n    $ cat deck\n    a deck\n"
+        self.assertEqual(self.found("<!-- commands: in examples/inner -->\n" + page), [])
+        self.assertEqual(len(self.found(page)), 1)
 
     def test_other_output_is_a_fault(self):
         for shown in ("two", "one\n    more", "", "One"):
@@ -35,7 +36,8 @@ class Commands(unittest.TestCase):
                 self.assertEqual(len(self.found(f"    $ echo one\n    {shown}\n")), 1)
 
     def test_blank_lines_belong_to_what_is_printed(self):
-        self.assertEqual(self.found("    $ printf 'a\\n\\nb\\n'\n    a\n\n    b\n\n    $ echo c\n    c\n"), [])
+        self.assertEqual(self.found("    $ printf 'a\\n\\nb\\n'\n    a\n\n    b\n\n"
+                                    "    $ echo c\n    c\n"), [])
         self.assertTrue(self.found("    $ printf 'a\\nb\\n'\n    a\n\n    b\n"))
 
     def test_messages_count_as_output(self):

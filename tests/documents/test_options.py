@@ -79,7 +79,8 @@ class Options(unittest.TestCase):
                                         ("docs/man/tool.1", "docs/tool.md", "completions/tool")])
 
     def test_one_place_that_differs_is_named(self):
-        for name, text in (("docs/man/tool.1", MANUAL), ("docs/tool.md", PAGE), ("completions/tool", COMPLETION)):
+        for name, text in (("docs/man/tool.1", MANUAL), ("docs/tool.md", PAGE),
+                           ("completions/tool", COMPLETION)):
             with self.subTest(name):
                 self.write(name, text.replace("quiet", "still"))
                 self.assertEqual(self.found(), [f"{name} lacks --quiet",
