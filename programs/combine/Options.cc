@@ -6,6 +6,7 @@ CombineOptions ParseOptions(int argc, char** argv) {
   CombineOptions options;
   CommandLine line("kestol-combine", "Load cases, their combinations and envelopes.", options,
                    "COMBINATIONS.toml");
+  line.app.get_option("COMBINATIONS.toml")->description("the model, its cases and combinations");
   line.app.add_option("--csv", options.csv, "tables PREFIX_nodes.csv, PREFIX_stations.csv, ...")
       ->type_name("PREFIX");
   line.app.add_option("--json", options.json, "everything in one document")->type_name("FILE");

@@ -26,7 +26,7 @@ CommandLine::CommandLine(const std::string& program, const std::string& descript
                          CommonOptions& options, const std::string& input)
     : app(description, program), program_(program) {
   app.set_help_flag("--help", "this text");
-  app.set_version_flag("--version", program + " " KESTOL_VERSION);
+  app.set_version_flag("--version", program + " " KESTOL_VERSION, "the version");
   app.add_flag("-q,--quiet", options.quiet, "errors only, no progress");
   app.add_flag("-v,--verbose", options.verbose, "the solver's own information on standard error");
   app.add_option("-o", options.output, "where the output goes; \"-\" is standard output")
