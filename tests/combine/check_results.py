@@ -343,6 +343,8 @@ xi = 0.9
         for option in ("--csv", "--json", "--vtu", "--list", "--cases", "--combinations",
                        "--envelopes", "--solver", "-o", "-q", "-v", "--version"):
             self.assertIn(option, end.out)
+        self.assertIn("COMBINATIONS.toml REQUIRED  the model, its cases and combinations\n", end.out)
+        self.assertRegex(end.out, "--version +the version\n")
         end = self.folder.combine("--version")
         self.assertEqual((end.status, end.err), (0, ""))
         self.assertRegex(end.out, r"^kestol-combine \d+\.\d+\.\d+\n$")
