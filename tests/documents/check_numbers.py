@@ -160,6 +160,12 @@ class Numbers(unittest.TestCase):
                 self.assertIn(old, deck)
                 self.assertEqual(self.run_deck(deck.replace(old, new)).returncode, status)
 
+    def test_the_deck_of_the_manual_page_is_one(self):
+        page = (SOURCE / "docs" / "man" / "kestol.5").read_text()
+        deck = page.split(".SH EXAMPLE", 1)[1].split(".nf\n", 1)[1].split(".fi", 1)[0]
+        found = self.solve(deck.replace("\\-", "-"))
+        self.near(found["DISPLACEMENTS"][2][1], -0.0045, 6)
+
     def plate(self, cells, corners_cut):
         """Deflection of a simply supported square plate in its middle, over the exact one."""
         def node(i, j):
