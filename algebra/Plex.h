@@ -24,7 +24,7 @@ public:
   }
   Plex(const Plex&) = delete;
   /// Takes over what is in `other`, which is left empty.
-  Plex(Plex&& other) : slots_(std::move(other.slots_)) {}
+  Plex(Plex&& other) noexcept : slots_(std::move(other.slots_)) {}
   Plex& operator=(const Plex&) = delete;
 
   int Lowest() const { return slots_.lowest; }    ///< 0 when empty

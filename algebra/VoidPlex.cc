@@ -23,6 +23,9 @@ int FirstOfRange(int index, int blockSize) {
   return (index - 1) / blockSize * blockSize + 1;
 }
 
+// Stands for the head of a container without blocks, so that no look-up has to ask for null.
+constinit VoidPlex::Block noBlock;
+
 }  // namespace
 
 VoidPlex::Block::Block(int blockSize, int index)
@@ -36,14 +39,17 @@ VoidPlex::VoidPlex(int size) : blockSize(CheckedBlockSize(size)) {
   ordered_.emplace(1, std::move(block));
 }
 
-VoidPlex::VoidPlex(VoidPlex&& other) : VoidPlex(other.blockSize) {
-  std::swap(head, other.head);
-  std::swap(current, other.current);
-  std::swap(lowest, other.lowest);
-  std::swap(highest, other.highest);
-  std::swap(ordered_, other.ordered_);
-  std::swap(directory_, other.directory_);
-  std::swap(fullBelow_, other.fullBelow_);
+VoidPlex::VoidPlex(VoidPlex&& other) noexcept
+    : head(std::exchange(other.head, &noBlock)),
+      blockSize(other.blockSize),
+      current(std::exchange(other.current, &noBlock)),
+      lowest(std::exchange(other.lowest, 0)),
+      highest(std::exchange(other.highest, 0)),
+      ordered_(std::move(other.ordered_)),
+      directory_(std::move(other.directory_)),
+      fullBelow_(std::exchange(other.fullBelow_, 1)) {
+  other.ordered_.clear();
+  other.directory_.clear();
 }
 
 VoidPlex::~VoidPlex() = default;
@@ -122,6 +128,7 @@ void VoidPlex::Compact() {
 }
 
 void VoidPlex::Clear() {
+  if (ordered_.empty()) return;
   ordered_.erase(std::next(ordered_.begin()), ordered_.end());
   directory_.clear();
   std::fill_n(head->slots.get(), blockSize, nullptr);
@@ -150,7 +157,9 @@ VoidPlex::Block* VoidPlex::AddBlock(int index) {
   Block* const after = place == ordered_.end() ? head : place->second.get();
   auto owned = std::make_unique<Block>(blockSize, index);
   Block* const block = directory_[owned->first] = owned.get();
+  const bool isFirst = ordered_.empty();
   ordered_.emplace_hint(place, block->first, std::move(owned));
+  if (isFirst) return head = block;
   block->next = after;
   block->prev = after->prev;
   block->prev->next = after->prev = block;
@@ -158,8 +167,12 @@ VoidPlex::Block* VoidPlex::AddBlock(int index) {
   return block;
 }
 
-// Lets the one block of an empty container cover `index`.
+// Lets the one block of an empty container cover `index`; makes it where there is none.
 void VoidPlex::Rebase(int index) {
+  if (ordered_.empty()) {
+    current = AddBlock(index);
+    return;
+  }
   auto node = ordered_.extract(ordered_.begin());
   node.key() = head->first = FirstOfRange(index, blockSize);
   head->last = std::int64_t{head->first} + blockSize - 1;

@@ -26,22 +26,23 @@ class VoidPlex {
 public:
   /// One aligned range of numbers.
   struct Block {
+    constexpr Block() = default;  ///< covers no number
     Block(int blockSize, int index);
 
     bool Covers(int index) const { return first <= index && index <= last; }
     void*& Slot(std::int64_t index) const { return slots[index - first]; }
 
     std::unique_ptr<void*[]> slots;  ///< last - first + 1 pointers
-    int first;                       ///< ((i - 1) / blockSize) * blockSize + 1 for every i inside
-    std::int64_t last;               ///< first + blockSize - 1; may lie beyond the largest int
+    int first = 1;                   ///< ((i - 1) / blockSize) * blockSize + 1 for every i inside
+    std::int64_t last = 0;           ///< first + blockSize - 1; may lie beyond the largest int
     Block* prev = this;              ///< of the head: the tail
     Block* next = this;              ///< of the tail: the head
   };
 
   /// An empty container with one block. Refuses blockSize < 1.
   explicit VoidPlex(int blockSize);
-  /// Takes over what is in `other`, which is left empty.
-  VoidPlex(VoidPlex&& other);
+  /// Takes over what is in `other`, which is left empty and without a block.
+  VoidPlex(VoidPlex&& other) noexcept;
   ~VoidPlex();
   VoidPlex(const VoidPlex&) = delete;
   VoidPlex& operator=(const VoidPlex&) = delete;
@@ -86,8 +87,8 @@ public:
   /// Empties the container and frees all blocks but the head.
   void Clear();
 
-  Block* head;             ///< the block of the lowest range
-  const int blockSize;     ///< numbers per block
+  Block* head;          ///< the block of the lowest range; one that covers nothing without blocks
+  const int blockSize;  ///< numbers per block
   mutable Block* current;  ///< the block used last
   int lowest = 0;          ///< lowest occupied index; 0 when empty
   int highest = 0;         ///< highest index stored since the last Trim; 0 when empty

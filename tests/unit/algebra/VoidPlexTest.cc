@@ -1,6 +1,7 @@
 #include <map>
 #include <numeric>
 #include <random>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
@@ -51,6 +52,32 @@ TEST(VoidPlex, StartsEmptyWithOneBlock) {
   EXPECT_EQ(plex.current, plex.head);
   EXPECT_EQ(BlockStarts(plex).size(), 1u);
   EXPECT_TRUE(plex.IsEmpty(1));
+}
+
+TEST(VoidPlex, TakesOverWhatAnotherHoldsAndLeavesItEmpty) {
+  static_assert(std::is_nothrow_move_constructible_v<VoidPlex>);
+  VoidPlex from(10);
+  InsertAll(from, {3, 57, 12});
+  const VoidPlex plex(std::move(from));
+  EXPECT_EQ(OccupiedIndices(plex), Indices({3, 12, 57}));
+  EXPECT_EQ(BlockStarts(plex), Indices({1, 11, 51}));
+  EXPECT_EQ(from.lowest, 0);  // NOLINT(bugprone-use-after-move)
+  EXPECT_EQ(from.highest, 0);
+  EXPECT_TRUE(OccupiedIndices(from).empty());
+  EXPECT_EQ(from.Get(3), nullptr);
+  EXPECT_EQ(from.Trim(), 0);
+  from.Set(5, nullptr);
+  from.Clear();
+}
+
+TEST(VoidPlex, OneWhoseObjectsWereTakenOverServesAnew) {
+  VoidPlex from(10);
+  InsertAll(from, {3, 57});
+  const VoidPlex plex(std::move(from));
+  InsertAll(from, {25, 7});  // NOLINT(bugprone-use-after-move)
+  EXPECT_EQ(OccupiedIndices(from), Indices({7, 25}));
+  EXPECT_EQ(BlockStarts(from), Indices({1, 21}));
+  EXPECT_EQ(OccupiedIndices(plex), Indices({3, 57}));
 }
 
 TEST(VoidPlex, RefusesBlockSizesBelowOne) {
