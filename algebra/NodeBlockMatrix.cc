@@ -270,7 +270,7 @@ void NodeBlockMatrix::PrintInfo(std::ostream& stream) const {
            "Total number of positions= %lli\n"
            "Amount of memory= %.1lfMb\n\n",
            Title(), n_, static_cast<long long>(values_.size()),
-           static_cast<double>(bytes) / 1048576);
+           static_cast<double>(bytes) / kMegabyte);
 }
 
 }  // namespace kestol

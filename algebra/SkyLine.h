@@ -2,6 +2,7 @@
 
 #include <cstdlib>
 #include <memory>
+#include <span>
 #include <vector>
 
 #include "algebra/StiffnessMatrix.h"
@@ -11,10 +12,10 @@ namespace kestol {
 /// Symmetric matrix stored by columns, each from its first structurally non-zero row down to the
 /// diagonal, and solved by K = U^T D U, U unit upper triangular ("Txolesky").
 ///
-/// Entry (i, j), i <= j, is stored if and only if j - i < heights[j - 1]:
+/// Entry (i, j), i <= j, is stored if and only if j - i < Heights()[j - 1]:
 ///
-///     column j of height 3     columns[j - 1]:    [0]       [1]        [2]
-///                                                (j, j)  (j - 1, j)  (j - 2, j)
+///     column j of height 3     Column(j):    [0]       [1]        [2]
+///                                           (j, j)  (j - 1, j)  (j - 2, j)
 ///
 /// Order of use: AddNodePair or AddDegreePair for every coupling -> Allocate -> AddBlock for every
 /// element -> Prescribe for every fixed degree -> Factorise, once -> Substitute. Factorise
@@ -28,7 +29,7 @@ public:
   /// A matrix of n degrees without any coupling and without storage.
   explicit SkyLine(int n);
 
-  int NumDegrees() const override { return n; }
+  int NumDegrees() const override { return n_; }
   void AddNodePair(int node1, int node2, int dofsPerNode) override;
 
   /// Couples two degrees: column max(p, q) reaches up to row min(p, q).
@@ -83,24 +84,33 @@ public:
   /// zeros count as dependent. Looks at the matrix before it is factorised; no stage calls it.
   void ReportDependence(int p) const;
 
-  int n;
-  std::vector<int> heights;      ///< stored entries of each column, the diagonal included
-  std::vector<double*> columns;  ///< into the storage; null until Allocate
-  bool factorised = false;       ///< the storage holds D and U
+  /// The stored entries of each column, the diagonal included.
+  const std::vector<int>& Heights() const { return heights_; }
+  /// What is stored of column j (from 1), from the diagonal upwards; nothing before Allocate.
+  std::span<const double> Column(int j) const {
+    if (!storage_) return {};
+    return {columns_[j - 1], static_cast<std::size_t>(heights_[j - 1])};
+  }
+  /// Whether D and U stand in place of the matrix.
+  bool IsFactorised() const { return factorised_; }
 
 private:
   struct Free {
     void operator()(double* storage) const { std::free(storage); }
   };
 
-  bool IsStored(int i, int j) const { return j - i < heights[j - 1]; }  // i <= j
-  void CheckRange(int i, int j) const;                                  // i <= j
+  bool IsStored(int i, int j) const { return j - i < heights_[j - 1]; }  // i <= j
+  void CheckRange(int i, int j) const;                                   // i <= j
   template <class Visit>
   void VisitRow(int i, Visit visit) const;
   void FillRow(int i, std::vector<double>& row) const;
   long long NumStored() const;
   void FindLastColumns();
 
+  int n_;
+  std::vector<int> heights_;
+  std::vector<double*> columns_;             // into the storage; null until Allocate
+  bool factorised_ = false;                  // the storage holds D and U
   std::unique_ptr<double[], Free> storage_;  // column after column
   std::vector<int> lastColumn_;              // of each row: the last column that may reach it
   double outside_ = 0.0;                     // what Entry hands out outside the profile

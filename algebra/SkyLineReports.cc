@@ -49,8 +49,8 @@ bool AreDependent(const std::vector<double>& row, const std::vector<double>& oth
 
 void SkyLine::PrintInfo(std::ostream& stream) const {
   const long long total = NumStored();
-  const int average = n == 0 ? 0 : static_cast<int>(total / n);
-  const double megabytes = static_cast<double>(total) * sizeof(double) / 1048576;
+  const int average = n_ == 0 ? 0 : static_cast<int>(total / n_);
+  const double megabytes = static_cast<double>(total) * sizeof(double) / kMegabyte;
   Progress(&stream,
            "\nINFORMATION ABOUT STIFFNESS MATRIX\n"
            "Sky matrix storage with Txolesky\n"
@@ -58,13 +58,13 @@ void SkyLine::PrintInfo(std::ostream& stream) const {
            "Average column size= %i\n"
            "Total number of positions= %lli\n"
            "Amount of memory= %.1lfMb\n\n",
-           n, average, total, megabytes);
+           n_, average, total, megabytes);
 }
 
 void SkyLine::Print(std::ostream& stream) const {
-  stream << "\nprinting SkyLine Matrix size=" << n << "x" << n << "\n";
+  stream << "\nprinting SkyLine Matrix size=" << n_ << "x" << n_ << "\n";
   std::vector<double> row;
-  for (int i = 1; i <= n; ++i) {
+  for (int i = 1; i <= n_; ++i) {
     FillRow(i, row);
     const auto begin = std::find_if(row.begin(), row.end(), IsNotZero);
     const auto end = std::find_if(row.rbegin(), row.rend(), IsNotZero).base();
@@ -85,9 +85,9 @@ void SkyLine::Print(std::ostream& stream) const {
 
 void SkyLine::PrintFull(std::ostream& stream) const {
   stream << "\nprinting SkyLine Matrix\n   ";
-  for (int j = 1; j <= n; ++j) Write(stream, "%7i ", j);
+  for (int j = 1; j <= n_; ++j) Write(stream, "%7i ", j);
   std::vector<double> row;
-  for (int i = 1; i <= n; ++i) {
+  for (int i = 1; i <= n_; ++i) {
     FillRow(i, row);
     Write(stream, "\n\n\n\n\n%2i ", i);
     for (const double entry : row) Write(stream, "%7g ", entry);
@@ -95,24 +95,25 @@ void SkyLine::PrintFull(std::ostream& stream) const {
 }
 
 void SkyLine::CopyFromYouToMat(Matriu& dense) const {
-  dense.Redimension(n, n);
+  dense.Redimension(n_, n_);
   std::vector<double> row;
-  for (int i = 1; i <= n; ++i) {
+  for (int i = 1; i <= n_; ++i) {
     FillRow(i, row);
-    std::copy(row.begin(), row.end(), dense.data.get() + static_cast<std::size_t>(i - 1) * n);
+    std::copy(row.begin(), row.end(), dense.data.get() + static_cast<std::size_t>(i - 1) * n_);
   }
 }
 
 void SkyLine::WriteForVemo(std::ostream& stream) const {
-  constexpr int kSquare = 4;  // nodes of a cell, and its type
-  const long long cells = static_cast<long long>(n) * n;
-  stream << "NumElems NumNodes ElemType\n" << cells << " " << 4 * cells << " " << kSquare << "\n";
+  constexpr int kSquare = 4;  // nodes of a cell, and its type in the file
+  const long long cells = static_cast<long long>(n_) * n_;
+  stream << "NumElems NumNodes ElemType\n"
+         << cells << " " << kSquare * cells << " " << kSquare << "\n";
 
   stream << "node x y z\n";
   long long node = 0;
   const auto writeNode = [&](int x, int y) { stream << ++node << " " << x << " " << y << " 0\n"; };
-  for (int i = 1; i <= n; ++i) {
-    for (int j = 1; j <= n; ++j) {
+  for (int i = 1; i <= n_; ++i) {
+    for (int j = 1; j <= n_; ++j) {
       writeNode(j - 1, 1 - i);
       writeNode(j, 1 - i);
       writeNode(j, -i);
@@ -123,14 +124,15 @@ void SkyLine::WriteForVemo(std::ostream& stream) const {
   stream << "element node1 node2\n";
   for (long long cell = 1; cell <= cells; ++cell) {
     stream << cell;
-    for (long long corner = 1; corner <= 4; ++corner) stream << " " << 4 * (cell - 1) + corner;
+    for (int corner = 1; corner <= kSquare; ++corner)
+      stream << " " << kSquare * (cell - 1) + corner;
     stream << "\n";
   }
 
   stream << "value          4 1.0 Estatic 1 1 0\n";
   std::vector<double> row;
   long long cell = 0;
-  for (int i = 1; i <= n; ++i) {
+  for (int i = 1; i <= n_; ++i) {
     FillRow(i, row);
     for (const double entry : row) {
       stream << ++cell;
@@ -141,7 +143,7 @@ void SkyLine::WriteForVemo(std::ostream& stream) const {
 
 int SkyLine::FirstZeroRow() const {
   std::vector<double> row;
-  for (int i = 1; i <= n; ++i) {
+  for (int i = 1; i <= n_; ++i) {
     FillRow(i, row);
     if (std::all_of(row.begin(), row.end(), IsZero)) return i;
   }
@@ -152,7 +154,7 @@ void SkyLine::ReportDependence(int p) const {
   std::vector<double> row;
   std::vector<double> other;
   FillRow(p, row);
-  for (int r = 1; r <= n; ++r) {
+  for (int r = 1; r <= n_; ++r) {
     if (r == p) continue;
     FillRow(r, other);
     if (AreDependent(row, other)) {

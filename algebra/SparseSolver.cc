@@ -46,18 +46,18 @@ SparseSolver::~SparseSolver() = default;
 
 void SparseSolver::SetInitialValues(const ReaVecT& values) {
   assert(values.n >= n);
-  x.assign(values.begin(), values.begin() + n);
+  start_.assign(values.begin(), values.begin() + n);
 }
 
 void SparseSolver::AddNodePair(int node1, int node2, int dofsPerNode) {
   if (node1 == node2) return;
-  adjacency.resize(n / dofsPerNode);
+  adjacency_.resize(n / dofsPerNode);
   AddNeighbour(node1, node2);
   AddNeighbour(node2, node1);
 }
 
 void SparseSolver::AddNeighbour(int node, int neighbour) {
-  std::vector<int>& neighbours = adjacency[node - 1];
+  std::vector<int>& neighbours = adjacency_[node - 1];
   if (std::find(neighbours.begin(), neighbours.end(), neighbour) != neighbours.end()) return;
   if (neighbours.size() == MAXNUMNODESAROUNDNODE) {
     Fatal("error: increase parameter MAXNUMNODESAROUNDNODE node=", node, "\n");
@@ -67,54 +67,54 @@ void SparseSolver::AddNeighbour(int node, int neighbour) {
 
 void SparseSolver::Allocate(int dofsPerNode) {
   const int nodes = n / dofsPerNode;
-  adjacency.resize(nodes);
+  adjacency_.resize(nodes);
   std::vector<int> rowLengths(n, 0);
   for (int node = 0; node < nodes; ++node) {
-    const int length = (static_cast<int>(adjacency[node].size()) + 1) * dofsPerNode;
+    const int length = (static_cast<int>(adjacency_[node].size()) + 1) * dofsPerNode;
     std::fill_n(rowLengths.begin() + node * dofsPerNode, dofsPerNode, length);
   }
-  adjacency = {};
+  adjacency_ = {};
   const bool hasKernels = BlockKernelsFor(dofsPerNode) != nullptr && n % dofsPerNode == 0;
-  matrix = std::make_unique<SparseMatrix>(n, rowLengths, hasKernels ? dofsPerNode : 1);
+  matrix_ = std::make_unique<SparseMatrix>(n, rowLengths, hasKernels ? dofsPerNode : 1);
   NeedStart();
 }
 
 /// A starting vector of zeros, unless there is one.
 void SparseSolver::NeedStart() {
-  if (x.empty()) x.assign(n, 0.0);
+  if (start_.empty()) start_.assign(n, 0.0);
 }
 
 double& SparseSolver::Entry(int i, int j) {
-  return matrix->Reference(i - 1, j - 1);
+  return matrix_->Reference(i - 1, j - 1);
 }
 
 void SparseSolver::SetZero() {
-  matrix->ClearValues();
+  matrix_->ClearValues();
   prescribed_.clear();
-  preconditioner.reset();
+  preconditioner_.reset();
 }
 
 void SparseSolver::AddBlock(int firstRow, int firstCol, const Matriu& block) {
-  matrix->AddBlock(firstRow - 1, firstCol - 1, block);
+  matrix_->AddBlock(firstRow - 1, firstCol - 1, block);
 }
 
 void SparseSolver::Prescribe(int dof, double value, ReaVecT& rhs) {
   // Deliberate: column `dof` stays, and the right-hand side is not corrected for the value.
-  matrix->ReplaceByUnitRow(dof - 1);
+  matrix_->ReplaceByUnitRow(dof - 1);
   NeedStart();
-  x[dof - 1] = value;
+  start_[dof - 1] = value;
   prescribed_.push_back(dof);
   rhs(dof) = value;
 }
 
 double SparseSolver::RowTimesVector(int dof, const ReaVecT& vector) const {
-  return matrix->RowTimesVector(dof - 1, vector.begin());
+  return matrix_->RowTimesVector(dof - 1, vector.begin());
 }
 
 void SparseSolver::Times(const ReaVecT& vector, ReaVecT& y) const {
   assert(vector.n == n);
   y.Resize(n, 0.0);
-  Multiply(*matrix, vector.begin(), y.begin());
+  Multiply(*matrix_, vector.begin(), y.begin());
 }
 
 void SparseSolver::ScaleAndShift(const ReaVecT& /*scale*/, double /*shift*/) {
@@ -129,12 +129,12 @@ int SparseSolver::Factorise(std::ostream* /*info*/) {
 
 int SparseSolver::Substitute(ReaVecT& rhs, std::ostream* info) {
   assert(rhs.n == n);
-  if (!preconditioner) Fatal("error in SparseSolver::Substitute. Matrix not factorised\n");
+  if (!preconditioner_) Fatal("error in SparseSolver::Substitute. Matrix not factorised\n");
   std::vector<double> solution = StartFor(rhs);
   int limit = MaxIterations;
   double residual = tolerance1;
-  const int flag = ConjugateGradient(*matrix, solution.data(), rhs.begin(), *preconditioner, limit,
-                                     residual, info);
+  const int flag = ConjugateGradient(*matrix_, solution.data(), rhs.begin(), *preconditioner_,
+                                     limit, residual, info);
   const int result = Accept(residual, flag, info);
   if (result == 0) std::copy(solution.begin(), solution.end(), rhs.begin());
   return result;
@@ -142,15 +142,15 @@ int SparseSolver::Substitute(ReaVecT& rhs, std::ostream* info) {
 
 int SparseSolver::Solve(ReaVecT& rhs, std::ostream* info) {
   const int result = StiffnessMatrix::Solve(rhs, info);
-  preconditioner.reset();
-  x = {};  // whatever came, the next solution starts anew
+  preconditioner_.reset();
+  start_ = {};  // whatever came, the next solution starts anew
   return result;
 }
 
 /// The columns of prescribed degrees stay in the matrix: only a start at their values is the
 /// prescribed system.
 std::vector<double> SparseSolver::StartFor(const ReaVecT& rhs) const {
-  std::vector<double> start = x;
+  std::vector<double> start = start_;
   start.resize(n, 0.0);
   for (const int dof : prescribed_) start[dof - 1] = rhs(dof);
   return start;
@@ -170,23 +170,23 @@ int SparseSolver::Accept(double residual, int flag, std::ostream* info) const {
 
 bool SparseSolver::HasDiagonals() const {
   for (int i = 0; i < n; ++i) {
-    if (matrix->Diagonal(i) == 0.0) return false;
+    if (matrix_->Diagonal(i) == 0.0) return false;
   }
   return true;
 }
 
 void SparseSolver::BuildPreconditioner() {
-  auto factors = std::make_unique<ILUPreconditioner>(*matrix);
-  const bool isTrusted = factors->IsPositive() || !HasPositiveDiagonal(*matrix);
-  preconditioner = std::move(factors);
+  auto factors = std::make_unique<ILUPreconditioner>(*matrix_);
+  const bool isTrusted = factors->IsPositive() || !HasPositiveDiagonal(*matrix_);
+  preconditioner_ = std::move(factors);
   if (isTrusted) return;
-  preconditioner.reset();
-  preconditioner = std::make_unique<DiagPreconditioner>(*matrix);
+  preconditioner_.reset();
+  preconditioner_ = std::make_unique<DiagPreconditioner>(*matrix_);
 }
 
 void SparseSolver::Print(std::ostream& stream) const {
   stream << "\nprinting Sparse Matrix size=" << n << "x" << n << std::endl;
-  matrix->Print(stream);
+  matrix_->Print(stream);
   stream << std::endl;
 }
 
@@ -199,14 +199,15 @@ void SparseSolver::WriteForVemo(std::ostream& /*stream*/) const {
 }
 
 void SparseSolver::PrintInfo(std::ostream& stream) const {
-  const double megabytes = (3.0 * matrix->nnz + n) * 4 / 1048576;
+  // Words of 4 bytes: a value and a column number for every slot, a number for every row.
+  const double megabytes = (3.0 * matrix_->nnz + n) * 4 / kMegabyte;
   Progress(&stream,
            "\nINFORMATION ABOUT STIFFNESS MATRIX\n"
            "Sparse matrix storage with Conjugate gradients\n"
            "Degrees of freedom= %i\n"
            "Total number of positions= %i\n"
            "Amount of memory= %.1lfMb\n\n",
-           n, matrix->nnz, megabytes);
+           n, matrix_->nnz, megabytes);
 }
 
 }  // namespace kestol

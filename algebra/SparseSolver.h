@@ -42,7 +42,7 @@ public:
   void SetZero() override;
 
   /// A block off the diagonal is added to its mirrored place as well. Blocks that cover whole nodes
-  /// are the fast road.
+  /// find their place once.
   void AddBlock(int firstRow, int firstCol, const Matriu& block) override;
 
   /// Builds the preconditioner; the matrix stays. Returns 0, or -1 for a row without a diagonal.
@@ -73,14 +73,17 @@ public:
   void WriteForVemo(std::ostream& stream) const override;  ///< refused
   void PrintInfo(std::ostream& stream) const override;
 
-  int n;
-  double tolerance1;
-  double tolerance2;
-  int MaxIterations;
-  std::vector<std::vector<int>> adjacency;  ///< neighbours of node i at i - 1; empty once allocated
-  std::unique_ptr<SparseMatrix> matrix;     ///< null until Allocate
-  std::unique_ptr<Preconditioner> preconditioner;  ///< null until Factorise, and after Solve
-  std::vector<double> x;                           ///< n, or empty: zeros when needed
+  /// The matrix, once it is allocated.
+  const SparseMatrix& Matrix() const { return *matrix_; }
+  /// Where the iterations of the next solution start: n values, or none for zeros.
+  const std::vector<double>& Start() const { return start_; }
+  /// Whether the preconditioner stands.
+  bool IsFactorised() const { return preconditioner_ != nullptr; }
+
+  const int n;
+  const double tolerance1;
+  const double tolerance2;
+  const int MaxIterations;
 
 private:
   void AddNeighbour(int node, int neighbour);
@@ -90,7 +93,11 @@ private:
   void BuildPreconditioner();
   int Accept(double residual, int flag, std::ostream* info) const;
 
-  std::vector<int> prescribed_;  // degrees
+  std::vector<std::vector<int>> adjacency_;  // neighbours of node i at i - 1; empty once allocated
+  std::unique_ptr<SparseMatrix> matrix_;     // null until Allocate
+  std::unique_ptr<Preconditioner> preconditioner_;  // null until Factorise, and after Solve
+  std::vector<double> start_;                       // n, or empty: zeros when needed
+  std::vector<int> prescribed_;                     // degrees
 };
 
 }  // namespace kestol

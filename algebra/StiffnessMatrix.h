@@ -7,6 +7,8 @@ namespace kestol {
 class Matriu;
 class ReaVecT;
 
+constexpr double kMegabyte = 1048576;  ///< bytes, as the storage reports count them
+
 /// Takes the node blocks of element stiffnesses.
 class BlockSink {
 public:

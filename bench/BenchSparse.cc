@@ -49,28 +49,28 @@ void BM_Product(benchmark::State& state) {
   const std::vector<double> x = Wave(K.n);
   std::vector<double> y(K.n);
   for (auto _ : state) {
-    Multiply(*K.matrix, x.data(), y.data());
+    Multiply(K.Matrix(), x.data(), y.data());
     benchmark::ClobberMemory();
   }
-  CountEntries(state, *K.matrix);
+  CountEntries(state, K.Matrix());
 }
 
 void BM_TriangularSolves(benchmark::State& state) {
   const Ready K(Model(state));
-  const ILUPreconditioner M(*K.matrix);
+  const ILUPreconditioner M(K.Matrix());
   const std::vector<double> r = Wave(K.n);
   std::vector<double> z(K.n);
   for (auto _ : state) {
     M.Solve(r.data(), z.data());
     benchmark::ClobberMemory();
   }
-  CountEntries(state, *K.matrix);
+  CountEntries(state, K.Matrix());
 }
 
 void BM_IncompleteFactors(benchmark::State& state) {
   const Ready K(Model(state));
-  for (auto _ : state) benchmark::DoNotOptimize(ILUPreconditioner(*K.matrix).IsPositive());
-  CountEntries(state, *K.matrix);
+  for (auto _ : state) benchmark::DoNotOptimize(ILUPreconditioner(K.Matrix()).IsPositive());
+  CountEntries(state, K.Matrix());
 }
 
 void BM_Structure(benchmark::State& state) {
@@ -103,7 +103,7 @@ void BM_Solve(benchmark::State& state) {
     model.Assemble(K);
     model.Hold(K, 0.0, rhs);
     if (K.Solve(rhs, nullptr) != 0) state.SkipWithError("not solved");
-    entries = K.matrix->nnz;
+    entries = K.Matrix().nnz;
   }
   rusage usage{};
   getrusage(RUSAGE_SELF, &usage);

@@ -130,7 +130,7 @@ TEST(SkyLine, ChainHasItsClosedPivots) {
   ASSERT_EQ(K.Solve(f, nullptr), 0);
   for (int i = 1; i <= n; ++i) EXPECT_NEAR(K.Entry(i, i), (i + 1.0) / i, 1e-13);
   for (int i = 1; i < n; ++i) EXPECT_NEAR(K.Entry(i, i + 1), -i / (i + 1.0), 1e-13);
-  EXPECT_TRUE(K.factorised);
+  EXPECT_TRUE(K.IsFactorised());
 }
 
 TEST(SkyLine, NegativePivotsAreAllowed) {
@@ -145,7 +145,7 @@ TEST(SkyLine, OnesMatrixFailsAtDegreeTwo) {
   ReaVecT f = Vector({1, 1});
   EXPECT_EQ(K.Solve(f, nullptr), 2);
   EXPECT_EQ(K.Entry(2, 2), 0.0);
-  EXPECT_FALSE(K.factorised);
+  EXPECT_FALSE(K.IsFactorised());
 }
 
 TEST(SkyLine, PivotTestIsAbsolute) {

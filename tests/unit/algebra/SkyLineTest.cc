@@ -14,40 +14,40 @@ using testing::ElementsAre;
 TEST(SkyLine, BeginsWithoutStorage) {
   const SkyLine K(3);
   EXPECT_EQ(K.NumDegrees(), 3);
-  EXPECT_THAT(K.heights, ElementsAre(0, 0, 0));
-  EXPECT_THAT(K.columns, ElementsAre(nullptr, nullptr, nullptr));
-  EXPECT_FALSE(K.factorised);
+  EXPECT_THAT(K.Heights(), ElementsAre(0, 0, 0));
+  EXPECT_TRUE(K.Column(1).empty());
+  EXPECT_FALSE(K.IsFactorised());
 }
 
 TEST(SkyLine, NodePairCouplesAllDegreesOfBothNodes) {
   SkyLine K(9);
   K.AddNodePair(1, 3, 3);
-  EXPECT_THAT(K.heights, ElementsAre(0, 0, 0, 0, 0, 0, 7, 8, 9));
+  EXPECT_THAT(K.Heights(), ElementsAre(0, 0, 0, 0, 0, 0, 7, 8, 9));
 }
 
 TEST(SkyLine, NodePairIsTheSameInEitherOrder) {
   SkyLine K(9);
   K.AddNodePair(3, 2, 3);
-  EXPECT_THAT(K.heights, ElementsAre(0, 0, 0, 0, 0, 0, 4, 5, 6));
+  EXPECT_THAT(K.Heights(), ElementsAre(0, 0, 0, 0, 0, 0, 4, 5, 6));
 }
 
 TEST(SkyLine, NodeCoupledWithItselfHasItsOwnBlock) {
   SkyLine K(6);
   K.AddNodePair(2, 2, 3);
-  EXPECT_THAT(K.heights, ElementsAre(0, 0, 0, 1, 2, 3));
+  EXPECT_THAT(K.Heights(), ElementsAre(0, 0, 0, 1, 2, 3));
 }
 
 TEST(SkyLine, LaterShorterCouplingLeavesTheHeight) {
   SkyLine K(5);
   K.AddDegreePair(5, 1);
   K.AddDegreePair(4, 5);
-  EXPECT_THAT(K.heights, ElementsAre(0, 0, 0, 0, 5));
+  EXPECT_THAT(K.Heights(), ElementsAre(0, 0, 0, 0, 5));
 }
 
 TEST(SkyLine, UnconnectedNodesStillStoreTheirDiagonalBlocks) {
   SkyLine K(7);
   K.Allocate(3);
-  EXPECT_THAT(K.heights, ElementsAre(1, 2, 3, 1, 2, 3, 1));
+  EXPECT_THAT(K.Heights(), ElementsAre(1, 2, 3, 1, 2, 3, 1));
 }
 
 TEST(SkyLine, AllocateKeepsHigherColumns) {
@@ -55,7 +55,7 @@ TEST(SkyLine, AllocateKeepsHigherColumns) {
   K.AddDegreePair(2, 6);
   K.AddDegreePair(4, 5);
   K.Allocate(3);
-  EXPECT_THAT(K.heights, ElementsAre(1, 2, 3, 1, 2, 5));
+  EXPECT_THAT(K.Heights(), ElementsAre(1, 2, 3, 1, 2, 5));
 }
 
 TEST(SkyLine, AllocatedEntriesAreZero) {
@@ -67,16 +67,16 @@ TEST(SkyLine, AllocatedEntriesAreZero) {
 
 TEST(SkyLine, ColumnsHoldTheDiagonalFirstAndGoUpwards) {
   SkyLine K = Full(3, {11, 12, 13, 22, 23, 33});
-  EXPECT_EQ(K.columns[2][0], 33);
-  EXPECT_EQ(K.columns[2][1], 23);
-  EXPECT_EQ(K.columns[2][2], 13);
+  EXPECT_EQ(K.Column(3)[0], 33);
+  EXPECT_EQ(K.Column(3)[1], 23);
+  EXPECT_EQ(K.Column(3)[2], 13);
 }
 
 TEST(SkyLine, SecondAllocateBeginsAnew) {
   SkyLine K = Chain(3);
   K.AddDegreePair(1, 3);
   K.Allocate(1);
-  EXPECT_THAT(K.heights, ElementsAre(1, 2, 3));
+  EXPECT_THAT(K.Heights(), ElementsAre(1, 2, 3));
   EXPECT_THAT(Entries(K), testing::Each(0.0));
 }
 
@@ -121,7 +121,7 @@ TEST(SkyLine, FullBlockTouchesItsUpperEntriesOnly) {
   K.AddBlock(1, 1, block);
   double stored = 0.0;
   for (int j = 1; j <= 7; ++j)
-    stored += std::accumulate(K.columns[j - 1], K.columns[j - 1] + j, 0.0);
+    stored += std::accumulate(K.Column(j).begin(), K.Column(j).end(), 0.0);
   EXPECT_EQ(stored, 21.0);
   EXPECT_EQ(K.Entry(6, 1), 1.0);
   EXPECT_EQ(K.Entry(7, 1), 0.0);
@@ -177,7 +177,7 @@ TEST(SkyLine, BlockOutOfRangeEndsTheRun) {
 TEST(SkyLine, SetZeroKeepsTheStructure) {
   SkyLine K = Chain(4);
   K.SetZero();
-  EXPECT_THAT(K.heights, ElementsAre(1, 2, 2, 2));
+  EXPECT_THAT(K.Heights(), ElementsAre(1, 2, 2, 2));
   EXPECT_THAT(Entries(K), testing::Each(0.0));
 }
 
