@@ -1,16 +1,18 @@
 #include "algebra/ConjugateGradient.h"
 
 #include <cmath>
-#include <cstdio>
 
 #include "algebra/LargePages.h"
 #include "algebra/Preconditioner.h"
 #include "algebra/SparseKernels.h"
 #include "algebra/SparseMatrix.h"
+#include "output/InfoFile.h"
 
 namespace kestol {
 
 namespace {
+
+constexpr int kReportEvery = 10;  ///< iterations
 
 // Sums run from the first entry. The loops with one dependent sum also do the neighbouring update:
 // the memory is then passed over once, and the waiting of sum on sum costs nothing.
@@ -46,13 +48,6 @@ double Step(int n, double alpha, const double* p, const double* q, double* x, do
   return std::sqrt(sum);
 }
 
-void WriteResidual(std::ostream* info, const char* format, int i, double resid, double tolerance) {
-  if (info == nullptr) return;
-  char text[120];
-  std::snprintf(text, sizeof text, format, i, resid, tolerance);
-  *info << text << std::flush;
-}
-
 }  // namespace
 
 int ConjugateGradient(const SparseMatrix& A, double* x, const double* b, const Preconditioner& M,
@@ -68,24 +63,24 @@ int ConjugateGradient(const SparseMatrix& A, double* x, const double* b, const P
   double& resid = tolerance;
   resid = ResidualNorm(n, b, r.data()) / normb;
   if (resid <= target) {
-    WriteResidual(info, "iteration number %i OK resid=%lg tol=%lg\n", 0, resid, target);
+    Progress(info, "iteration number %i OK resid=%lg tol=%lg\n", 0, resid, target);
     limit = 0;
     return 0;
   }
 
   double previousRho = 0.0;
   for (int i = 1; i <= limit && !std::isnan(resid); ++i) {
-    if (i % 10 == 0)
-      WriteResidual(info, "iteration number %i resid=%lg tol=%lg\n", i, resid, target);
-    M.Solve(r.data(), z.data());
-    const double rho = Dot(n, r.data(), z.data());
+    if (i % kReportEvery == 0)
+      Progress(info, "iteration number %i resid=%lg tol=%lg\n", i, resid, target);
+    M.Solve(r.data(), z.data());                    // z = M^-1 r
+    const double rho = Dot(n, r.data(), z.data());  // r . z
     const double beta = i == 1 ? 0.0 : rho / previousRho;
-    for (int k = 0; k < n; ++k) p[k] = i == 1 ? z[k] : z[k] + beta * p[k];
-    Multiply(A, p.data(), q);
+    for (int k = 0; k < n; ++k) p[k] = i == 1 ? z[k] : z[k] + beta * p[k];  // p = z + beta p
+    Multiply(A, p.data(), q);                                               // q = A p
     const double alpha = rho / Dot(n, p.data(), q);
-    resid = Step(n, alpha, p.data(), q, x, r.data()) / normb;
+    resid = Step(n, alpha, p.data(), q, x, r.data()) / normb;  // x += alpha p, r -= alpha q
     if (resid <= target) {
-      WriteResidual(info, "Converged it number. %i resid=%lg tol=%lg\n", i, resid, target);
+      Progress(info, "Converged it number. %i resid=%lg tol=%lg\n", i, resid, target);
       limit = i;
       return 0;
     }

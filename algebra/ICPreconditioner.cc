@@ -51,12 +51,12 @@ void ICPreconditioner::Factorise() {
       const int diagonal = lower_.rowStart[k + 1] - 1;
       double sum = 0.0;
       for (int t = lower_.rowStart[k]; t < diagonal; ++t) sum += spread[column[t]] * l[t];
-      l[s] = (l[s] - sum) / l[diagonal];
+      l[s] = (l[s] - sum) / l[diagonal];  // l_ik
       spread[k] = l[s];
       radicand -= l[s] * l[s];
     }
     if (!(radicand > 0.0)) Fatal("IC Preconditioner: non positive diagonal in row ", i);
-    l[end] = std::sqrt(radicand);
+    l[end] = std::sqrt(radicand);  // l_ii
     for (int s = begin; s < end; ++s) spread[column[s]] = 0.0;
   }
 }

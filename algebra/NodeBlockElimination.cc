@@ -40,11 +40,11 @@ bool InvertSymmetric(double* D) {
   double pivot[B];
   bool isPositive = true;
   for (int k = 0; k < B; ++k) {
-    pivot[k] = D[k * B + k];
+    pivot[k] = D[k * B + k];  // d_k
     isPositive &= pivot[k] > 0.0 && std::isfinite(pivot[k]);
     for (int i = k + 1; i < B; ++i) {
-      L[i][k] = D[k * B + i] / pivot[k];
-      for (int j = i; j < B; ++j) D[i * B + j] -= L[i][k] * D[k * B + j];
+      L[i][k] = D[k * B + i] / pivot[k];                                   // l_ik = d_ki / d_k
+      for (int j = i; j < B; ++j) D[i * B + j] -= L[i][k] * D[k * B + j];  // d_ij -= l_ik d_kj
     }
   }
   for (int i = 0; i < B; ++i) {  // L := L^-1
@@ -58,7 +58,7 @@ bool InvertSymmetric(double* D) {
   for (int i = 0; i < B; ++i) {
     for (int j = 0; j <= i; ++j) {
       double sum = 0.0;
-      for (int k = i; k < B; ++k) sum += L[k][i] * L[k][j] / pivot[k];
+      for (int k = i; k < B; ++k) sum += L[k][i] * L[k][j] / pivot[k];  // L^-T d^-1 L^-1
       D[i * B + j] = D[j * B + i] = sum;
     }
   }
@@ -85,11 +85,12 @@ void NodeBlockFactors::Eliminate(const SparseMatrix& A) {
     std::sort(above.begin(), above.end());
     for (const int k : above) {
       const int own = cursor[k]++;
-      Product<B>(FreeInverse<B>(k, buffer), Block(own), T);
-      SubtractTransposedProduct<B>(T, Block(own), DiagonalBlock(node));
+      Product<B>(FreeInverse<B>(k, buffer), Block(own), T);              // T = D_k^-1 S_kI
+      SubtractTransposedProduct<B>(T, Block(own), DiagonalBlock(node));  // D_I -= T^T S_kI
       for (int s = own + 1; s < start_[k + 1]; ++s) {
         const int target = place[column_[s]];
-        if (target >= 0) SubtractTransposedProduct<B>(T, Block(s), Block(target));
+        if (target >= 0)
+          SubtractTransposedProduct<B>(T, Block(s), Block(target));  // S_IJ -= T^T S_kJ
       }
     }
     Invert<B>(node);

@@ -14,9 +14,13 @@ constexpr int kWidth = kTileColumns;
 /// Columns that are loaded at a time: one cache line of a sliver's row.
 constexpr int kLanes = 8;
 
+/// Mean heights from which blocks of two and of four tiles are faster than narrower ones, as
+/// measured.
+constexpr double kHighForTwo = 100, kHighForFour = 250;
+
 /// Wide blocks read U less often and bring more columns of similar reach together, narrow ones
-/// waste less on zeros above low columns. The heights count by the work in them, so that a few high
-/// columns among many low ones decide.
+/// waste less on zeros above low columns. In the mean the heights count by the work in them, which
+/// grows with their squares, so that a few high columns among many low ones decide.
 int BlockSize(const Profile& K) {
   double sum = 0.0;
   double squares = 0.0;
@@ -24,8 +28,8 @@ int BlockSize(const Profile& K) {
     sum += K.heights[j];
     squares += static_cast<double>(K.heights[j]) * K.heights[j];
   }
-  if (squares < 100 * sum) return kWidth;
-  return squares < 250 * sum ? 2 * kWidth : 4 * kWidth;
+  if (squares < kHighForTwo * sum) return kWidth;
+  return squares < kHighForFour * sum ? 2 * kWidth : 4 * kWidth;
 }
 
 }  // namespace

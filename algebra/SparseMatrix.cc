@@ -24,9 +24,9 @@ int SumOf(const std::vector<int>& lengths) {
   return static_cast<int>(sum);
 }
 
-/// The place of the only `wanted` among `count` numbers, or -1. Looks at all of them: without a
-/// jump that nobody can foresee, the search is a vector loop, and the next one begins before this
-/// one has its answer.
+/// The place of the only `wanted` among `count` numbers, or -1. Looks at all of them: without an
+/// early exit, and hence without a branch misprediction, the search is a vector loop that the
+/// processor overlaps with the next one.
 int PlaceOf(int wanted, const int* numbers, int count) {
   int place = -1;
   for (int k = 0; k < count; ++k) place = numbers[k] == wanted ? k : place;
@@ -138,7 +138,7 @@ void SparseMatrix::AddBlock(int i, int j, const Matriu& M) {
 }
 
 /// Adds M block by block, and to the mirrored place. Both places are found before either is
-/// written to, so that the memory looks for both at once.
+/// written to, so that their cache misses overlap.
 template <int B>
 void SparseMatrix::AddNodeBlocks(int i, int j, const Matriu& M) {
   for (int r = 0; r < M.nrows; r += B) {

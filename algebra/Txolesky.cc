@@ -37,14 +37,16 @@ namespace {
 
 constexpr int kRows = kTileRows;
 constexpr int kWidth = kTileColumns;
+constexpr int kReportEvery = 500;           ///< degrees
+constexpr std::align_val_t kCacheLine{64};  ///< boundary of every row of a sliver
 
 struct FreeAligned {
-  void operator()(double* buffer) const { ::operator delete[](buffer, std::align_val_t(64)); }
+  void operator()(double* buffer) const { ::operator delete[](buffer, kCacheLine); }
 };
 using AlignedBuffer = std::unique_ptr<double[], FreeAligned>;
 
 AlignedBuffer NewAligned(std::size_t length) {
-  return AlignedBuffer(new (std::align_val_t(64)) double[length]);
+  return AlignedBuffer(new (kCacheLine) double[length]);
 }
 
 /// Degrees, rows and blocks are counted from 0, blocks named by their first row.
@@ -246,13 +248,13 @@ int Factorisation::FactoriseTriangle(int row, double* tile, std::ostream* info) 
   const auto g = [&](int i, int j) -> double& { return tile[(i - row) * kWidth + j - row]; };
   for (int i = row; i < end; ++i) {
     const double pivot = g(i, i);
-    K_.columns[i][0] = pivots_[i] = pivot;
-    if ((i + 1) % 500 == 0) Progress(info, "Solving degree %i of %i\n", i + 1, K_.n);
+    K_.columns[i][0] = pivots_[i] = pivot;  // d_i
+    if ((i + 1) % kReportEvery == 0) Progress(info, "Solving degree %i of %i\n", i + 1, K_.n);
     if (!(std::abs(pivot) >= kZero)) return i + 1;
     for (int j = i + 1; j < end; ++j) {
       if (i < blocks_.top[j]) continue;
-      const double u = g(i, j) / pivot;
-      for (int k = i + 1; k <= j; ++k) g(k, j) -= g(i, k) * u;
+      const double u = g(i, j) / pivot;                         // u_ij = g_ij / d_i
+      for (int k = i + 1; k <= j; ++k) g(k, j) -= g(i, k) * u;  // g_kj -= g_ik u_ij
       K_.columns[j][j - i] = u;
     }
   }

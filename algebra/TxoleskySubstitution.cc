@@ -5,9 +5,9 @@
 
 namespace kestol {
 
-// The columns of the profile go upwards in the matrix, so f is turned round and both run in the
-// same direction. The time is that of reading the profile: once from its first number to the last
-// and once backwards, always without a step aside, as the memory likes it.
+// The columns of the profile go upwards in the matrix, so f is reversed and both run in the same
+// direction. The time is that of reading the profile: once from its first number to the last and
+// once backwards, sequentially, as the hardware prefetches it.
 
 namespace {
 
@@ -46,6 +46,7 @@ void SubstituteForward(const Profile& U, double* f) {
   std::reverse(upwards.begin(), upwards.end());
   double* const end = upwards.data() + U.n;  // end[-i - 1] is f[i]
   for (int i = 0; i < U.n; ++i) {
+    // f_i -= sum over k < i of u_ki f_k
     end[-i - 1] -= Dot(U.columns[i] + 1, end - i, U.heights[i] - 1);
   }
   std::reverse_copy(upwards.begin(), upwards.end(), f);
@@ -60,6 +61,7 @@ void SubstituteBackward(const Profile& U, double* f) {
   std::reverse(upwards.begin(), upwards.end());
   double* const end = upwards.data() + U.n;
   for (int j = U.n - 1; j > 0; --j) {
+    // f_i -= u_ij f_j for i < j
     SubtractMultiple(end[-j - 1], U.columns[j] + 1, end - j, U.heights[j] - 1);
   }
   std::reverse_copy(upwards.begin(), upwards.end(), f);
