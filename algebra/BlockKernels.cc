@@ -19,12 +19,10 @@ std::vector<BlockKernels> Supported(int blockSize) {
   std::vector<BlockKernels> supported;
   if (blockSize != 3 && blockSize != 6) return supported;
 #if defined(__x86_64__)
-  if (__builtin_cpu_supports("avx512f") != 0 && __builtin_cpu_supports("avx512vl") != 0) {
+  if (__builtin_cpu_supports("avx512f") != 0 && __builtin_cpu_supports("avx512vl") != 0)
     supported.push_back(blockSize == 3 ? kOf3With512 : kOf6With512);
-  }
-  if (__builtin_cpu_supports("avx2") != 0) {
+  if (__builtin_cpu_supports("avx2") != 0)
     supported.push_back(blockSize == 3 ? kOf3With256 : kOf6With256);
-  }
 #endif
   supported.push_back(blockSize == 3 ? kOf3With128 : kOf6With128);
   return supported;

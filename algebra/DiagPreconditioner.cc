@@ -11,9 +11,8 @@ DiagPreconditioner::DiagPreconditioner(const SparseMatrix& A)
     : Preconditioner("Diagonal"), diagonal_(A.rows) {
   for (int i = 0; i < A.rows; ++i) {
     diagonal_[i] = A.Diagonal(i);
-    if (diagonal_[i] == 0.0) {
+    if (diagonal_[i] == 0.0)
       Fatal("Diagonal preconditioner failure.\nZero detected in element ", i);
-    }
   }
 }
 

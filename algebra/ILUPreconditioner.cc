@@ -59,10 +59,9 @@ void ILUPreconditioner::Factorise() {
       const int diagonal = upper_.rowStart[k];
       const double factor = lower_.values[s] / upper_.values[diagonal];  // l_ik / u_kk
       lower_.values[s] = factor;
-      for (int t = diagonal + 1; t < upper_.rowStart[k + 1]; ++t) {
+      for (int t = diagonal + 1; t < upper_.rowStart[k + 1]; ++t)
         if (double* const target = place[upper_.colIndex[t]])
           *target -= factor * upper_.values[t];  // (i, j) -= l_ik u_kj
-      }
     }
 
     const double pivot = upper_.values[upperBegin];

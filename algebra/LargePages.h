@@ -32,11 +32,10 @@ struct LargePageAllocator {
   }
 
   void deallocate(T* memory, std::size_t count) {
-    if (count * sizeof(T) < kPageSize) {
+    if (count * sizeof(T) < kPageSize)
       ::operator delete(memory);
-    } else {
+    else
       ::operator delete (memory, std::align_val_t{kPageSize});
-    }
   }
 
   bool operator==(const LargePageAllocator& /*other*/) const { return true; }

@@ -14,9 +14,8 @@ template <int B>
 inline void Product(const double* G, const double* S, double* T) {
   for (int i = 0; i < B; ++i) {
     double row[B] = {};
-    for (int k = 0; k < B; ++k) {
+    for (int k = 0; k < B; ++k)
       for (int j = 0; j < B; ++j) row[j] += G[i * B + k] * S[k * B + j];
-    }
     std::copy_n(row, B, T + i * B);
   }
 }
@@ -123,9 +122,8 @@ void NodeBlockFactors::Invert(int node) {
   double columns[B * B];
   std::copy_n(D, B * B, columns);
   for (int r = 0; r < B; ++r) {
-    for (int c = 0; c < B; ++c) {
+    for (int c = 0; c < B; ++c)
       if (IsFixed(node * B + r) || IsFixed(node * B + c)) D[r * B + c] = r == c ? 1.0 : 0.0;
-    }
   }
   if (!InvertSymmetric<B>(D)) isPositive_ = false;
   if (fixed_[node] == 0) return;
@@ -134,9 +132,8 @@ void NodeBlockFactors::Invert(int node) {
   const double* const inverse = FreeInverse<B>(node, buffer);
   for (int p = 0; p < B; ++p) {
     if (!IsFixed(node * B + p)) continue;
-    for (int r = 0; r < B; ++r) {
+    for (int r = 0; r < B; ++r)
       for (int k = 0; k < B; ++k) D[p * B + r] -= inverse[r * B + k] * columns[k * B + p];
-    }
   }
 }
 
@@ -149,9 +146,8 @@ void NodeBlockFactors::Scale() {
   for (int node = 0; node < nodes_; ++node) {
     std::copy_n(DiagonalBlock(node), B * B, factor);  // by columns: row p is column p of D^-1
     for (int r = 0; r < B; ++r) {
-      for (int c = 0; c < B; ++c) {
+      for (int c = 0; c < B; ++c)
         if (r != c && IsFixed(node * B + c)) factor[r * B + c] = 0.0;
-      }
     }
     for (int s = start_[node]; s < start_[node + 1]; ++s) {
       Product<B>(factor, Block(s), scaled);

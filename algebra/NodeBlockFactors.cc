@@ -22,9 +22,8 @@ bool IsUnitRow(const SparseMatrix& A, int i) {
 }
 
 void CopyTransposed(int B, const double* from, double* to) {
-  for (int r = 0; r < B; ++r) {
+  for (int r = 0; r < B; ++r)
     for (int c = 0; c < B; ++c) to[r * B + c] = from[c * B + r];
-  }
 }
 
 /// Whether (i, j) and (j, i) agree, given the two diagonals.
@@ -39,9 +38,8 @@ NodeBlockFactors::NodeBlockFactors(const SparseMatrix& A)
 
 void NodeBlockFactors::FindFixed(const SparseMatrix& A) {
   fixed_.assign(nodes_, 0);
-  for (int i = 0; i < A.rows; ++i) {
+  for (int i = 0; i < A.rows; ++i)
     if (IsUnitRow(A, i)) fixed_[i / size_] |= static_cast<unsigned char>(1 << i % size_);
-  }
 }
 
 /// The node blocks of the diagonal, row by row; zeros for a node that was never assembled, whose
@@ -137,11 +135,10 @@ std::unique_ptr<NodeBlockFactors> NodeBlockFactors::Of(const SparseMatrix& A) {
   if (!factors->CopyDiagonal(A)) return nullptr;
   factors->CopyUpper(A);
   if (!factors->MatchLower(A)) return nullptr;
-  if (A.blockSize == 3) {
+  if (A.blockSize == 3)
     factors->Eliminate<3>(A);
-  } else {
+  else
     factors->Eliminate<6>(A);
-  }
   return factors;
 }
 
@@ -161,9 +158,8 @@ void NodeBlockFactors::TransposedSolve(const double* r, double* z) const {
   const int B = size_;
   std::vector<double> y(r, r + static_cast<std::ptrdiff_t>(nodes_) * B);
   const auto forEachPlace = [&](int node, auto f) {  // f(i, j, value), i < j
-    for (int s = start_[node]; s < start_[node + 1]; ++s) {
+    for (int s = start_[node]; s < start_[node + 1]; ++s)
       for (int k = 0; k < B * B; ++k) f(node * B + k / B, column_[s] * B + k % B, Block(s)[k]);
-    }
   };
   for (int node = 0; node < nodes_; ++node) {
     forEachPlace(node, [&](int i, int j, double v) {

@@ -17,9 +17,8 @@ namespace {
 
 /// to += the upper triangle of a square block.
 void AddUpperTriangle(const double* block, int size, double* to) {
-  for (int r = 0; r < size; ++r) {
+  for (int r = 0; r < size; ++r)
     for (int c = r; c < size; ++c) to[r * size + c] += block[r * size + c];
-  }
 }
 
 /// y += the product of a block on the diagonal, of which the upper triangle counts.
@@ -92,9 +91,8 @@ void NodeBlockMatrix::AddNodePair(int node1, int node2, int /*dofsPerNode*/) {
 }
 
 void NodeBlockMatrix::Allocate(int dofsPerNode) {
-  if (n_ % dofsPerNode != 0) {
+  if (n_ % dofsPerNode != 0)
     Fatal("error in NodeBlockMatrix::Allocate. ", n_, " degrees in nodes of ", dofsPerNode, "\n");
-  }
   values_ = {};
   dofs_ = dofsPerNode;
   rows_ = pairs_.TakeRows(NumNodes());
@@ -107,11 +105,9 @@ void NodeBlockMatrix::FindLowerRows() {
   const int nodes = NumNodes();
   lowerStart_.assign(nodes + 1, 0);
   const auto forEachLower = [&](auto visit) {
-    for (int row = 0; row < nodes; ++row) {
-      for (int b = rows_.start[row] + 1; b < rows_.start[row + 1]; ++b) {
+    for (int row = 0; row < nodes; ++row)
+      for (int b = rows_.start[row] + 1; b < rows_.start[row + 1]; ++b)
         visit(row, rows_.column[b], b);
-      }
-    }
   };
   forEachLower([&](int, int column, int) { ++lowerStart_[column + 1]; });
   std::partial_sum(lowerStart_.begin(), lowerStart_.end(), lowerStart_.begin());
@@ -186,9 +182,8 @@ void NodeBlockMatrix::VisitRow(Matrix& K, int dof, Visit visit) {
 }
 
 void NodeBlockMatrix::Prescribe(int dof, double value, ReaVecT& rhs) {
-  if (std::abs(value) > kZero) {
+  if (std::abs(value) > kZero)
     VisitRow(*this, dof, [&](int j, double entry) { rhs(j) -= entry * value; });
-  }
   VisitRow(*this, dof, [](int, double& entry) { entry = 0.0; });
   Entry(dof, dof) = 1.0;
   rhs(dof) = value;
@@ -216,9 +211,8 @@ void NodeBlockMatrix::ScaleAndShift(const ReaVecT& scale, double shift) {
     for (int b = rows_.start[node]; b < rows_.start[node + 1]; ++b) {
       const double* const sj = scale.begin() + static_cast<std::ptrdiff_t>(rows_.column[b]) * dofs_;
       double* const block = BlockValues(b);
-      for (int r = 0; r < dofs_; ++r) {
+      for (int r = 0; r < dofs_; ++r)
         for (int c = 0; c < dofs_; ++c) block[r * dofs_ + c] *= si[r] * sj[c];
-      }
     }
     double* const diagonal = BlockValues(rows_.start[node]);
     for (int d = 0; d < dofs_; ++d) diagonal[d * dofs_ + d] += shift;
@@ -250,9 +244,8 @@ void NodeBlockMatrix::Print(std::ostream& stream) const {
 void NodeBlockMatrix::CopyFromYouToMat(Matriu& dense) const {
   dense.Redimension(n_, n_);
   dense.Fill(0.0);
-  for (int i = 1; i <= n_; ++i) {
+  for (int i = 1; i <= n_; ++i)
     VisitRow(*this, i, [&](int j, double entry) { dense(i, j) = entry; });
-  }
 }
 
 void NodeBlockMatrix::WriteForVemo(std::ostream& /*stream*/) const {

@@ -44,9 +44,8 @@ ProfileBlocks::ProfileBlocks(const Profile& profile)
   top = natural;
   for (int j = 0; j < K.n; ++j) top[j] = j - K.heights[j] + 1;
   byTop = natural;
-  for (auto begin = byTop.begin(); begin != byTop.end(); begin += size) {
+  for (auto begin = byTop.begin(); begin != byTop.end(); begin += size)
     std::stable_sort(begin, begin + size, [&](int i, int j) { return top[i] < top[j]; });
-  }
 }
 
 void ProfileBlocks::PointTo(const int* group, int first, int last, const double** a) {
@@ -66,9 +65,8 @@ void ProfileBlocks::PointTo(const int* group, int first, int last, const double*
 }
 
 void ProfileBlocks::Load(const Sliver& sliver, int begin) const {
-  for (int lane = 0; lane < kWidth; lane += kLanes) {
+  for (int lane = 0; lane < kWidth; lane += kLanes)
     LoadLanes(sliver.columns + lane, begin, sliver.Row(begin) + lane);
-  }
 }
 
 void ProfileBlocks::LoadLanes(const int* lanes, int begin, double* to) const {
@@ -79,14 +77,11 @@ void ProfileBlocks::LoadLanes(const int* lanes, int begin, double* to) const {
     if (top[j] < end) from[lane] = K.columns[j] + (j - end);
   }
   const int whole = std::clamp(top[lanes[kLanes - 1]], begin, end);  // from here on all are stored
-  for (int i = begin; i < whole; ++i, to += kWidth) {
-    for (int lane = 0; lane < kLanes; ++lane) {
+  for (int i = begin; i < whole; ++i, to += kWidth)
+    for (int lane = 0; lane < kLanes; ++lane)
       to[lane] = i < top[lanes[lane]] ? 0.0 : from[lane][end - i];
-    }
-  }
-  for (int i = whole; i < end; ++i, to += kWidth) {
+  for (int i = whole; i < end; ++i, to += kWidth)
     for (int lane = 0; lane < kLanes; ++lane) to[lane] = from[lane][end - i];
-  }
 }
 
 void ProfileBlocks::Store(const Sliver& sliver, int row, const double* tile) const {
@@ -99,11 +94,10 @@ void ProfileBlocks::Store(const Sliver& sliver, int row, const double* tile) con
 void ProfileBlocks::StoreColumn(int j, int row, const double* from) const {
   double* const last = K.columns[j] + (j - row - kRows + 1);
   const int missing = top[j] - row;
-  if (missing <= 0) {  // nearly always; a loop of known length is laid out flat
+  if (missing <= 0)  // nearly always; a loop of known length is laid out flat
     for (int r = 0; r < kRows; ++r) last[kRows - 1 - r] = from[kWidth * r];
-  } else {
+  else
     for (int r = missing; r < kRows; ++r) last[kRows - 1 - r] = from[kWidth * r];
-  }
 }
 
 }  // namespace kestol

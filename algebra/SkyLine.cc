@@ -22,9 +22,8 @@ namespace {
 void PreferLargePagesWithin(void* memory, std::size_t bytes) {
   constexpr std::size_t kLarge = std::size_t{1} << 22;
   constexpr std::size_t kPage = 4096;
-  if (bytes >= kLarge && std::align(kPage, kLarge / 2, memory, bytes)) {
+  if (bytes >= kLarge && std::align(kPage, kLarge / 2, memory, bytes))
     PreferLargePages(memory, bytes);
-  }
 }
 
 }  // namespace
@@ -112,9 +111,8 @@ void SkyLine::VisitRow(int i, Visit visit) const {
   assert(i >= 1 && i <= n_);
   double* const column = columns_[i - 1];
   for (int k = heights_[i - 1] - 1; k >= 0; --k) visit(i - k, column[k]);
-  for (int j = i + 1; j <= lastColumn_[i - 1]; ++j) {
+  for (int j = i + 1; j <= lastColumn_[i - 1]; ++j)
     if (IsStored(i, j)) visit(j, columns_[j - 1][j - i]);
-  }
 }
 
 void SkyLine::FillRow(int i, std::vector<double>& row) const {
@@ -123,9 +121,7 @@ void SkyLine::FillRow(int i, std::vector<double>& row) const {
 }
 
 void SkyLine::Prescribe(int p, double value, ReaVecT& rhs) {
-  if (std::abs(value) > kZero) {
-    VisitRow(p, [&](int i, double entry) { rhs(i) -= entry * value; });
-  }
+  if (std::abs(value) > kZero) VisitRow(p, [&](int i, double entry) { rhs(i) -= entry * value; });
   Prescribe(p);
   rhs(p) = value;
 }

@@ -157,9 +157,8 @@ void SkyLine::ReportDependence(int p) const {
   for (int r = 1; r <= n_; ++r) {
     if (r == p) continue;
     FillRow(r, other);
-    if (AreDependent(row, other)) {
+    if (AreDependent(row, other))
       Fatal("error: Degree of freedom ", p, " and ", r, " are dependent\n");
-    }
   }
 }
 

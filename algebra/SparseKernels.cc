@@ -37,11 +37,10 @@ void SolvePlain(const CompressedRows& T, bool isUnit, int first, int step, doubl
     double diagonal = 1.0;
     for (int s = T.rowStart[i]; s < T.rowStart[i + 1]; ++s) {
       const int j = T.colIndex[s];
-      if (j != i) {
+      if (j != i)
         sum += T.values[s] * y[j];
-      } else if (!isUnit) {
+      else if (!isUnit)
         diagonal = T.values[s];
-      }
     }
     y[i] = (y[i] - sum) / diagonal;
   }
@@ -90,11 +89,10 @@ void MultiplyRows(int transpose, const MatrixDescriptor& descriptor, const Compr
     double sum = 0.0;
     for (int s = A.rowStart[i]; s < A.rowStart[i + 1]; ++s) {
       const int j = A.colIndex[s];
-      if (transpose == kTransposed) {
+      if (transpose == kTransposed)
         y[j] += A.values[s] * x[i];
-      } else {
+      else
         sum += A.values[s] * x[j];
-      }
     }
     if (transpose == kPlain) y[i] = sum;
   }
@@ -111,11 +109,10 @@ void SolveRows(int transpose, double unitd, const MatrixDescriptor& descriptor,
   const bool isForward = (descriptor.triangle == kLower) == (transpose == kPlain);
   const int first = isForward ? 0 : n - 1;
   const int step = isForward ? 1 : -1;
-  if (transpose == kPlain) {
+  if (transpose == kPlain)
     SolvePlain(T, isUnit, first, step, y);
-  } else {
+  else
     SolveTransposed(T, isUnit, first, step, y);
-  }
 }
 
 void Multiply(const SparseMatrix& A, const double* x, double* y) {

@@ -54,9 +54,8 @@ bool IsWholeBlocks(int i, int j, const Matriu& M) {
 /// to += the node block whose entry (r, c) is block[r * rowStride + c * columnStride].
 template <int B>
 void AddColumns(const double* block, int rowStride, int columnStride, double* to) {
-  for (int c = 0; c < B; ++c, to += B, block += columnStride) {
+  for (int c = 0; c < B; ++c, to += B, block += columnStride)
     for (int r = 0; r < B; ++r) to[r] += block[r * rowStride];
-  }
 }
 
 }  // namespace
@@ -86,9 +85,8 @@ void SparseMatrix::ClearValues() {
 }
 
 void SparseMatrix::CheckBounds(int i, int j) const {
-  if (i < 0 || i >= rows || j < 0 || j >= cols) {
+  if (i < 0 || i >= rows || j < 0 || j >= cols)
     Fatal("Sparse Matrix accessing exception -- out of bounds.");
-  }
 }
 
 /// Which slot of row i has column j, or -1.
@@ -96,9 +94,8 @@ int SparseMatrix::FindSlot(int i, int j) const {
   const int inNode = j % blockSize;
   const int* const column = Columns(i);
   const int blocks = Length(i) / blockSize;
-  for (int b = 0; b < blocks && column[b] >= 0; ++b) {
+  for (int b = 0; b < blocks && column[b] >= 0; ++b)
     if (column[b] == j - inNode) return b * blockSize + inNode;
-  }
   return -1;
 }
 
@@ -209,9 +206,8 @@ double SparseMatrix::Read(int i, int j) const {
 double& SparseMatrix::Reference(int i, int j) {
   CheckBounds(i, j);
   const int k = FindSlot(i, j);
-  if (k < 0) {
+  if (k < 0)
     Fatal("Sparse Matrix element (", i, ",", j, ") not in sparse structure -- cannot assign.");
-  }
   return values[Place(i, k)];
 }
 

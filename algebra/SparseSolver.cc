@@ -28,9 +28,8 @@ int DefaultLimit(int n) {
 }
 
 bool HasPositiveDiagonal(const SparseMatrix& A) {
-  for (int i = 0; i < A.rows; ++i) {
+  for (int i = 0; i < A.rows; ++i)
     if (!(A.Diagonal(i) > 0.0)) return false;
-  }
   return true;
 }
 
@@ -59,9 +58,8 @@ void SparseSolver::AddNodePair(int node1, int node2, int dofsPerNode) {
 void SparseSolver::AddNeighbour(int node, int neighbour) {
   std::vector<int>& neighbours = adjacency_[node - 1];
   if (std::find(neighbours.begin(), neighbours.end(), neighbour) != neighbours.end()) return;
-  if (neighbours.size() == MAXNUMNODESAROUNDNODE) {
+  if (neighbours.size() == MAXNUMNODESAROUNDNODE)
     Fatal("error: increase parameter MAXNUMNODESAROUNDNODE node=", node, "\n");
-  }
   neighbours.push_back(neighbour);
 }
 
@@ -169,9 +167,8 @@ int SparseSolver::Accept(double residual, int flag, std::ostream* info) const {
 }
 
 bool SparseSolver::HasDiagonals() const {
-  for (int i = 0; i < n; ++i) {
+  for (int i = 0; i < n; ++i)
     if (matrix_->Diagonal(i) == 0.0) return false;
-  }
   return true;
 }
 

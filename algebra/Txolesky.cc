@@ -90,9 +90,8 @@ Factorisation::Factorisation(const Profile& K, const TileKernel& kernel)
       panel_(numSlivers_),
       square_(numSlivers_) {
   std::size_t longest = 0;
-  for (int panel = 0; panel < K_.n; panel += blockSize_) {
+  for (int panel = 0; panel < K_.n; panel += blockSize_)
     longest = std::max(longest, PanelLength(panel));
-  }
   panelRows_ = NewAligned(longest);
   squareRows_ = NewAligned(static_cast<std::size_t>(blockSize_) * blockSize_);
 }
@@ -136,9 +135,8 @@ int Factorisation::Run(std::ostream* info) {
 }
 
 void Factorisation::Load(int block) {
-  for (const Sliver& sliver : panel_) {
+  for (const Sliver& sliver : panel_)
     if (sliver.first <= block) blocks_.Load(sliver, block);
-  }
 }
 
 /// Subtracts from the rows of a block the products with all rows above it, in pieces of so many
@@ -149,9 +147,8 @@ void Factorisation::Reduce(int block, bool isSquare) {
   const int top = std::max(blocks_.top[columns[0]], panel_[0].top);
   for (int first = top; first < block; first += ProfileBlocks::kMostRows) {
     const int last = std::min(block, first + ProfileBlocks::kMostRows);
-    for (int g = 0; g < blockSize_; g += kRows) {
+    for (int g = 0; g < blockSize_; g += kRows)
       ReduceGroup(columns + g, block, first, last, isSquare ? g / kWidth : 0);
-    }
   }
 }
 
@@ -199,11 +196,9 @@ void Factorisation::ReduceRows(const Sliver* slivers, int count, int block, int 
 void Factorisation::SolveRows(const Sliver* slivers, int count, int row) {
   const int end = row + kRows;
   double u[kRows * kRows] = {};
-  for (int i = row; i < std::min(end, K_.n); ++i) {
-    for (int k = std::max(row, blocks_.top[i]); k < i; ++k) {
+  for (int i = row; i < std::min(end, K_.n); ++i)
+    for (int k = std::max(row, blocks_.top[i]); k < i; ++k)
       u[kRows * (k - row) + i - row] = K_.columns[i][i - k];
-    }
-  }
   alignas(64) double divided[kRows * kWidth];
   for (int s = 0; s < count && slivers[s].top < end; ++s) {
     kernel_.solveTriangle(u, slivers[s].Row(row));

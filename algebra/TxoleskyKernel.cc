@@ -29,9 +29,8 @@ constexpr int kWidth = kTileColumns;
 }
 
 [[gnu::always_inline]] inline void DivideRows(const double* g, const double* d, double* u) {
-  for (int r = 0; r < kTileRows; ++r) {
+  for (int r = 0; r < kTileRows; ++r)
     for (int c = 0; c < kWidth; ++c) u[kWidth * r + c] = g[kWidth * r + c] / d[r];
-  }
 }
 
 #if defined(__x86_64__)
@@ -71,9 +70,8 @@ constexpr int kWidth = kTileColumns;
   for (int r = 0; r < 8; ++r) {
     double* const place = c + static_cast<std::ptrdiff_t>(rows[r]) * kWidth;
 #pragma GCC unroll 3
-    for (int v = 0; v < 3; ++v) {
+    for (int v = 0; v < 3; ++v)
       _mm512_store_pd(place + 8 * v, _mm512_sub_pd(_mm512_load_pd(place + 8 * v), sum[r][v]));
-    }
   }
 }
 
@@ -123,9 +121,8 @@ bool Has512() {
   for (int r = 0; r < 4; ++r) {
     double* const place = c + static_cast<std::ptrdiff_t>(rows[r]) * kWidth;
 #pragma GCC unroll 3
-    for (int v = 0; v < 3; ++v) {
+    for (int v = 0; v < 3; ++v)
       _mm256_store_pd(place + 4 * v, _mm256_sub_pd(_mm256_load_pd(place + 4 * v), sum[r][v]));
-    }
   }
 }
 

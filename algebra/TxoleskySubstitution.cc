@@ -19,9 +19,8 @@ constexpr int kLanes = 16;
 double Dot(const double* x, const double* y, int count) {
   double sums[kLanes] = {};
   int k = 0;
-  for (; k + kLanes <= count; k += kLanes) {
+  for (; k + kLanes <= count; k += kLanes)
     for (int lane = 0; lane < kLanes; ++lane) sums[lane] += x[k + lane] * y[k + lane];
-  }
   for (; k < count; ++k) sums[0] += x[k] * y[k];
   double sum = 0.0;
   for (int lane = 0; lane < kLanes; ++lane) sum += sums[lane];

@@ -55,12 +55,11 @@ void AddLoads(const Project& project, const MeshPart& mesh, ReaVecT& f, Evaluate
     if (!(weight > kZero) && first == nullptr) continue;
     evaluate(*elem, points);
     if (weight > kZero) AddVolumeLoad(forces, *elem, points, WeightAlongGravity(project, weight));
-    for (const PreassureLT* load = first; load != nullptr; load = load->next.get()) {
+    for (const PreassureLT* load = first; load != nullptr; load = load->next.get())
       if (load->face == -1)
         AddVolumeLoad(forces, *elem, points, ValuesOf(*load));
       else
         AddFaceLoad(forces, *elem, *load);
-    }
   }
 }
 

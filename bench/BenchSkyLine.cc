@@ -119,12 +119,10 @@ void Register() {
           [&aCase, factorise](benchmark::State& state) { Time(state, aCase.Heights(), factorise); })
           ->Unit(benchmark::kMillisecond);
     };
-    for (const TileKernel& kernel : SupportedTileKernels()) {
+    for (const TileKernel& kernel : SupportedTileKernels())
       add(kernel.name, [&](const Profile& K) { return Txolesky(K, nullptr, kernel); });
-    }
-    if (aCase.rowByRow == RowByRow::Timed) {
+    if (aCase.rowByRow == RowByRow::Timed)
       add("row by row", [](const Profile& K) { return reference::Txolesky(K, nullptr); });
-    }
     benchmark::RegisterBenchmark(
         (aCase.name + std::string("/substitution")).c_str(),
         [&aCase](benchmark::State& state) { TimeSubstitution(state, aCase.Heights()); })

@@ -70,11 +70,10 @@ void OutputText::MakeRoom(std::size_t count) {
 // Gives what stands before `end` away; the rest moves to the front.
 void OutputText::HandOver(const char* end) {
   const std::string_view text(buffer_.get(), static_cast<std::size_t>(end - buffer_.get()));
-  if (inMemory_) {
+  if (inMemory_)
     memory_ += text;
-  } else {
+  else
     WriteToFile(text);
-  }
   const auto begun = static_cast<std::size_t>(cursor_ - end);
   std::memmove(buffer_.get(), end, begun);
   cursor_ = buffer_.get() + begun;
@@ -83,11 +82,10 @@ void OutputText::HandOver(const char* end) {
 void OutputText::WriteToFile(std::string_view text) {
   while (!text.empty() && !refused_) {
     const ssize_t written = ::write(file_, text.data(), text.size());
-    if (written > 0) {
+    if (written > 0)
       text.remove_prefix(static_cast<std::size_t>(written));
-    } else if (written == 0 || errno != EINTR) {
+    else if (written == 0 || errno != EINTR)
       refused_ = true;
-    }
   }
 }
 

@@ -91,13 +91,11 @@ void WriteBeamsAndShells(const Project& project, const Results& results, const L
   if (last.linear != nullptr) DeclareBeamStations(project, file);
   if (last.triangle != nullptr)
     DeclareTrianglePoints(PointLayoutOf(project, *last.triangle).points, file);
-  for (int m = 0; m < static_cast<int>(project.meshes.size()); ++m) {
-    if (project.meshes[m]->elemType == Linear) {
+  for (int m = 0; m < static_cast<int>(project.meshes.size()); ++m)
+    if (project.meshes[m]->elemType == Linear)
       WriteBeamResults(project, results, m, file);
-    } else {
+    else
       WriteTriangleResults(project, results, m, file);
-    }
-  }
 }
 
 }  // namespace

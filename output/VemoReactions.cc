@@ -37,13 +37,12 @@ void WriteVemoReactions(const Project& project, const Results& results, OutputTe
   file << "Reactions       4 1.0 Estatic 2 1 1\nPx\nPy\nPz\n";
   WriteLines(project, results, 0, forces, file);
 
-  if (plane) {
+  if (plane)
     file << "M Reactions     4 1.0 Estatic 1 1 1\nM\n";
-  } else if (dofs == 6) {
+  else if (dofs == 6)
     file << "M Reactions     4 1.0 Estatic 2 1 1\nMx\nMy\nMz\n";
-  } else {
+  else
     return;
-  }
   WriteLines(project, results, forces, dofs, file);
 }
 

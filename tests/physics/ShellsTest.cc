@@ -175,7 +175,8 @@ TEST(ShellPatch, ThreeNodedElementsInsideDoNotFindTheConstantCurvature) {
              kPatchPlate + PrescribeField(mesh, mesh.Where(OnPatchBoundary), ConstantCurvature)));
   double worst = 0.0;
   for (int i = 3; i < project->results.meshes[0].local.n; i += 8)
-    worst = std::max(worst, std::abs(project->results.meshes[0].local.data[i] / kPatchMoment - 1.0));
+    worst =
+        std::max(worst, std::abs(project->results.meshes[0].local.data[i] / kPatchMoment - 1.0));
   EXPECT_GT(worst, 0.5);
 }
 

@@ -83,9 +83,8 @@ std::optional<std::string> ContentOf(const char* name) {
 std::vector<std::string> LinesOf(const std::string& text) {
   std::vector<std::string> lines;
   std::size_t at = 0;
-  for (std::size_t end; (end = text.find('\n', at)) != std::string::npos; at = end + 1) {
+  for (std::size_t end; (end = text.find('\n', at)) != std::string::npos; at = end + 1)
     lines.push_back(text.substr(at, end - at));
-  }
   lines.push_back(text.substr(at));
   return lines;
 }

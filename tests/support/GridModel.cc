@@ -54,9 +54,7 @@ long GridModel::Assemble(StiffnessMatrix& K) const {
 }
 
 void GridModel::Hold(StiffnessMatrix& K, double value, ReaVecT& rhs) const {
-  for (int equation = 1; equation <= nx * ny * dofs; ++equation) {
-    K.Prescribe(equation, value, rhs);
-  }
+  for (int equation = 1; equation <= nx * ny * dofs; ++equation) K.Prescribe(equation, value, rhs);
 }
 
 }  // namespace kestol

@@ -82,9 +82,8 @@ inline std::vector<int> FullHeights(int n) {
 inline std::vector<int> RandomHeights(int n, int mean) {
   std::mt19937 generator(7);
   std::vector<int> heights(n);
-  for (int j = 0; j < n; ++j) {
+  for (int j = 0; j < n; ++j)
     heights[j] = std::min(j + 1, 1 + static_cast<int>(generator() % (2u * mean - 1)));
-  }
   return heights;
 }
 
@@ -105,11 +104,9 @@ inline std::vector<int> WaveFrontHeights(int side, int dofsPerNode) {
     const int x = order[index] % side;
     const int y = order[index] / side;
     int lowest = index;
-    for (int v = std::max(y - 1, 0); v <= std::min(y + 1, side - 1); ++v) {
-      for (int u = std::max(x - 1, 0); u <= std::min(x + 1, side - 1); ++u) {
+    for (int v = std::max(y - 1, 0); v <= std::min(y + 1, side - 1); ++v)
+      for (int u = std::max(x - 1, 0); u <= std::min(x + 1, side - 1); ++u)
         lowest = std::min(lowest, indexOf[v * side + u]);
-      }
-    }
     for (int d = 1; d <= dofsPerNode; ++d) heights.push_back((index - lowest) * dofsPerNode + d);
   }
   return heights;

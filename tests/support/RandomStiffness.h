@@ -45,11 +45,9 @@ inline SparseMatrix RandomStiffness(std::mt19937& random, int nodes, int dofs, d
   for (int node = 0; node < nodes; ++node) {
     const std::vector<double> entries = RandomVector(random, dofs * dofs);
     const double diagonal = 2.0 + shift * room[node * dofs];
-    for (int i = 1; i <= dofs; ++i) {
-      for (int j = 1; j <= i; ++j) {
+    for (int i = 1; i <= dofs; ++i)
+      for (int j = 1; j <= i; ++j)
         block(i, j) = block(j, i) = i == j ? diagonal : entries[i * dofs - j];
-      }
-    }
     A.AddBlock(node * dofs, node * dofs, block);
   }
   return A;

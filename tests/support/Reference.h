@@ -22,9 +22,8 @@ inline int Txolesky(const Profile& K, std::ostream* info) {
     for (int j = i; j <= K.n; ++j) {
       if (j - i >= K.heights[j - 1]) continue;
       double s = 0.0;
-      for (int k = std::max(firstRow(i), firstRow(j)); k < i; ++k) {
+      for (int k = std::max(firstRow(i), firstRow(j)); k < i; ++k)
         s += entry(k, k) * entry(k, i) * entry(k, j);
-      }
       entry(i, j) -= s;
       if (j != i) {
         entry(i, j) /= entry(i, i);

@@ -16,9 +16,8 @@ double Dot(const std::vector<double>& a, const std::vector<double>& b) {
 }  // namespace
 
 ScalarSparse::ScalarSparse(const SparseMatrix& A) : rows_(A.rows) {
-  for (int i = 0; i < A.rows; ++i) {
+  for (int i = 0; i < A.rows; ++i)
     A.ForEachEntry(i, [&](int column, double value) { rows_[i][column] = value; });
-  }
 }
 
 double ScalarSparse::operator()(int i, int j) const {
@@ -28,9 +27,8 @@ double ScalarSparse::operator()(int i, int j) const {
 
 std::vector<double> ScalarSparse::Times(const std::vector<double>& x) const {
   std::vector<double> y(rows_.size(), 0.0);
-  for (int i = 0; i < NumRows(); ++i) {
+  for (int i = 0; i < NumRows(); ++i)
     for (const auto& [j, value] : rows_[i]) y[i] += value * x[j];
-  }
   return y;
 }
 
@@ -41,9 +39,8 @@ ScalarSparse ScalarSparse::IncompleteFactors() const {
     for (auto& [k, factor] : row) {
       if (k >= i) break;
       factor /= factors(k, k);
-      for (const auto& [j, value] : factors.rows_[k]) {
+      for (const auto& [j, value] : factors.rows_[k])
         if (j > k && row.count(j) != 0) row[j] -= factor * value;
-      }
     }
   }
   return factors;
@@ -51,14 +48,12 @@ ScalarSparse ScalarSparse::IncompleteFactors() const {
 
 std::vector<double> ScalarSparse::SolveFactors(std::vector<double> r) const {
   for (int i = 0; i < NumRows(); ++i) {
-    for (const auto& [j, value] : rows_[i]) {
+    for (const auto& [j, value] : rows_[i])
       if (j < i) r[i] -= value * r[j];
-    }
   }
   for (int i = NumRows() - 1; i >= 0; --i) {
-    for (const auto& [j, value] : rows_[i]) {
+    for (const auto& [j, value] : rows_[i])
       if (j > i) r[i] -= value * r[j];
-    }
     r[i] /= (*this)(i, i);
   }
   return r;
@@ -67,14 +62,12 @@ std::vector<double> ScalarSparse::SolveFactors(std::vector<double> r) const {
 std::vector<double> ScalarSparse::SolveFactorsTransposed(std::vector<double> r) const {
   for (int i = 0; i < NumRows(); ++i) {
     r[i] /= (*this)(i, i);
-    for (const auto& [j, value] : rows_[i]) {
+    for (const auto& [j, value] : rows_[i])
       if (j > i) r[j] -= value * r[i];
-    }
   }
   for (int i = NumRows() - 1; i >= 0; --i) {
-    for (const auto& [j, value] : rows_[i]) {
+    for (const auto& [j, value] : rows_[i])
       if (j < i) r[j] -= value * r[i];
-    }
   }
   return r;
 }
@@ -91,11 +84,10 @@ int ScalarSparse::ConjugateGradient(std::vector<double>& x, const std::vector<do
   for (int iteration = 1; iteration <= limit; ++iteration) {
     const std::vector<double> z = factors.SolveFactors(r);
     const double rho = Dot(r, z);
-    if (p.empty()) {
+    if (p.empty())
       p = z;
-    } else {
+    else
       for (int i = 0; i < NumRows(); ++i) p[i] = z[i] + rho / previousRho * p[i];
-    }
     const std::vector<double> q = Times(p);
     const double alpha = rho / Dot(p, q);
     for (int i = 0; i < NumRows(); ++i) {

@@ -29,9 +29,8 @@ inline SkyLine Full(int n, std::initializer_list<double> upperRows) {
   for (int j = 2; j < n; ++j) K.AddDegreePair(1, j);
   K.Allocate(1);
   const double* next = upperRows.begin();
-  for (int i = 1; i <= n; ++i) {
+  for (int i = 1; i <= n; ++i)
     for (int j = i; j <= n; ++j) K.Entry(i, j) = *next++;
-  }
   return K;
 }
 

@@ -19,9 +19,8 @@ SparseMatrix FromDense(const std::vector<std::vector<double>>& dense) {
   const int n = static_cast<int>(dense.size());
   SparseMatrix A(n, std::vector<int>(n, n));
   for (int i = 0; i < n; ++i) {
-    for (int j = n - 1; j >= 0; --j) {
+    for (int j = n - 1; j >= 0; --j)
       if (dense[i][j] != 0.0) A.Add(i, j, dense[i][j]);
-    }
   }
   return A;
 }
@@ -50,9 +49,8 @@ std::vector<double> TransposedSolve(const Preconditioner& M, const std::vector<d
 void ExpectNear(const std::vector<double>& found, const std::vector<double>& wanted,
                 double tolerance = 1e-12) {
   ASSERT_EQ(found.size(), wanted.size());
-  for (std::size_t i = 0; i < found.size(); ++i) {
+  for (std::size_t i = 0; i < found.size(); ++i)
     EXPECT_NEAR(found[i], wanted[i], tolerance * (1.0 + std::abs(wanted[i]))) << "entry " << i;
-  }
 }
 
 TEST(DiagPreconditioner, DividesByTheDiagonal) {
@@ -201,9 +199,8 @@ TEST_P(NodeBlocks, FactorsKeepTheColumnsOfFixedDegrees) {
   const int dofs = GetParam();
   std::mt19937 random(6);
   SparseMatrix A = RandomStiffness(random, 40, dofs, 0.2);
-  for (int i = 0; i < A.rows; ++i) {
+  for (int i = 0; i < A.rows; ++i)
     if (random() % 5 == 0 || i / dofs == 7) A.ReplaceByUnitRow(i);
-  }
   ASSERT_NE(NodeBlockFactors::Of(A), nullptr);
   const std::vector<double> r = RandomVector(random, A.rows);
   const ScalarSparse factors = ScalarSparse(A).IncompleteFactors();

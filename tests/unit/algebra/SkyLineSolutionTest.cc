@@ -18,11 +18,9 @@ SkyLine DominantSkyLine(const std::vector<int>& heights) {
   SkyLine K(n);
   for (int j = 1; j <= n; ++j) K.AddDegreePair(j - heights[j - 1] + 1, j);
   K.Allocate(1);
-  for (int j = 1; j <= n; ++j) {
-    for (int i = j - heights[j - 1] + 1; i <= j; ++i) {
+  for (int j = 1; j <= n; ++j)
+    for (int i = j - heights[j - 1] + 1; i <= j; ++i)
       K.Entry(i, j) = i == j ? 9.0 + 0.1 * i : std::sin(5.0 * i + 3.0 * j);
-    }
-  }
   return K;
 }
 
@@ -185,9 +183,8 @@ TEST(SkyLine, OneFactorServesManyRightHandSides) {
     ReaVecT f(40);
     f(loaded) = 1.0;
     ASSERT_EQ(K.Substitute(f, nullptr), 0);
-    for (int i = 1; i <= 40; ++i) {
+    for (int i = 1; i <= 40; ++i)
       EXPECT_NEAR(free.RowTimesVector(i, f), i == loaded ? 1.0 : 0.0, 1e-13);
-    }
   }
 }
 

@@ -132,9 +132,8 @@ TEST(SkyLine, BlocksAddUpAtTheirPlace) {
   K.AddNodePair(1, 2, 2);
   K.Allocate(2);
   Matriu block(2, 2);
-  for (int i = 1; i <= 2; ++i) {
+  for (int i = 1; i <= 2; ++i)
     for (int j = 1; j <= 2; ++j) block(i, j) = 10 * i + j;
-  }
   K.AddBlock(1, 3, block);
   K.AddBlock(1, 3, block);
   EXPECT_THAT(Entries(K), ElementsAre(0, 0, 22, 24,  //

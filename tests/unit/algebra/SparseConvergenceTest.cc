@@ -306,9 +306,8 @@ TEST(SparseSolver, FactorsThatAreNotPositiveGiveWayToTheDiagonal) {
   K.AddNodePair(1, 4, 1);
   K.Allocate(1);
   for (int i = 0; i < 4; ++i) {
-    for (int j = i; j < 4; ++j) {
+    for (int j = i; j < 4; ++j)
       if (entries[i][j] != 0.0) K.AddBlock(i + 1, j + 1, Single(entries[i][j]));
-    }
   }
   ASSERT_FALSE(ILUPreconditioner(K.Matrix()).IsPositive());
   ReaVecT f(4);

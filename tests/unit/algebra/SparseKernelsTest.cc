@@ -150,9 +150,8 @@ TEST(SparseKernels, EveryProductOfNodeBlocksIsTheRowsTimesTheVectorToTheLastBit)
       std::vector<double> rows(A.rows);
       for (int i = 0; i < A.rows; ++i) rows[i] = A.RowTimesVector(i, x.data());
       ASSERT_FALSE(SupportedBlockKernels(dofs).empty());
-      for (const BlockKernels& kernels : SupportedBlockKernels(dofs)) {
+      for (const BlockKernels& kernels : SupportedBlockKernels(dofs))
         EXPECT_EQ(Product(kernels, A, x), rows) << kernels.name << ", " << nodes << " nodes";
-      }
     }
   }
 }
@@ -165,9 +164,8 @@ TEST(SparseKernels, ProductsLeaveUnclaimedSlotsOutAndKeepUnitSlots) {
     block.Fill(2.0);
     A.AddBlock(0, 0, block);
     A.AddBlock(0, dofs, block);
-    for (int i = 0; i < 3 * dofs; ++i) {
+    for (int i = 0; i < 3 * dofs; ++i)
       if (i % dofs == 0) A.ReplaceByUnitRow(i);
-    }
     std::vector<double> x(3 * dofs), rows(3 * dofs), y(3 * dofs);
     for (int i = 0; i < 3 * dofs; ++i) x[i] = i + 1.0;
     for (int i = 0; i < 3 * dofs; ++i) rows[i] = A.RowTimesVector(i, x.data());
@@ -177,9 +175,8 @@ TEST(SparseKernels, ProductsLeaveUnclaimedSlotsOutAndKeepUnitSlots) {
     Multiply(A, x.data(), y.data());
     EXPECT_EQ(y, rows);
     if (dofs == 1) continue;
-    for (const BlockKernels& kernels : SupportedBlockKernels(dofs)) {
+    for (const BlockKernels& kernels : SupportedBlockKernels(dofs))
       EXPECT_EQ(Product(kernels, A, x), rows) << kernels.name;
-    }
   }
 }
 

@@ -45,11 +45,9 @@ TEST_P(TxoleskyKernel, SubtractsProductsOfAnyLengthFromScatteredRows) {
         ASSERT_EQ(c[rows[r] * kTileColumns + column], wanted);
       }
     }
-    for (const int other : {1, 3, 5, 8, 9, 10, 12, 14, 15, 16, 17, 18}) {
-      for (int column = 0; column < kTileColumns; ++column) {
+    for (const int other : {1, 3, 5, 8, 9, 10, 12, 14, 15, 16, 17, 18})
+      for (int column = 0; column < kTileColumns; ++column)
         ASSERT_EQ(c[other * kTileColumns + column], 1.0);
-      }
-    }
   }
 }
 
@@ -75,9 +73,7 @@ TEST_P(TxoleskyKernel, DividesEachRowByItsOwnNumber) {
   const double d[kTileRows] = {1, -2, 3, 7, 49, 0.1, 1e-15, 1e300};
   for (int k = 0; k < kTileRows * kTileColumns; ++k) g[k] = Digit(k);
   GetParam().divideRows(g, d, u);
-  for (int k = 0; k < kTileRows * kTileColumns; ++k) {
-    ASSERT_EQ(u[k], g[k] / d[k / kTileColumns]);
-  }
+  for (int k = 0; k < kTileRows * kTileColumns; ++k) ASSERT_EQ(u[k], g[k] / d[k / kTileColumns]);
 }
 
 TEST(TxoleskyKernels, TheLastOneRunsEverywhere) {

@@ -92,9 +92,8 @@ TEST_P(Txolesky, IndefiniteMatricesHaveNegativePivots) {
 TEST_P(Txolesky, FactorsOfOnesAreExact) {
   const int n = 500;
   TestMatrix K(FullHeights(n));
-  for (int j = 1; j <= n; ++j) {
+  for (int j = 1; j <= n; ++j)
     for (int i = 1; i <= j; ++i) K.Entry(i, j) = i;
-  }
   ASSERT_EQ(Factorise(K), 0);
   EXPECT_EQ(K.entries, std::vector<double>(K.entries.size(), 1.0));
 }
@@ -103,9 +102,8 @@ TEST_P(Txolesky, FailsAtTheFirstBadPivotOfEveryPlace) {
   for (const int failing : {1, 2, 7, 8, 9, 24, 25, 96, 97, 192, 300}) {
     for (const double bad : {0.0, 0.9e-15, -0.9e-15, std::nan("")}) {
       TestMatrix K = DominantMatrix(FullHeights(300));
-      for (int j = 1; j <= 300; ++j) {  // the failing degree and those above it are uncoupled
+      for (int j = 1; j <= 300; ++j)  // the failing degree and those above it are uncoupled
         for (int i = 1; i < std::min(j, failing + 1); ++i) K.Entry(i, j) = 0.0;
-      }
       K.Entry(failing, failing) = bad;
       K.Entry(300, 300) = failing == 300 ? bad : 0.0;  // a later one as well
       EXPECT_EQ(Factorise(K), failing);

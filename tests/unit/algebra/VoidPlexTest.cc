@@ -359,11 +359,10 @@ TEST(VoidPlex, AgreesWithAnOrderedMapOverARandomHistory) {
       const int index = static_cast<int>(random() % 600) + 1;
       void* const object = random() % 3 ? Object(static_cast<int>(random() % 2000)) : nullptr;
       plex.Set(index, object);
-      if (object) {
+      if (object)
         twin[index] = object;
-      } else {
+      else
         twin.erase(index);
-      }
       ASSERT_EQ(plex.lowest, twin.empty() ? 0 : twin.begin()->first);
       const int probe = static_cast<int>(random() % 602);
       ASSERT_EQ(plex.Get(probe), twin.contains(probe) ? twin[probe] : nullptr);

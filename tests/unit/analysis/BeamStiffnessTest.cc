@@ -197,9 +197,7 @@ TEST(BeamStiffness, RefusesEveryMissingValueForEveryEndCode) {
         Material material = Given();
         material.*missing.value = bad;
         EXPECT_FATAL(Stiffness(material, kL, Space, code), missing.text);
-        if (missing.inPlane) {
-          EXPECT_FATAL(Stiffness(material, kL, Plane, code), missing.text);
-        }
+        if (missing.inPlane) EXPECT_FATAL(Stiffness(material, kL, Plane, code), missing.text);
       }
 }
 

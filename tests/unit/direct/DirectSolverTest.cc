@@ -135,9 +135,8 @@ TEST(DirectSolver, PivotsThatAreFarToSeekFindTheirRoom) {
   DirectSolver K(n);
   for (const auto& [i, j] : pairs) K.AddNodePair(i, j, 1);
   K.Allocate(1);
-  for (const auto& [i, j] : pairs) {
+  for (const auto& [i, j] : pairs)
     if (i != j) K.Entry(i, j) += 0.1 + 0.001 * static_cast<double>(random() % 1000);
-  }
   ReaVecT f(n);
   for (int i = 1; i <= n; ++i) f(i) = std::sin(i);
   ReaVecT x = f;
@@ -304,13 +303,11 @@ TEST(DirectSolver, ANodeMayHaveAnyNumberOfNeighbours) {
 TEST(DirectSolver, AllNodesMayBeCoupledWithAllOthers) {
   for (const int nodes : {1, 2, 3, 10, 150}) {
     DirectSolver K(2 * nodes);
-    for (int a = 1; a <= nodes; ++a) {
+    for (int a = 1; a <= nodes; ++a)
       for (int b = a + 1; b <= nodes; ++b) K.AddNodePair(a, b, 2);
-    }
     K.Allocate(2);
-    for (int i = 1; i <= 2 * nodes; ++i) {
+    for (int i = 1; i <= 2 * nodes; ++i)
       for (int j = i; j <= 2 * nodes; ++j) K.Entry(i, j) = i == j ? 2.0 : 1.0;
-    }
     ReaVecT f(2 * nodes);
     f.Fill(2.0 * nodes + 1.0);
     ASSERT_EQ(K.Solve(f, nullptr), 0);

@@ -49,9 +49,8 @@ rlim_t AddressSpace() {
 }
 
 TEST(DirectSolver, ExhaustedMemoryIsAnException) {
-  for (const rlim_t megabytes : {0, 5, 10, 20, 40}) {
+  for (const rlim_t megabytes : {0, 5, 10, 20, 40})
     EXPECT_EXIT(SolveWithin(megabytes), testing::ExitedWithCode(Exhausted), "^$") << megabytes;
-  }
   EXPECT_EXIT(SolveWithin(1000), testing::ExitedWithCode(Solved), "^$");
 }
 

@@ -88,9 +88,8 @@ TEST(CommandLine, UnknownOptionIsTheInputFile) {
 
 TEST(CommandLine, WithoutOneOrTwoFilesThereIsNoRun) {
   for (const char* line : {"", "prog", "prog -p", "prog -i", "prog -e", "prog -r0", "prog -i info",
-                           "prog -p -i", "prog a b c", "prog -p a b c"}) {
+                           "prog -p -i", "prog a b c", "prog -p a b c"})
     EXPECT_FALSE(Call(line).Scan()) << line;
-  }
 }
 
 TEST(CommandLine, UsageNamesTheProgramAsCalled) {
