@@ -15,21 +15,21 @@ namespace kestol {
 
 namespace {
 
-// rows * columns, neither negative; a product beyond the field counts as an exhausted heap.
+/// rows * columns, neither negative; a product beyond the field counts as an exhausted heap.
 unsigned EntryCount(int rows, int columns) {
   const std::int64_t count = std::int64_t{rows} * columns;
   if (count > std::numeric_limits<unsigned>::max()) throw std::bad_alloc();
   return static_cast<unsigned>(count);
 }
 
-// Rows or columns that hold `count` more behind the first `before`, and not less than `present`.
+/// Rows or columns that hold `count` more behind the first `before`, and not less than `present`.
 int GrownTo(int present, int before, int count) {
   const std::int64_t last = std::int64_t{before} + count;
   if (last > std::numeric_limits<int>::max()) throw std::bad_alloc();
   return std::max(present, static_cast<int>(last));
 }
 
-// Copies all of `block` into M, its first entry to (row, col).
+/// Copies all of `block` into M, its first entry to (row, col).
 void CopyBlock(const Matriu& block, int row, int col, Matriu& M) {
   for (int i = 1; i <= block.nrows; ++i)
     std::copy_n(&block.data[std::size_t(i - 1) * block.ncols], block.ncols, &M(row + i - 1, col));

@@ -30,7 +30,7 @@ constexpr PairTexts kAdd = {"Can't add zero sized matrices",
 constexpr PairTexts kSubtract = {"Can't subtract zero sized matrices",
                                  "Can't subtract two Matriu with diferent sizes\n"};
 
-// target = A operation B, entry by entry; `target` is one of the two.
+/// target = A operation B, entry by entry; `target` is one of the two.
 template <class Operation>
 void EachPair(const Matriu& A, const Matriu& B, Matriu& target, Operation operation,
               const PairTexts& texts) {
@@ -60,8 +60,8 @@ Matriu& SubtractFrom(double value, Matriu& M) {
 
 // --- products ------------------------------------------------------------------------------------
 
-// C(i,j) = sum over k of A(i,k) B(k,j), k upwards from 0.0; row by row of B, in the order of
-// memory.
+/// C(i,j) = sum over k of A(i,k) B(k,j), k upwards from 0.0; row by row of B, in the order of
+/// memory.
 Matriu Product(const Matriu& A, const Matriu& B, const char* differentShapes) {
   if (A.size == 0 && B.size == 0) Fatal("Can't multiply zero sized matrices");
   if (A.ncols != B.nrows) RefuseShapes(differentShapes, A, B);
@@ -78,13 +78,13 @@ Matriu Product(const Matriu& A, const Matriu& B, const char* differentShapes) {
   return C;
 }
 
-// A 4x4 matrix and three entries: turn and move in space.
+/// A 4x4 matrix and three entries: turn and move in space.
 bool IsHomogeneous(const Matriu& M, int length) {
   return M.nrows == 4 && M.ncols == 4 && length == 3;
 }
 
-// result(i) = sum over j of M(i,j) v(j), in a vector of the type of v; the fourth column of a
-// homogeneous matrix is added last.
+/// result(i) = sum over j of M(i,j) v(j), in a vector of the type of v; the fourth column of a
+/// homogeneous matrix is added last.
 template <class Vector>
 Vector Product(const Matriu& M, const Vector& v) {
   const bool homogeneous = IsHomogeneous(M, v.n);

@@ -13,7 +13,7 @@ namespace kestol {
 
 namespace {
 
-// Refuses zero size and rectangular matrices, each in its own words.
+/// Refuses zero size and rectangular matrices, each in its own words.
 void RequireSquare(const Matriu& A, const char* zeroSize, const char* rectangular) {
   RefuseZeroSize(A, zeroSize);
   if (A.nrows != A.ncols) Fatal(rectangular, "\tnrows =", A.nrows, ", ncols =", A.ncols);
@@ -25,7 +25,7 @@ void RequireSquare(const Matriu& A, const char* zeroSize, const char* rectangula
 
 // --- closed forms up to order 4; rows and columns from 0, entries row by row ---------------------
 
-// What is left of `entries` (N x N) without one row and one column.
+/// What is left of `entries` (N x N) without one row and one column.
 template <int N>
 std::array<double, (N - 1) * (N - 1)> Without(int row, int column, const double* entries) {
   std::array<double, (N - 1) * (N - 1)> rest{};
@@ -36,7 +36,7 @@ std::array<double, (N - 1) * (N - 1)> Without(int row, int column, const double*
   return rest;
 }
 
-// a11 M11 - a21 M21 + a31 M31 - ..., M the determinants left without the row and the first column.
+/// a11 M11 - a21 M21 + a31 M31 - ..., M the determinants left without the row and the first column.
 template <int N>
 double DeterminantOf(const double* entries) {
   if constexpr (N == 1) {
@@ -51,7 +51,7 @@ double DeterminantOf(const double* entries) {
   }
 }
 
-// inverse(i,j) = (-1)^(i+j) minor(j,i) / determinant.
+/// inverse(i,j) = (-1)^(i+j) minor(j,i) / determinant.
 template <int N>
 void InverseOf(const double* entries, double* inverse) {
   const double determinant = DeterminantOf<N>(entries);
@@ -65,8 +65,9 @@ void InverseOf(const double* entries, double* inverse) {
 
 // --- any order -----------------------------------------------------------------------------------
 
-// Makes B its own inverse by n exchange steps. Deliberate: pivots are the diagonal entries in their
-// order; one that is exactly 0.0 ends the run also where an exchange of rows would have helped.
+/// Makes B its own inverse by n exchange steps. Deliberate: pivots are the diagonal entries in
+/// their order; one that is exactly 0.0 ends the run also where an exchange of rows would have
+/// helped.
 void ExchangeAll(Matriu& B) {
   const int n = B.nrows;
   for (int k = 1; k <= n; ++k) {
@@ -85,19 +86,19 @@ void ExchangeAll(Matriu& B) {
   }
 }
 
-// Written so that a NaN is too small as well.
+/// Written so that a NaN is too small as well.
 bool IsSmallPivot(double pivot) {
   return !(std::abs(pivot) >= kSmallSolvePivot);
 }
 
-// The first row from k on, not the best one, whose entry in column k can be a pivot; 0 for none.
+/// The first row from k on, not the best one, whose entry in column k can be a pivot; 0 for none.
 int PivotRow(const Matriu& A, int k) {
   int row = k;
   while (row <= A.nrows && IsSmallPivot(A(row, k))) ++row;
   return row <= A.nrows ? row : 0;
 }
 
-// Makes A upper triangular, with the same steps on b. False for a singular matrix.
+/// Makes A upper triangular, with the same steps on b. False for a singular matrix.
 bool Eliminate(Matriu& A, double* b) {
   const int n = A.nrows;
   for (int k = 1; k <= n; ++k) {
@@ -116,7 +117,7 @@ bool Eliminate(Matriu& A, double* b) {
   return n > 0;
 }
 
-// A x = b for an upper triangular A; x may be b.
+/// A x = b for an upper triangular A; x may be b.
 void SubstituteBack(const Matriu& A, const double* b, double* x) {
   const int n = A.nrows;
   for (int i = n; i >= 1; --i) {
@@ -135,7 +136,7 @@ int SolveInPlace(Matriu& A, Vector& b, Vector& x) {
   return 0;
 }
 
-// The sum over m < count of C(i,m) C(m,j).
+/// The sum over m < count of C(i,m) C(m,j).
 double PartialProduct(const Matriu& C, int i, int j, int count) {
   double sum = 0.0;
   for (int m = 1; m <= count; ++m) sum += C(i, m) * C(m, j);
@@ -187,7 +188,7 @@ double Determinant(const Matriu& A) {
   }
 }
 
-// Row j of L and column j of U in turn, both from their first entries.
+/// Row j of L and column j of U in turn, both from their first entries.
 Matriu CroutDecomposition(const Matriu& A) {
   RequireSquare(A, "Can't compute the crout decomposition of a zero size Matriu",
                 "Can't compute the crout decomposition of a rectangular Matriu\n");

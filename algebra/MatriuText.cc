@@ -9,7 +9,7 @@ namespace kestol {
 
 namespace {
 
-// One number by a printf format; the buffer holds the largest double written out in full.
+/// One number by a printf format; the buffer holds the largest double written out in full.
 template <class Number>
 void Put(std::ostream& stream, const char* format, Number number) {
   char text[400];

@@ -73,12 +73,12 @@ private:
   static void VisitRow(Matrix& K, int dof, Visit visit);
 
   int n_;
-  int dofs_ = 1;  // B
+  int dofs_ = 1;  ///< B
   NodePairs pairs_;
   UpperRows rows_;
-  LargeVector<double> values_;   // block after block
-  std::vector<int> lowerStart_;  // nodes + 1: the blocks above the diagonal of each block column
-  std::vector<int> lowerRow_;    // and their block rows, ascending
+  LargeVector<double> values_;   ///< block after block
+  std::vector<int> lowerStart_;  ///< nodes + 1: the blocks above the diagonal of each block column
+  std::vector<int> lowerRow_;    ///< and their block rows, ascending
   std::vector<int> lowerBlock_;
 };
 

@@ -54,7 +54,7 @@ private:
   void LoadLanes(const int* lanes, int begin, double* to) const;
   void StoreColumn(int j, int row, const double* from) const;
 
-  std::vector<double> padded_;  // copies of PointTo
+  std::vector<double> padded_;  ///< copies of PointTo
 };
 
 }  // namespace kestol

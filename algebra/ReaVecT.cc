@@ -13,7 +13,7 @@ namespace kestol {
 
 namespace {
 
-// Null for an empty vector.
+/// Null for an empty vector.
 std::unique_ptr<double[]> NewEntries(int length) {
   if (length < 0) RefuseVectorSize(length);
   if (length == 0) return nullptr;

@@ -100,7 +100,7 @@ private:
   };
 
   bool IsStored(int i, int j) const { return j - i < heights_[j - 1]; }  // i <= j
-  void CheckRange(int i, int j) const;                                   // i <= j
+  void CheckRange(int i, int j) const;                                   ///< i <= j
   template <class Visit>
   void VisitRow(int i, Visit visit) const;
   void FillRow(int i, std::vector<double>& row) const;
@@ -109,11 +109,11 @@ private:
 
   int n_;
   std::vector<int> heights_;
-  std::vector<double*> columns_;             // into the storage; null until Allocate
-  bool factorised_ = false;                  // the storage holds D and U
-  std::unique_ptr<double[], Free> storage_;  // column after column
-  std::vector<int> lastColumn_;              // of each row: the last column that may reach it
-  double outside_ = 0.0;                     // what Entry hands out outside the profile
+  std::vector<double*> columns_;             ///< into the storage; null until Allocate
+  bool factorised_ = false;                  ///< the storage holds D and U
+  std::unique_ptr<double[], Free> storage_;  ///< column after column
+  std::vector<int> lastColumn_;              ///< of each row: the last column that may reach it
+  double outside_ = 0.0;                     ///< what Entry hands out outside the profile
 };
 
 }  // namespace kestol

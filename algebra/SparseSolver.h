@@ -93,11 +93,12 @@ private:
   void BuildPreconditioner();
   int Accept(double residual, int flag, std::ostream* info) const;
 
-  std::vector<std::vector<int>> adjacency_;  // neighbours of node i at i - 1; empty once allocated
-  std::unique_ptr<SparseMatrix> matrix_;     // null until Allocate
-  std::unique_ptr<Preconditioner> preconditioner_;  // null until Factorise, and after Solve
-  std::vector<double> start_;                       // n, or empty: zeros when needed
-  std::vector<int> prescribed_;                     // degrees
+  std::vector<std::vector<int>>
+      adjacency_;                         ///< neighbours of node i at i - 1; empty once allocated
+  std::unique_ptr<SparseMatrix> matrix_;  ///< null until Allocate
+  std::unique_ptr<Preconditioner> preconditioner_;  ///< null until Factorise, and after Solve
+  std::vector<double> start_;                       ///< n, or empty: zeros when needed
+  std::vector<int> prescribed_;                     ///< degrees
 };
 
 }  // namespace kestol

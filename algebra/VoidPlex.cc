@@ -23,7 +23,7 @@ int FirstOfRange(int index, int blockSize) {
   return (index - 1) / blockSize * blockSize + 1;
 }
 
-// Stands for the head of a container without blocks, so that no look-up has to ask for null.
+/// Stands for the head of a container without blocks, so that no look-up has to ask for null.
 constinit VoidPlex::Block noBlock;
 
 }  // namespace
@@ -145,13 +145,13 @@ void* VoidPlex::GetElsewhere(int index) const {
   return block->Slot(index);
 }
 
-// The block that covers `index` >= 1, or null.
+/// The block that covers `index` >= 1, or null.
 VoidPlex::Block* VoidPlex::BlockOf(int index) const {
   const auto found = directory_.find(FirstOfRange(index, blockSize));
   return found == directory_.end() ? nullptr : found->second;
 }
 
-// Links a block for `index` before the first block of a greater range, or behind the tail.
+/// Links a block for `index` before the first block of a greater range, or behind the tail.
 VoidPlex::Block* VoidPlex::AddBlock(int index) {
   const auto place = ordered_.upper_bound(index);
   Block* const after = place == ordered_.end() ? head : place->second.get();
@@ -167,7 +167,7 @@ VoidPlex::Block* VoidPlex::AddBlock(int index) {
   return block;
 }
 
-// Lets the one block of an empty container cover `index`; makes it where there is none.
+/// Lets the one block of an empty container cover `index`; makes it where there is none.
 void VoidPlex::Rebase(int index) {
   if (ordered_.empty()) {
     current = AddBlock(index);
@@ -180,7 +180,7 @@ void VoidPlex::Rebase(int index) {
   directory_[head->first] = head;
 }
 
-// The lowest occupied index above `index` >= 1, or 0. Leaves `current` there for the next step.
+/// The lowest occupied index above `index` >= 1, or 0. Leaves `current` there for the next step.
 int VoidPlex::OccupiedAbove(int index) const {
   Block* block = current->Covers(index) ? current : BlockOf(index);
   if (!block) {

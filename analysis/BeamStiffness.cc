@@ -19,7 +19,7 @@ struct NeededValue {
   const char* refusal;
 };
 
-// In the order of the tests; a plane beam needs the first three.
+/// In the order of the tests; a plane beam needs the first three.
 constexpr NeededValue kNeededValues[] = {
     {&Material::E1,  "error: material parameter E is 0 for element "},
     {&Material::A,   "error: section parameter A is 0 for element " },

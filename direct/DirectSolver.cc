@@ -17,7 +17,7 @@ namespace {
 /// What a call of the library is to do.
 enum Job { Begin = -1, End = -2, Analyse = 1, Eliminate = 2, Solution = 3 };
 
-// The controls ICNTL that differ from what Begin sets; the manual of the library counts from 1.
+/// The controls ICNTL that differ from what Begin sets; the manual of the library counts from 1.
 enum Control {
   ErrorStream = 1,
   WarningStream,

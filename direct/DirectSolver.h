@@ -41,7 +41,7 @@ protected:
 
 private:
   class Mumps;
-  std::unique_ptr<Mumps> mumps_;  // null until the first Factorise on a structure
+  std::unique_ptr<Mumps> mumps_;  ///< null until the first Factorise on a structure
   bool isFactorised_ = false;
 };
 

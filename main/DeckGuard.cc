@@ -10,8 +10,8 @@ namespace kestol {
 
 namespace {
 
-// Whether both names lead to one file on disk. Devices are left alone: a terminal may well be the
-// deck and the report.
+/// Whether both names lead to one file on disk. Devices are left alone: a terminal may well be the
+/// deck and the report.
 bool AreOneFile(const char* name, const char* other) {
   struct stat a, b;
   return ::stat(name, &a) == 0 && ::stat(other, &b) == 0 && S_ISREG(a.st_mode) &&

@@ -28,7 +28,7 @@ void ErrorChannel::FixedBuffer::Clear() {
   setp(text_, text_ + kCapacity - 1);
 }
 
-// A full buffer takes what comes and drops it: a message is cut, never lost.
+/// A full buffer takes what comes and drops it: a message is cut, never lost.
 ErrorChannel::FixedBuffer::int_type ErrorChannel::FixedBuffer::overflow(int_type c) {
   return traits_type::not_eof(c);
 }

@@ -25,7 +25,7 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-// Numbers per block of the project's containers.
+/// Numbers per block of the project's containers.
 constexpr int kCapacity = 100;
 
 std::FILE* OpenFile(const char* name, const char* mode) {
@@ -34,7 +34,7 @@ std::FILE* OpenFile(const char* name, const char* mode) {
   return file;
 }
 
-// The information stream: null, standard output, or `file` when it is opened.
+/// The information stream: null, standard output, or `file` when it is opened.
 std::ostream* OpenInfo(const char* name, std::ofstream& file) {
   if (name == nullptr) return nullptr;
   if (IsStandardOutput(name)) return &std::cout;
@@ -96,7 +96,7 @@ int RunProgram(int argc, char** argv) {
 
 }  // namespace kestol
 
-// The only place where a run ends early.
+/// The only place where a run ends early.
 int main(int argc, char** argv) {
   try {
     return kestol::RunProgram(argc, argv);

@@ -12,8 +12,8 @@ struct Point {
   double x, y, z;
 };
 
-// The order of these operations settles which nodes count as equally far away, and with it the
-// numbering: squared distances would break ties differently.
+/// The order of these operations settles which nodes count as equally far away, and with it the
+/// numbering: squared distances would break ties differently.
 double Distance(const Node& node, const Point& p) {
   const double dx = node.x - p.x, dy = node.y - p.y, dz = node.z - p.z;
   return std::sqrt(dx * dx + dy * dy + dz * dz);

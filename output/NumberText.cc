@@ -32,7 +32,7 @@ __extension__ using Wide = unsigned __int128;
 constexpr int kLowestPower = -324, kHighestPower = 330;
 constexpr int kHighestExactPower = 27;
 
-// Upper 64 bits of 10^n. The powers are walked with 128 bits: 330 steps lose less than 2^-118.
+/// Upper 64 bits of 10^n. The powers are walked with 128 bits: 330 steps lose less than 2^-118.
 struct PowersOfTen {
   std::array<std::uint64_t, kHighestPower - kLowestPower + 1> bits{};
 
@@ -78,7 +78,7 @@ private:
 };
 constexpr PowersOfTen kPowers;
 
-// The three digits of 0..999 and how many of them are left without the zeros at the end.
+/// The three digits of 0..999 and how many of them are left without the zeros at the end.
 struct Triple {
   char digits[3];
   char length;
@@ -118,7 +118,7 @@ constexpr std::uint32_t PowerOf10(int digits) {
   return power;
 }
 
-// `digits` 10^(exponent - (P-1)) with P digits; no digits where the exact arithmetic must decide.
+/// `digits` 10^(exponent - (P-1)) with P digits; no digits where the exact arithmetic must decide.
 struct Decimal {
   std::uint32_t digits;
   int exponent;
@@ -166,7 +166,7 @@ inline char* Append(char* to, const char* text, int length) {
   return to + length;
 }
 
-// Sign and two or three digits behind the "e".
+/// Sign and two or three digits behind the "e".
 inline char* WriteExponent(char* to, int exponent) {
   *to++ = 'e';
   *to++ = exponent < 0 ? '-' : '+';
@@ -175,8 +175,8 @@ inline char* WriteExponent(char* to, int exponent) {
   return magnitude < 100 ? Append(to, digits + 1, 2) : Append(to, digits, 3);
 }
 
-// Six digits, of which the first `length` are left without the zeros at the end. Copies have fixed
-// lengths, which is faster; what is copied beyond the number is overwritten by what comes next.
+/// Six digits, of which the first `length` are left without the zeros at the end. Copies have fixed
+/// lengths, which is faster; what is copied beyond the number is overwritten by what comes next.
 struct SixDigits {
   char digits[12];
   int length;

@@ -12,7 +12,7 @@ namespace kestol {
 
 namespace {
 
-// Large enough that system calls do not count, small enough to stay in the second-level cache.
+/// Large enough that system calls do not count, small enough to stay in the second-level cache.
 constexpr std::size_t kCapacity = 256 * 1024;
 
 constexpr mode_t kMode = 0644;
@@ -54,7 +54,7 @@ void OutputText::HandOverLines() {
   HandOver(end);
 }
 
-// Only a line longer than the whole buffer makes it grow.
+/// Only a line longer than the whole buffer makes it grow.
 void OutputText::MakeRoom(std::size_t count) {
   HandOverLines();
   const auto begun = static_cast<std::size_t>(cursor_ - buffer_.get());
@@ -67,7 +67,7 @@ void OutputText::MakeRoom(std::size_t count) {
   limit_ = buffer_.get() + capacity_;
 }
 
-// Gives what stands before `end` away; the rest moves to the front.
+/// Gives what stands before `end` away; the rest moves to the front.
 void OutputText::HandOver(const char* end) {
   const std::string_view text(buffer_.get(), static_cast<std::size_t>(end - buffer_.get()));
   if (inMemory_)

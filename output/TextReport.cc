@@ -23,7 +23,7 @@ void WriteHeading(const Project& project, const char* plane, const char* space,
   }
 }
 
-// The number, then a blank before each value.
+/// The number, then a blank before each value.
 void WriteNodeLine(int number, const double* values, int count, OutputText& output) {
   output << number;
   for (int d = 0; d < count; ++d) output << ' ' << values[d];
@@ -48,8 +48,8 @@ void WriteReactions(const Project& project, const Results& results, OutputText& 
   });
 }
 
-// Forces on one end of a beam. Deliberate: a blank stands behind each value, the last one too,
-// while the lines of nodes have it before each value.
+/// Forces on one end of a beam. Deliberate: a blank stands behind each value, the last one too,
+/// while the lines of nodes have it before each value.
 void WriteEnd(const std::array<double, 6>& forces, int dofs, OutputText& output) {
   for (int d = 0; d < dofs; ++d) output << forces[d] << ' ';
   output << '\n';
@@ -80,7 +80,7 @@ void WriteStrengths(const Project& project, const Results& results, int m, Outpu
   }
 }
 
-// Shells and solids have no place in this report.
+/// Shells and solids have no place in this report.
 void WriteStrengthsOfMeshes(const Project& project, const Results& results, OutputText& output) {
   for (int m = 0; m < static_cast<int>(project.meshes.size()); ++m) {
     switch (project.meshes[m]->elemType) {

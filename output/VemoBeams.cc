@@ -48,8 +48,8 @@ void WriteDisplacements(const Project& project, const Results& results, const Me
   }
 }
 
-// The line of one station. Forces that are constant along the beam are common: a value that comes
-// again keeps its text.
+/// The line of one station. Forces that are constant along the beam are common: a value that comes
+/// again keeps its text.
 class StationLine {
 public:
   explicit StationLine(const Vector3& direction) : direction_(direction) {}

@@ -25,7 +25,7 @@ void WriteNodes(const Project& project, OutputText& file) {
   });
 }
 
-// Three nodes whatever the type: a beam repeats its second one.
+/// Three nodes whatever the type: a beam repeats its second one.
 void WriteElements(const Mesh& mesh, OutputText& file) {
   file << "element node1 node2 node3 material\n";
   for (const auto [number, elem] : mesh.elems) {
@@ -48,7 +48,7 @@ void WriteMeshFile(const Project& project, const std::string& name) {
   file.Close();
 }
 
-// The last mesh of each family; null without one.
+/// The last mesh of each family; null without one.
 struct LastMeshes {
   const Mesh* linear = nullptr;
   const Mesh* triangle = nullptr;

@@ -8,9 +8,9 @@ namespace kestol {
 
 namespace {
 
-// One line per node with the reactions first..last (from 0, `last` excluded). The lines are
-// numbered by a running count, not by the node. Deliberate: nodes without a record write three
-// zeros whatever the number of components, and in the plane two forces stand under three names.
+/// One line per node with the reactions first..last (from 0, `last` excluded). The lines are
+/// numbered by a running count, not by the node. Deliberate: nodes without a record write three
+/// zeros whatever the number of components, and in the plane two forces stand under three names.
 void WriteLines(const Project& project, const Results& results, int first, int last,
                 OutputText& file) {
   int line = 0;

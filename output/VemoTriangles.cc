@@ -10,7 +10,7 @@ namespace kestol {
 
 namespace {
 
-// Stress options under which a block is written, and where its values come from.
+/// Stress options under which a block is written, and where its values come from.
 enum class Axes { Local, Main };
 enum class Source { LocalValues, MainValues, Directions, ElementAxes };
 
@@ -41,7 +41,7 @@ bool IsWritten(const PointBlock& block, int stressOption) {
   return stressOption != other;
 }
 
-// The element number starts the first point's line; the lines of later points start with a blank.
+/// The element number starts the first point's line; the lines of later points start with a blank.
 void WritePointLine(const double* values, int count, OutputText& file) {
   for (int i = 0; i < count; ++i) file << ' ' << values[i];
   file << (count == 2 ? " 0\n" : "\n");

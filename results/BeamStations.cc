@@ -6,7 +6,7 @@ namespace kestol {
 
 namespace {
 
-// Forces on the ends become internal forces by these signs at end 1, and their negatives at end 2.
+/// Forces on the ends become internal forces by these signs at end 1, and their negatives at end 2.
 constexpr double kPlaneSigns[] = {-1.0, 1.0, -1.0};
 constexpr double kSpaceSigns[] = {-1.0, 1.0, 1.0, -1.0, 1.0, -1.0};
 

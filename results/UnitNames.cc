@@ -6,8 +6,8 @@
 
 namespace kestol {
 
-// The result system keeps the names N, m and Pa until the deck chooses one of its own: only names
-// that stand in a row of the deck are the deck's.
+/// The result system keeps the names N, m and Pa until the deck chooses one of its own: only names
+/// that stand in a row of the deck are the deck's.
 UnitNames UnitNamesOf(const Units& units) {
   const bool chosen =
       std::any_of(units.table.begin(), units.table.end(), [&](const UnitSystem& system) {
