@@ -45,7 +45,7 @@ public:
   Matriu T;              ///< local axes as columns: 3x3 (plane) or 6x6 (space)
   Matriu Kii, Kij, Kjj;  ///< stiffness; local axes until TurnStiffnessToGlobal
   double L = 0.0;
-  int endCode = 11;
+  int endCode = BothFixed;
   std::vector<BeamLoad> loads;  ///< own weight first, then the loads of the deck in input order
 
 private:

@@ -1,7 +1,5 @@
 // Material::ConstructLocalK: the Euler-Bernoulli beam in its local axes.
-#include <algorithm>
 #include <cmath>
-#include <iterator>
 
 #include "algebra/Matriu.h"
 #include "algebra/Zero.h"
@@ -39,21 +37,6 @@ void CheckBeamValues(const Material& material, int elementNumber, int problemTyp
     if (!(material.*kNeededValues[i].value >= kZero))
       Fatal(kNeededValues[i].refusal, elementNumber, "\n");
 }
-
-/// Bending stiffness of one plane of a beam: v and r are the translation across the beam and the
-/// rotation at ends 1 and 2. As coefficients: vv of EI/L^3, vr of EI/L^2, rr of EI/L.
-struct BendingTerms {
-  int endCode;
-  double vv, vr1, vr2, r1r1, r1r2, r2r2;
-};
-
-//  code          vv    vr1  vr2  r1r1 r1r2 r2r2
-constexpr BendingTerms kBending[] = {
-    {BothFixed,   12.0, 6.0, 6.0, 4.0, 2.0, 4.0},
-    {HingeAtEnd2, 3.0,  3.0, 0.0, 3.0, 0.0, 0.0},
-    {HingeAtEnd1, 3.0,  0.0, 3.0, 0.0, 0.0, 3.0},
-    {BothHinged,  0.0,  0.0, 0.0, 0.0, 0.0, 0.0},
-};
 
 struct Blocks {
   Matriu &ii, &ij, &jj;
@@ -93,21 +76,19 @@ void Material::ConstructLocalK(int elementNumber, double L2, int problemType, in
     K->Redimension(dofs, dofs);
     K->Fill(0.0);
   }
-  const auto* const terms =
-      std::find_if(std::begin(kBending), std::end(kBending),
-                   [endCode](const BendingTerms& row) { return row.endCode == endCode; });
-  if (terms == std::end(kBending)) return;
+  const BeamEnds* const ends = FindBeamEnds(endCode);
+  if (ends == nullptr) return;
 
   const double L = std::sqrt(L2);
   const Blocks K{Kii, Kij, Kjj};
   AddBar(K, 1, E1 * A / L);
   if (problemType == Plane) {
-    AddBending(K, 2, 3, *terms, 1.0, E1 * Iz, L);
+    AddBending(K, 2, 3, ends->bending, 1.0, E1 * Iz, L);
     return;
   }
   AddBar(K, 4, Gxy * J / L);
-  AddBending(K, 2, 6, *terms, 1.0, E1 * Iz, L);
-  AddBending(K, 3, 5, *terms, -1.0, E1 * Iy, L);
+  AddBending(K, 2, 6, ends->bending, 1.0, E1 * Iz, L);
+  AddBending(K, 3, 5, ends->bending, -1.0, E1 * Iy, L);
 }
 
 }  // namespace kestol

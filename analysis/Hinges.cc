@@ -15,28 +15,27 @@ int HighestElementNumber(const Project& project) {
   return highest;
 }
 
-/// Which rotule nodes have their rigid beam end, by node number.
-class Claims {
+/// The beams that stay rigid at the hinges: the first one at each node.
+class RigidBeams {
 public:
-  explicit Claims(int highestNode) : claimed_(static_cast<std::size_t>(highestNode) + 1) {}
+  explicit RigidBeams(int highestNode) : found_(static_cast<std::size_t>(highestNode) + 1) {}
 
-  /// Whether the next beam end at `node` is hinged: not without a rotule, not the first one.
-  bool IsReleased(const Node* node) {
+  /// Whether the next beam at `node` is hinged there: not without a hinge, nor as the first one.
+  bool IsHinged(const Node* node) {
     if (node == nullptr || node->rotule == 0) return false;
-    const bool released = claimed_[node->number];
-    claimed_[node->number] = true;
-    return released;
+    const bool hinged = found_[node->number];
+    found_[node->number] = true;
+    return hinged;
   }
 
 private:
-  std::vector<bool> claimed_;
+  std::vector<bool> found_;  ///< by node number
 };
 
-int CodeOf(const Elem& beam, Claims& claims) {
-  const bool first = claims.IsReleased(beam.nodes[0]);
-  const bool second = claims.IsReleased(beam.nodes[1]);
-  if (first) return second ? BothHinged : HingeAtEnd1;
-  return second ? HingeAtEnd2 : BothFixed;
+EndCode CodeOf(const Elem& beam, RigidBeams& rigid) {
+  const bool hinged1 = rigid.IsHinged(beam.nodes[0]);
+  const bool hinged2 = rigid.IsHinged(beam.nodes[1]);
+  return EndCodeOf(hinged1, hinged2);
 }
 
 }  // namespace
@@ -44,10 +43,10 @@ int CodeOf(const Elem& beam, Claims& claims) {
 void PrepareHinges(Project& project) {
   if (project.meshes.empty()) return;
   project.rotuleCodes.assign(static_cast<std::size_t>(HighestElementNumber(project)), BothFixed);
-  Claims claims(project.meshes[0]->nodes->Highest());
+  RigidBeams rigid(project.meshes[0]->nodes->Highest());
   for (const auto& mesh : project.meshes) {
     if (mesh->nnode != 2) continue;
-    for (auto [number, beam] : mesh->elems) project.rotuleCodes[number - 1] = CodeOf(*beam, claims);
+    for (auto [number, beam] : mesh->elems) project.rotuleCodes[number - 1] = CodeOf(*beam, rigid);
   }
 }
 

@@ -63,7 +63,7 @@ public:
   std::vector<int> rotuleCodes;  ///< EndCode by element number - 1; empty without rotules
   std::vector<int> coplanar;     ///< flag by node index - 1; empty without shells
 
-  /// The release code of a beam's ends.
+  /// The end code of a beam.
   int EndCodeOf(int elementNumber) const {
     return rotuleCodes.empty() ? int{BothFixed} : rotuleCodes[elementNumber - 1];
   }

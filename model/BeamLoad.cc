@@ -12,31 +12,7 @@ namespace kestol {
 
 namespace {
 
-constexpr double kTwelfth = 0.08333333333333333;
-
 enum Component { Axial = 1, Shear = 2, Moment = 3, Torque = 4 };
-
-double MomentOf(int endCode, double x, double L, double q) {
-  switch (endCode) {
-    case BothFixed:
-      return q * (L * L - 6.0 * L * x + 6.0 * x * x) * kTwelfth;
-    case HingeAtEnd2:
-      return q * (x * x / 2.0 + 0.125 * L * L - 0.625 * L * x);
-    case HingeAtEnd1:
-      // Deliberate: with end code 1 the moment is not multiplied by q.
-      return x * x / 2.0 - 0.375 * L * x;
-    default:
-      return 0.5 * q * x * (x - L);
-  }
-}
-
-/// Axial force of the load q; the shear is its negative.
-double AxialOf(int endCode, double x, double L, double q) {
-  // Deliberate: with one hinge the axial force follows the shear of the propped beam.
-  if (endCode == HingeAtEnd2) return (0.625 * L - x) * q;
-  if (endCode == HingeAtEnd1) return (0.375 * L - x) * q;
-  return 0.5 * q * (L - 2.0 * x);
-}
 
 /// GiveLocalStrength that leaves loads of 0 out: with a hinge at end 1 even they have a moment.
 double StrengthOf(int component, double xi, double L, double q, int endCode) {
@@ -69,17 +45,16 @@ void DropNoise(double q[4]) {
 }  // namespace
 
 double GiveLocalStrength(int component, double xi, double L, double q, int endCode) {
-  if (endCode != BothFixed && endCode != HingeAtEnd2 && endCode != HingeAtEnd1 &&
-      endCode != BothHinged)
-    return 0.0;
+  const BeamEnds* const ends = FindBeamEnds(endCode);
+  if (ends == nullptr) return 0.0;
   const double x = xi * L;
   switch (component) {
     case Axial:
-      return AxialOf(endCode, x, L, q);
+      return ends->axial(x, L, q);
     case Shear:
-      return -AxialOf(endCode, x, L, q);
+      return -ends->axial(x, L, q);
     case Moment:
-      return MomentOf(endCode, x, L, q);
+      return ends->moment(x, L, q);
     case Torque:
       return 0.5 * q * (L - 2.0 * x);
     default:
@@ -112,8 +87,9 @@ BeamEndForces EquivalentEndForces(const BeamLoad& load, double L, int problemTyp
   const auto S = [L, endCode](int component, double xi, double q) {
     return StrengthOf(component, xi, L, q, endCode);
   };
-  const bool hinged1 = endCode == HingeAtEnd1 || endCode == BothHinged;
-  const bool hinged2 = endCode == HingeAtEnd2 || endCode == BothHinged;
+  const BeamEnds* const ends = FindBeamEnds(endCode);
+  const bool hinged1 = ends != nullptr && ends->hinged1;
+  const bool hinged2 = ends != nullptr && ends->hinged2;
   const auto M1 = [&](double q) { return hinged1 ? 0.0 : S(Moment, 0.0, q); };
   const auto M2 = [&](double q) { return hinged2 ? 0.0 : S(Moment, 1.0, q); };
   const auto& [qx, qy, qz, m] = load;

@@ -3,6 +3,7 @@
 #include <array>
 
 #include "algebra/Matriu.h"
+#include "model/BeamEnds.h"
 #include "model/PreassureLT.h"
 
 namespace kestol {

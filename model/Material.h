@@ -3,13 +3,12 @@
 #include <ostream>
 #include <string_view>
 
+#include "model/BeamEnds.h"
+
 namespace kestol {
 
 class Matriu;
 class Units;
-
-/// Releases of a beam's ends, as two decimal digits: end 1, end 2; 1 rigid, 0 hinged.
-enum EndCode { BothHinged = 0, HingeAtEnd1 = 1, HingeAtEnd2 = 10, BothFixed = 11 };
 
 /// One material with its section or thickness, in result units. Zero when constructed; reading sets
 /// every value to kNotGiven first. A value that was not given is never completed from others: the
@@ -40,8 +39,9 @@ public:
   void Print(std::ostream& stream) const;
 
   /// Stiffness of a beam of squared length L2 in local axes: Kii (end 1), Kij (rows of end 1,
-  /// columns of end 2), Kjj (end 2); 3x3 for (u, v, theta) in the plane, 6x6 in space. An unknown
-  /// end code gives zeros. Ends the run when a value that the problem type needs is not positive.
+  /// columns of end 2), Kjj (end 2); 3x3 for (u, v, theta) in the plane, 6x6 in space. `endCode` is
+  /// an EndCode; an unknown one gives zeros. Ends the run when a value that the problem type needs
+  /// is not positive.
   void ConstructLocalK(int elementNumber, double L2, int problemType, int endCode, Matriu& Kii,
                        Matriu& Kij, Matriu& Kjj) const;
 

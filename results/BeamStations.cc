@@ -24,7 +24,7 @@ BeamLoad SumOf(const std::vector<BeamLoad>& loads) {
 }  // namespace
 
 BeamDisplacements::BeamDisplacements(const BeamElement& beam, const ReaVecT& displacements)
-    : endCode_(beam.endCode), plane_(beam.project.problemType == Plane) {
+    : ends_(*FindBeamEnds(beam.endCode)), plane_(beam.project.problemType == Plane) {
   const BeamLoad q = SumOf(beam.loads);
   const Material& material = *beam.material;
   const double E = material.E1, L = beam.L, L2 = L * L;
@@ -36,73 +36,38 @@ BeamDisplacements::BeamDisplacements(const BeamElement& beam, const ReaVecT& dis
   u2_ = b[0];
   axialLoad_ = q.qx * L2 / (2.0 * E * material.A);
   const int turn = plane_ ? 2 : 5;  // rotation about local z
-  v_ = DeflectionOf(a[1], a[turn] * L, b[1], b[turn] * L, q.qy * L2 * L2 / (E * material.Iz),
-                    endCode_);
+  v_ =
+      DeflectionOf(a[1], a[turn] * L, b[1], b[turn] * L, q.qy * L2 * L2 / (E * material.Iz), ends_);
   if (!plane_) {
     twist1_ = a[3];
     twist2_ = b[3];
     twistLoad_ = q.m * L2 / (2.0 * material.Gxy * material.J);
-    w_ = DeflectionOf(a[2], -a[4] * L, b[2], -b[4] * L, q.qz * L2 * L2 / (E * material.Iy),
-                      endCode_);
+    w_ = DeflectionOf(a[2], -a[4] * L, b[2], -b[4] * L, q.qz * L2 * L2 / (E * material.Iy), ends_);
   }
   for (int i = 0; i < 3; ++i)
     for (int j = 0; j < 3; ++j) R_[i][j] = beam.T(i + 1, j + 1);
 }
 
 BeamDisplacements::Deflection BeamDisplacements::DeflectionOf(double d1, double s1, double d2,
-                                                              double s2, double load, int endCode) {
+                                                              double s2, double load,
+                                                              const BeamEnds& ends) {
   const double chord = d2 - d1;
-  switch (endCode) {
-    case HingeAtEnd2:
-      s2 = 1.5 * chord - 0.5 * s1;
-      break;
-    case HingeAtEnd1:
-      s1 = 1.5 * chord - 0.5 * s2;
-      break;
-    case BothHinged:
-      s1 = s2 = chord;
-      break;
-    default:
-      break;
-  }
+  if (ends.hinged1 && ends.hinged2)
+    s1 = s2 = chord;
+  else if (ends.hinged2)
+    s2 = 1.5 * chord - 0.5 * s1;
+  else if (ends.hinged1)
+    s1 = 1.5 * chord - 0.5 * s2;
   return {d1, d2, s1, s2, load};
-}
-
-double BeamDisplacements::BubbleAt(double xi) const {
-  const double eta = 1.0 - xi;
-  switch (endCode_) {
-    case BothFixed:
-      return xi * xi * eta * eta / 24.0;
-    case HingeAtEnd2:
-      return xi * xi * eta * (3.0 - 2.0 * xi) / 48.0;
-    case HingeAtEnd1:
-      return xi * eta * eta * (1.0 + 2.0 * xi) / 48.0;
-    default:
-      return xi * eta * (1.0 + xi * eta) / 24.0;
-  }
-}
-
-double BeamDisplacements::BubbleSlopeAt(double xi) const {
-  const double eta = 1.0 - xi;
-  switch (endCode_) {
-    case BothFixed:
-      return xi * eta * (1.0 - 2.0 * xi) / 12.0;
-    case HingeAtEnd2:
-      return xi * (6.0 - 15.0 * xi + 8.0 * xi * xi) / 48.0;
-    case HingeAtEnd1:
-      return eta * (1.0 + xi - 8.0 * xi * xi) / 48.0;
-    default:
-      return (1.0 - 2.0 * xi) * (1.0 + 2.0 * xi * eta) / 24.0;
-  }
 }
 
 std::array<double, 3> BeamDisplacements::At(double xi) const {
   const double eta = 1.0 - xi, xi2 = xi * xi;
   const double h1 = 1.0 - xi2 * (3.0 - 2.0 * xi), h2 = xi2 * (3.0 - 2.0 * xi);
   const double g1 = xi * eta * eta, g2 = -xi2 * eta;
-  const double bubble = BubbleAt(xi);
+  const double loaded = ends_.deflection(xi);
   const auto at = [&](const Deflection& d) {
-    return d.d1 * h1 + d.s1 * g1 + d.d2 * h2 + d.s2 * g2 + d.load * bubble;
+    return d.d1 * h1 + d.s1 * g1 + d.d2 * h2 + d.s2 * g2 + d.load * loaded;
   };
 
   const double u = eta * u1_ + xi * u2_ + axialLoad_ * xi * eta;
@@ -116,9 +81,9 @@ std::array<double, 3> BeamDisplacements::At(double xi) const {
 std::array<double, 3> BeamDisplacements::RotationAt(double xi) const {
   const double eta = 1.0 - xi;
   const double h2 = 6.0 * xi * eta, g1 = eta * (1.0 - 3.0 * xi), g2 = -xi * (2.0 - 3.0 * xi);
-  const double bubble = BubbleSlopeAt(xi);
+  const double loaded = ends_.slope(xi);
   const auto slope = [&](const Deflection& d) {
-    return ((d.d2 - d.d1) * h2 + d.s1 * g1 + d.s2 * g2 + d.load * bubble) / L_;
+    return ((d.d2 - d.d1) * h2 + d.s1 * g1 + d.s2 * g2 + d.load * loaded) / L_;
   };
   const double aboutZ = slope(v_);
   if (plane_) return {0.0, 0.0, aboutZ};

@@ -4,6 +4,7 @@
 
 #include "algebra/Vector3.h"
 #include "analysis/BeamElement.h"
+#include "model/BeamEnds.h"
 #include "model/Frame.h"
 
 namespace kestol {
@@ -11,10 +12,10 @@ namespace kestol {
 // What happens along one beam, at the station x = xi L. The beam must have its axes and loads.
 
 /// Displacements along a beam: those of its ends by cubic interpolation (linear along the axis),
-/// plus what the loads add between fixed ends.
+/// plus what the loads add between held ends.
 ///
-/// A hinged end turns freely: its slope is the one that leaves no moment there. The bubble of a
-/// load q between the ends, over q L^4 / EI:
+/// A hinged end turns freely: its slope is the one that leaves no moment there. What a load q adds
+/// between the held ends, over q L^4 / EI, is BeamEnds::deflection:
 ///
 ///     both fixed     xi^2 (1-xi)^2 / 24            hinge at end 2   xi^2 (1-xi)(3-2xi) / 48
 ///     both hinged    xi (1-xi)(1+xi-xi^2) / 24     hinge at end 1   xi (1-xi)^2 (1+2xi) / 48
@@ -38,9 +39,7 @@ private:
     double load = 0.0;          ///< q L^4 / EI
   };
   static Deflection DeflectionOf(double d1, double s1, double d2, double s2, double load,
-                                 int endCode);
-  double BubbleAt(double xi) const;
-  double BubbleSlopeAt(double xi) const;
+                                 const BeamEnds& ends);
 
   double u1_, u2_;                      ///< axial displacements of the ends
   double axialLoad_;                    ///< qx L^2 / 2EA
@@ -48,7 +47,7 @@ private:
   double twist1_ = 0.0, twist2_ = 0.0;  ///< rotations of the ends about local x
   double twistLoad_ = 0.0;              ///< m L^2 / 2GJ
   double L_ = 0.0;
-  int endCode_;
+  const BeamEnds& ends_;
   bool plane_;
   double R_[3][3];  ///< local axes as columns
 };

@@ -1,8 +1,9 @@
 #include "results/ElementLoads.h"
 
 #include "analysis/BeamElement.h"
+#include "analysis/DistributedLoads.h"
 #include "analysis/Solid.h"
-#include "analysis/Surface.h"
+#include "model/BeamEnds.h"
 #include "model/Elem.h"
 
 namespace kestol {
@@ -78,8 +79,8 @@ ElementLoads LoadsOnElement(const Project& project, const Elem& elem) {
 }
 
 BeamHinges HingesOf(const Project& project, const Elem& beam) {
-  const int code = project.EndCodeOf(beam.number);
-  return {code == BothHinged || code == HingeAtEnd1, code == BothHinged || code == HingeAtEnd2};
+  const BeamEnds& ends = *FindBeamEnds(project.EndCodeOf(beam.number));
+  return {ends.hinged1, ends.hinged2};
 }
 
 }  // namespace kestol
