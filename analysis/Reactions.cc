@@ -69,7 +69,7 @@ void MoveMidSideReactions(const Project& project, std::vector<Reaction>& reactio
 template <class ForceAt>
 std::vector<Reaction> PrintedReactions(const Project& project, ForceAt forceAt) {
   std::vector<Reaction> reactions = ReactionsOfNodes(project, forceAt);
-  if (project.ConvertTo6Nodes != 0) MoveMidSideReactions(project, reactions);
+  if (project.ConvertTo6Nodes) MoveMidSideReactions(project, reactions);
   return reactions;
 }
 

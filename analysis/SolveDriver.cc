@@ -72,7 +72,7 @@ ReaVecT PreSolve(Project& project, const SolveSettings& settings) {
 }
 
 void PrepareMeshes(Project& project, const SolveSettings& settings) {
-  if (project.ConvertTo6Nodes != 0 && ConvertMeshesTo6Nodes(project))
+  if (project.ConvertTo6Nodes && ConvertMeshesTo6Nodes(project))
     Progress(settings.info, "Mesh converted to internal 6-noded representation\n");
   const bool orderMatters = project.solverChoice == SolveSkyLine && !settings.otherMatrix;
   if (settings.renumber && orderMatters) RenumberNodes(project);
@@ -112,7 +112,7 @@ void ConvertForDouble(Project& project) {
   RefuseQuadraticTriangles(project);
   RefuseDoubleForSolids(project);
   project.solverChoice = SolveSparse;
-  project.ConvertTo6Nodes = 1;
+  project.ConvertTo6Nodes = true;
 }
 
 std::unique_ptr<StiffnessMatrix> NewMatrix(const Project& project, const SolveSettings& settings,

@@ -45,7 +45,7 @@ void ComputeStrengths(const Project& project, std::unique_ptr<StiffnessMatrix> K
     K->Times(results.displacements, results.internalForces);
   }
   K.reset();
-  if (project.DoSmoothing != 0) {
+  if (project.DoSmoothing) {
     Progress(info, "Beginning smooth of the gaussian variables\n");
     SmoothPointValues(project, results);
   }

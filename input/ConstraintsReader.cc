@@ -83,7 +83,7 @@ void Store(const SupportLine& line, int dofsPerNode, Constraint& constraint) {
     constraint.values[d] = line.values[d] * ScaleOf(line.codes[d], d, n, line.factors);
   }
   if (!line.hasEuler) return;
-  constraint.hasLocalAxes = 1;
+  constraint.hasLocalAxes = true;
   constraint.Euler1 = line.euler[0];
   constraint.Euler2 = line.euler[1];
   constraint.Euler3 = line.euler[2];

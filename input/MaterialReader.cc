@@ -35,7 +35,7 @@ void SetEuler(Definition& d, std::string_view key, double value) {
   Material& m = d.material;
   double* const angles[] = {&m.Euler1, &m.Euler2, &m.Euler3};
   *angles[WhichEulerAngle(key)] = value;
-  m.hasEuler = 1;
+  m.hasEuler = true;
 }
 
 void SetWeight(Definition& d, std::string_view, double value) {
@@ -165,7 +165,7 @@ void SetNotGiven(Material& m) {
   for (double* value : {&m.E1, &m.E2, &m.nuXY, &m.nuYX, &m.Iy, &m.Iz, &m.Gxy, &m.Gxz, &m.Gyz, &m.J,
                         &m.A, &m.Weight, &m.t})
     *value = Material::kNotGiven;
-  m.hasEuler = 0;
+  m.hasEuler = false;
   m.Euler1 = m.Euler2 = m.Euler3 = 0.0;
 }
 

@@ -40,7 +40,7 @@ public:
   Units units;
   int problemType = Plane;           ///< ProblemType
   int dofsPerNode = 3;               ///< 3 plane, 6 space, 3 again for tetrahedra
-  int ConvertTo6Nodes = 0;           ///< also set by the Double solver
+  bool ConvertTo6Nodes = false;      ///< also set by the Double solver
   int stressOption = LocalStresses;  ///< StressOption
   int nodesAsRead = 0;               ///< highest node number in the input
   int numNodes = 0;                  ///< current node count; grows with the conversion to 6 nodes
@@ -55,7 +55,7 @@ public:
   ReaVec3 gravity{0.0, 0.0, 1.0};             ///< unit vector along which weight acts
   int NumOfDivisions = 20;                    ///< beam stations less one
   double CoplanarityAngle = 1e-07;            ///< radians
-  int DoSmoothing = 0;
+  bool DoSmoothing = false;
   double smoothingAngle = -1.0;  ///< radians
   bool hasRotules = false;       ///< a rotules section with a node was read
 

@@ -30,7 +30,7 @@ void CheckTetrahedra(Project& project) {
   if (count != static_cast<std::ptrdiff_t>(project.meshes.size())) {
     Fatal("error: Element tetrahedra cannot be mixed with any other element type");
   }
-  project.DoSmoothing = 1;
+  project.DoSmoothing = true;
   project.dofsPerNode = 3;
 }
 

@@ -171,7 +171,7 @@ void SetUnitsRes(Statement& s) {
 }
 
 void SetConvertTo6Nodes(Statement& s) {
-  s.project.ConvertTo6Nodes = 1;
+  s.project.ConvertTo6Nodes = true;
 }
 
 void SetMainStresses(Statement& s) {
@@ -189,7 +189,7 @@ void SetNumOfDivisions(Statement& s) {
 
 // Deliberate: the flag is set before the angle is looked at.
 void SetDoSmoothing(Statement& s) {
-  s.project.DoSmoothing = 1;
+  s.project.DoSmoothing = true;
   s.project.smoothingAngle = RealOf(s.value);
   if (!IsAngle(s.project.smoothingAngle)) {
     Fatal("error: DoSmoothing must have angle >0 and <PI rad\n");

@@ -162,7 +162,7 @@ Results LinearSystem::ResultsOf(const ReaVecT& loads, ReaVecT displacements) con
   results.internalForces = Product(results.displacements);
   ComputePointValues(project_, results);
   results.reactions = ReactionsOf(project_, Stiffness(), results.displacements);
-  if (project_.DoSmoothing != 0) SmoothPointValues(project_, results);
+  if (project_.DoSmoothing) SmoothPointValues(project_, results);
   return results;
 }
 

@@ -101,7 +101,7 @@ void WriteOptions(const Project& project, std::ostream& stream) {
   constexpr int kDefaultDivisions = 20;
   constexpr double kDefaultCoplanarity = 1e-7;
   WriteSolver(project, stream);
-  if (project.ConvertTo6Nodes != 0) stream << "ConvertTo6Nodes\n";
+  if (project.ConvertTo6Nodes) stream << "ConvertTo6Nodes\n";
   if (project.stressOption == MainStresses) stream << "MainStresses\n";
   if (project.stressOption == MainAndLocalStresses) stream << "MainAndLocalStresses\n";
   // Solids are smoothed without an angle.
@@ -135,7 +135,7 @@ void WriteKeys(const Material& m, std::ostream& stream) {
   for (const auto& [key, value] : values)
     if (value != Material::kNotGiven) stream << ' ' << key << '=' << Shortest{value};
   if (m.Weight != Material::kNotGiven) stream << " Weight=" << Shortest{m.Weight};
-  if (m.hasEuler != 0)
+  if (m.hasEuler)
     stream << " Euler1=" << Shortest{m.Euler1} << " Euler2=" << Shortest{m.Euler2}
            << " Euler3=" << Shortest{m.Euler3};
 }
@@ -214,7 +214,7 @@ void WriteSupport(int number, const Constraint& support, int dofs, std::ostream&
   stream << "  " << number << ' ';
   for (int d = 0; d < dofs; ++d) stream << support.codes[d];
   for (int d = 0; d < dofs; ++d) stream << ' ' << Shortest{support.values[d]};
-  if (support.hasLocalAxes != 0)
+  if (support.hasLocalAxes)
     stream << " Euler1=" << Shortest{support.Euler1} << " Euler2=" << Shortest{support.Euler2}
            << " Euler3=" << Shortest{support.Euler3};
   stream << '\n';

@@ -9,7 +9,7 @@ std::optional<RunOptions> ScanCommandLine(int argc, char* const* argv) {
   for (int option = 1; option < argc && position < argc; ++option) {
     const std::string_view argument = argv[position];
     if (argument == "-p") {
-      options.writeMesh = 1;
+      options.writeMesh = true;
       position += 1;
     } else if (argument == "-i") {
       options.infoFile = argv[position + 1];
@@ -18,7 +18,7 @@ std::optional<RunOptions> ScanCommandLine(int argc, char* const* argv) {
       options.errorFile = argv[position + 1];
       position += 2;
     } else if (argument == "-r0") {
-      options.renumber = 0;
+      options.renumber = false;
       position += 1;
     } else {
       break;

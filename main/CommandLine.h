@@ -9,8 +9,8 @@ namespace kestol {
 /// What a run was asked for on the command line. Texts are those of the argument vector; null when
 /// not given.
 struct RunOptions {
-  int writeMesh = 0;                 ///< -p: also write the post-processor's mesh file
-  int renumber = 1;                  ///< 0 with -r0: nodes keep the order of the input
+  bool writeMesh = false;            ///< -p: also write the post-processor's mesh file
+  bool renumber = true;              ///< false with -r0: nodes keep the order of the input
   const char* infoFile = nullptr;    ///< -i: progress and total time go there
   const char* errorFile = nullptr;   ///< -e: the fatal message goes there
   const char* inputFile = nullptr;   ///< never null once scanned

@@ -72,7 +72,7 @@ void Run(const RunOptions& options) {
   OpenErrorFile(options.errorFile);
 
   ReadProject(project, input);
-  Solution solution = SolveProject(project, {.renumber = options.renumber != 0, .info = info});
+  Solution solution = SolveProject(project, {.renumber = options.renumber, .info = info});
   Progress(info, "Beginning calc strengths and reactions\n");
   ComputeStrengths(project, std::move(solution.matrix), solution.results, info);
   Progress(info, "End of calc strengths and reactions\n");

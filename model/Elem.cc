@@ -38,9 +38,9 @@ int FaceNodes(const Elem& el, int face) {
 }
 
 /// P + s d = A + t e in the plane.
-int SegmentsCross(const Vector3& P, const Vector3& d, const Vector3& A, const Vector3& e) {
+bool SegmentsCross(const Vector3& P, const Vector3& d, const Vector3& A, const Vector3& e) {
   const double det = d[0] * e[1] - d[1] * e[0];
-  if (det == 0.0) return 0;
+  if (det == 0.0) return false;
   const Vector3 g = Minus(A, P);
   const double s = (g[0] * e[1] - g[1] * e[0]) / det;
   const double t = (g[0] * d[1] - g[1] * d[0]) / det;
@@ -48,10 +48,10 @@ int SegmentsCross(const Vector3& P, const Vector3& d, const Vector3& A, const Ve
 }
 
 /// P + s d = A + b e + c f in space.
-int SegmentCrossesTriangle(const Vector3& P, const Vector3& d, const Vector3& A, const Vector3& e,
-                           const Vector3& f) {
+bool SegmentCrossesTriangle(const Vector3& P, const Vector3& d, const Vector3& A, const Vector3& e,
+                            const Vector3& f) {
   const double det = TripleProduct(d, e, f);
-  if (det == 0.0) return 0;
+  if (det == 0.0) return false;
   const Vector3 g = Minus(A, P);
   const double s = TripleProduct(g, e, f) / det;
   const double b = TripleProduct(g, d, f) / det;
@@ -80,7 +80,7 @@ const Material* Elem::GetMaterial(const Plex<Material>& materials) const {
   return materials.Get(materialNumber);
 }
 
-int Elem::IsCutted(const ReaVec3& p, const ReaVec3& s) const {
+bool Elem::IsCutted(const ReaVec3& p, const ReaVec3& s) const {
   const bool segment = nnode == 2 && AllIn(*this, 2);
   const bool triangle = nnode == 3 && AllIn(*this, 3);
   if (!segment && !triangle) Fatal("in Elem::IsCutted only 2D implemented\n");

@@ -72,10 +72,10 @@ public:
   /// Ends the run for a triangle without area and for a given x along the normal.
   void ShellAxes(Matriu& T, Matriu& T6, const Material* material) const;
 
-  /// Whether the segment from p to s crosses this 2-noded element (plane) or triangle (space): 1 or
-  /// 0. Segments in the plane may touch; a triangle is crossed inside its border only. What is
+  /// Whether the segment from p to s crosses this 2-noded element (plane) or triangle (space).
+  /// Segments in the plane may touch; a triangle is crossed inside its border only. What is
   /// parallel does not cross. Ends the run for any other element. No stage of the run calls it.
-  int IsCutted(const ReaVec3& p, const ReaVec3& s) const;
+  bool IsCutted(const ReaVec3& p, const ReaVec3& s) const;
 
   /// Length of the chord from node 1 to node 2.
   double Length() const;

@@ -64,7 +64,7 @@ public:
   double A = 0.0;                                   ///< cross-section area
   double Weight = 0.0;                              ///< force per volume
   double t = 0.0;                                   ///< shell thickness
-  int hasEuler = 0;                                 ///< 1 when any Euler angle was given
+  bool hasEuler = false;                            ///< any Euler angle was given
   double Euler1 = 0.0, Euler2 = 0.0, Euler3 = 0.0;  ///< radians; see EulerRotation
 };
 

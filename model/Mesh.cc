@@ -78,7 +78,10 @@ Mesh::Mesh()
       renumberMap(std::make_shared<std::vector<int>>()) {}
 
 Mesh::Mesh(const Mesh& first)
-    : nodes(first.nodes), elems(kNumbersPerBlock), sharesNodes(1), renumberMap(first.renumberMap) {}
+    : nodes(first.nodes),
+      elems(kNumbersPerBlock),
+      sharesNodes(true),
+      renumberMap(first.renumberMap) {}
 
 Mesh::~Mesh() = default;
 

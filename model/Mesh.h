@@ -83,7 +83,7 @@ public:
   /// The mesh as text: heading, "Coordinates", "Elements". Numbers are those of the input with
   /// `externalNumbers`, else internal; 0 for null nodes. `compact` leaves the "Mat:" word and
   /// inline materials out.
-  void WriteMesh(std::ostream& stream, int externalNumbers, int compact) const;
+  void WriteMesh(std::ostream& stream, bool externalNumbers, bool compact) const;
 
   /// Nodes and elements as cards of a Femview neutral file, in internal numbers; the title is the
   /// last six characters of the base name of `fileName` (null: empty). No stage of the run calls
@@ -107,7 +107,7 @@ public:
   std::shared_ptr<Plex<Node>> nodes;  ///< keyed by the number in the input
   Plex<Elem> elems;                   ///< keyed by element number
   ReaVecT cached;                     ///< released whenever nnode changes
-  int sharesNodes = 0;                ///< 1 when the container is the first mesh's
+  bool sharesNodes = false;           ///< the container is the first mesh's
   /// [index-1] is the number in the input; empty before renumbering. One map for all meshes that
   /// share the nodes.
   std::shared_ptr<std::vector<int>> renumberMap;

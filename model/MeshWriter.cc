@@ -30,7 +30,7 @@ void WriteMaterial(std::ostream& stream, const Elem& elem, bool compact) {
 
 }  // namespace
 
-void Mesh::WriteMesh(std::ostream& stream, int externalNumbers, int compact) const {
+void Mesh::WriteMesh(std::ostream& stream, bool externalNumbers, bool compact) const {
   const auto numberOf = [this, externalNumbers](const Node* node) {
     if (externalNumbers) return ExternalNumber(node);
     return node == nullptr ? 0 : node->number;
@@ -49,7 +49,7 @@ void Mesh::WriteMesh(std::ostream& stream, int externalNumbers, int compact) con
   for (auto [number, elem] : elems) {
     stream << std::setw(kNumberWidth) << number << "   ";
     for (int i = 0; i < nnode; ++i) stream << std::setw(kNumberWidth) << numberOf(elem->nodes[i]);
-    WriteMaterial(stream, *elem, compact != 0);
+    WriteMaterial(stream, *elem, compact);
   }
   stream << "end elements\n";
 }

@@ -55,7 +55,7 @@ void PrintCoplanarity(const Project& project, std::ostream& stream) {
 void PrintProject(const Project& project, std::ostream& stream) {
   stream << "\nProblemType=" << project.problemType << "\nFreeDegrees=" << project.dofsPerNode
          << "\nNumNodes=" << project.numNodes << "\n";
-  for (const auto& mesh : project.meshes) mesh->WriteMesh(stream, 1, 0);
+  for (const auto& mesh : project.meshes) mesh->WriteMesh(stream, true, false);
   for (auto [number, material] : project.materials) material->Print(stream);
   if (!project.meshes.empty()) {
     PrintConstraints(project, stream);

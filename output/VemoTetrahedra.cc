@@ -36,12 +36,12 @@ void WriteVonMisses(const Project& project, const Results& results, OutputText& 
 
 void WriteTetrahedraResults(const Project& project, const Results& results, int m,
                             OutputText& file) {
-  if (project.DoSmoothing == 0) {
+  if (!project.DoSmoothing) {
     const int points = PointLayoutOf(project, *project.meshes[m]).points;
     file << "gausspoints     0  " << points << "  1  0  0\n";
   }
   WriteVemoDisplacements(project, results, file);
-  if (project.DoSmoothing == 0) return;
+  if (!project.DoSmoothing) return;
   WriteStresses(project, results, file);
   WriteVonMisses(project, results, file);
 }

@@ -73,7 +73,7 @@ void WriteBlock(const Project& project, const Mesh& mesh, const PointValues& val
   file << block.header;
   switch (block.source) {
     case Source::LocalValues: {
-      const ReaVecT& local = project.DoSmoothing != 0 ? values.smoothed : values.local;
+      const ReaVecT& local = project.DoSmoothing ? values.smoothed : values.local;
       return WriteValues(mesh, local, layout.points, layout.values, block, file);
     }
     case Source::MainValues:

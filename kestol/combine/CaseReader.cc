@@ -231,10 +231,10 @@ void CaseReader::ReadSettlement(const std::string&, std::string_view record) {
 void CaseReader::KeepSettlements(const Constraint& said, const Constraint* support,
                                  int nodeNumber) {
   if (support == nullptr) Refuse("node ", nodeNumber, " has no support in the model");
-  const bool sameAxes = support->hasLocalAxes != 0 && SameNumber(said.Euler1, support->Euler1) &&
+  const bool sameAxes = support->hasLocalAxes && SameNumber(said.Euler1, support->Euler1) &&
                         SameNumber(said.Euler2, support->Euler2) &&
                         SameNumber(said.Euler3, support->Euler3);
-  if (said.hasLocalAxes != 0 && !sameAxes)
+  if (said.hasLocalAxes && !sameAxes)
     Refuse("the axes of the support of node ", nodeNumber, " are not those of the model");
   for (int d = 0; d < said.dofs; ++d) {
     const int code = said.codes[d];
