@@ -4,6 +4,8 @@
 #include <cassert>
 #include <cstddef>
 
+#include "algebra/Matriu.h"
+
 namespace kestol {
 
 /// Dense R x C matrix of doubles held in place, row by row, indices from 1. The element kernels
@@ -51,6 +53,22 @@ FixedMatrix<R, C> TransposeTimes(const FixedMatrix<K, R>& A, const FixedMatrix<K
     for (int i = 1; i <= R; ++i)
       for (int j = 1; j <= C; ++j) product(i, j) += A(k, i) * B(k, j);
   return product;
+}
+
+/// The R x C block of M whose first entry is (row, column).
+template <int R, int C>
+FixedMatrix<R, C> BlockOf(const Matriu& M, int row, int column) {
+  FixedMatrix<R, C> block;
+  for (int i = 1; i <= R; ++i)
+    for (int j = 1; j <= C; ++j) block(i, j) = M(row + i - 1, column + j - 1);
+  return block;
+}
+
+/// Copies `block` into M, its first entry to (row, column); M keeps its shape.
+template <int R, int C>
+void SetBlock(const FixedMatrix<R, C>& block, int row, int column, Matriu& M) {
+  for (int i = 1; i <= R; ++i)
+    for (int j = 1; j <= C; ++j) M(row + i - 1, column + j - 1) = block(i, j);
 }
 
 /// A^T.

@@ -15,10 +15,6 @@ void TransposeInPlace(Matriu& K) {
     for (int j = i + 1; j <= K.ncols; ++j) std::swap(K(i, j), K(j, i));
 }
 
-bool IsInclined(const Node& node) {
-  return node.constraint && node.constraint->hasLocalAxes != 0;
-}
-
 constexpr FixedMatrix<3, 3> kIdentity{
     {1.0, 0.0, 0.0, 0.0, 1.0, 0.0, 0.0, 0.0, 1.0}
 };
@@ -30,10 +26,9 @@ std::optional<FixedMatrix<3, 3>> SupportAxes(const Project& project, const Node&
   // The third degree of a plane frame is a rotation, which must keep its axis; that of a solid is a
   // translation like the others.
   const bool solid = !project.meshes.empty() && project.meshes[0]->elemType == Tetrahedra;
-  Matriu T(project.dofsPerNode, project.dofsPerNode);
-  NodeAxesMatrix(*node.constraint, project.ExternalNumber(node.number), T, project.dofsPerNode,
-                 solid ? 0 : 1);
-  return RotationOf(T);
+  const FixedMatrix<3, 3> axes = AxesOf(*node.constraint);
+  if (project.dofsPerNode == 3 && !solid) CheckKeepsZ(axes, project.ExternalNumber(node.number));
+  return axes;
 }
 
 NodeBlocks::NodeBlocks(const Project& project, BlockSink& matrix, BlockAxes axes)

@@ -12,13 +12,12 @@ class BlockSink;
 class Project;
 struct Node;
 
-/// In which axes node blocks go into the matrix: the local axes of constrained nodes (the system to
-/// solve) or global axes (the reaction pass).
+/// In which axes node blocks go into the matrix: those of inclined supports (the system to solve)
+/// or global axes (the reaction pass).
 enum class BlockAxes { Global = 0, Constraint = 1 };
 
-/// The axes of an inclined support as columns of R, the same for translations and rotations; none
-/// for a node without constraint or without local axes. Ends the run for axes that leave the plane
-/// of a plane problem.
+/// The axes of a node's inclined support as columns, the same for translations and rotations; none
+/// for any other node. Ends the run for axes that leave the plane of a plane problem.
 std::optional<FixedMatrix<3, 3>> SupportAxes(const Project& project, const Node& node);
 
 /// Hands node blocks of element stiffnesses to a matrix: in upper order, turned into the axes of

@@ -33,15 +33,11 @@ void AddEdgeLoad(NodalForces& forces, const Elem& elem, int face, const Vector3&
   if (elem.nnode == 6) forces.Add(*elem.nodes[face + 3], 0, q, 2 * l / 3);
 }
 
-Frame AxesOf(const ShellElement& shell) {
-  const auto column = [&T = shell.T](int c) { return Vector3{T(1, c), T(2, c), T(3, c)}; };
-  return {column(1), column(2), column(3)};
-}
+}  // namespace
 
 template <int N, int P>
-void AddLoads(const Project& project, const MeshPart& mesh, ReaVecT& f) {
+void AddShellLoads(const Project& project, const MeshPart& mesh, ReaVecT& f) {
   NodalForces forces{f, project.dofsPerNode};
-  const bool hasGravity = HasGravity(project);
   ShellElement shell(project);
   ShellPoints<N, P> points;
   for (auto [number, elem] : mesh.elems) {
@@ -54,10 +50,10 @@ void AddLoads(const Project& project, const MeshPart& mesh, ReaVecT& f) {
     shell.Take(*elem);
     shell.Evaluate(points);
     if (weight > kZero) AddPerArea(forces, *elem, points, 0, WeightAlongGravity(project, weight));
-    const Frame axes = AxesOf(shell);
+    const Frame axes = FrameOf(shell.T);
     for (const PreassureLT* load = first; load != nullptr; load = load->next.get()) {
-      const Vector3 q = {load->values(1), load->values(2), load->values(3)};
-      if (load->face != -1) {
+      const Vector3 q = ValuesOf(*load);
+      if (load->face != PreassureLT::kNoFace) {
         AddEdgeLoad(forces, *elem, load->face, q);
         continue;
       }

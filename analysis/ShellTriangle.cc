@@ -60,18 +60,6 @@ void AddPoint(const ShellPoints<N, P>& points, int p, int i, int j, const Elasti
 
 using Block = FixedMatrix<3, 3>;
 
-Block BlockOf(const Matriu& M, int row, int column) {
-  Block block;
-  for (int r = 1; r <= 3; ++r)
-    for (int c = 1; c <= 3; ++c) block(r, c) = M(row + r, column + c);
-  return block;
-}
-
-void Place(const Block& block, int row, int column, Matriu& M) {
-  for (int r = 1; r <= 3; ++r)
-    for (int c = 1; c <= 3; ++c) M(row + r, column + c) = block(r, c);
-}
-
 /// T6 K T6^T with T6 = diag(T, R), in 3x3 blocks.
 void TurnToGlobal(const NodePairStiffness& K, const Block& T, const Block& R, Matriu& global) {
   const auto& m = K.membrane;
@@ -89,10 +77,10 @@ void TurnToGlobal(const NodePairStiffness& K, const Block& T, const Block& R, Ma
       ur(r, c) = T(r, 3) * (p[0][1] * R(c, 1) + p[0][2] * R(c, 2));
       ru(r, c) = (R(r, 1) * p[1][0] + R(r, 2) * p[2][0]) * T(c, 3);
     }
-  Place(T * uu * Transpose(T), 0, 0, global);
-  Place(ur, 0, 3, global);
-  Place(ru, 3, 0, global);
-  Place(R * rr * Transpose(R), 3, 3, global);
+  SetBlock(T * uu * Transpose(T), 1, 1, global);
+  SetBlock(ur, 1, 4, global);
+  SetBlock(ru, 4, 1, global);
+  SetBlock(R * rr * Transpose(R), 4, 4, global);
 }
 
 bool IsCoplanar(const Project& project, const Node& node) {
@@ -105,28 +93,6 @@ double DrillingStiffness(const ShellElement& shell, const ShellPoints<N, P>& poi
   double area = 0.0;
   for (int p = 0; p < P; ++p) area += points.weight[p];
   return area * kDrilling * shell.material->t * shell.material->Gxy;
-}
-
-template <int N, int P>
-void AddStiffness(const Project& project, const MeshPart& mesh, NodeBlocks& blocks) {
-  ShellElement shell(project);
-  ShellPoints<N, P> points;
-  Matriu global(6, 6);
-  for (auto [number, elem] : mesh.elems) {
-    shell.Take(*elem);
-    shell.Evaluate(points);
-    const Elasticity D(shell);
-    const Block T = BlockOf(shell.T6, 0, 0), R = BlockOf(shell.T6, 3, 3);
-    const double drilling = DrillingStiffness(shell, points);
-    for (int i = 0; i < N; ++i)
-      for (int j = i; j < N; ++j) {
-        NodePairStiffness K;
-        for (int p = 0; p < P; ++p) AddPoint(points, p, i, j, D, K);
-        if (i == j && IsCoplanar(project, *elem->nodes[i])) K.drilling = drilling;
-        TurnToGlobal(K, T, R, global);
-        blocks.Add(*elem->nodes[i], *elem->nodes[j], global);
-      }
-  }
 }
 
 /// Adds to `moment` the drilling stiffness times the rotation about the normal, at every node.
@@ -149,10 +115,34 @@ void AddDrillingMoments(const Project& project, const Mesh& mesh, const ReaVecT&
   }
 }
 
+}  // namespace
+
+template <int N, int P>
+void AddShellStiffness(const Project& project, const MeshPart& mesh, NodeBlocks& blocks) {
+  ShellElement shell(project);
+  ShellPoints<N, P> points;
+  Matriu global(6, 6);
+  for (auto [number, elem] : mesh.elems) {
+    shell.Take(*elem);
+    shell.Evaluate(points);
+    const Elasticity D(shell);
+    const Block T = BlockOf<3, 3>(shell.T6, 1, 1), R = BlockOf<3, 3>(shell.T6, 4, 4);
+    const double drilling = DrillingStiffness(shell, points);
+    for (int i = 0; i < N; ++i)
+      for (int j = i; j < N; ++j) {
+        NodePairStiffness K;
+        for (int p = 0; p < P; ++p) AddPoint(points, p, i, j, D, K);
+        if (i == j && IsCoplanar(project, *elem->nodes[i])) K.drilling = drilling;
+        TurnToGlobal(K, T, R, global);
+        blocks.Add(*elem->nodes[i], *elem->nodes[j], global);
+      }
+  }
+}
+
 /// N = Dm Bm u, M = Db Bb u, Q = Ds Bs u at every point.
 template <int N, int P>
-void Resultants(const Project& project, const MeshPart& mesh, const ReaVecT& displacements,
-                ReaVecT& values) {
+void ShellResultants(const Project& project, const MeshPart& mesh, const ReaVecT& displacements,
+                     ReaVecT& values) {
   ShellElement shell(project);
   ShellPoints<N, P> points;
   double* value = values.data.get();

@@ -63,7 +63,7 @@ bool IsHeldAgainstRotation(const Node& a, const Node& b, const Vector3& axis) {
 void CheckTwoNodes(const Node& a, const Node& b) {
   const Vector3 axis{a.x - b.x, a.y - b.y, a.z - b.z};
   if (!(Norm(axis) >= kZero)) return;
-  if (a.constraint->hasLocalAxes != 0 || b.constraint->hasLocalAxes != 0) return;
+  if (IsInclined(a) || IsInclined(b)) return;
   if (IsHeldAgainstRotation(a, b, axis)) return;
   error.message << "There are only two prescribed nodew in the model!!!\n"
                 << "Model can rotate around axe: " << ReaVec3(axis[0], axis[1], axis[2])

@@ -7,10 +7,7 @@ namespace kestol {
 
 /// The 3x3 rotation in the upper left corner of T (3x3 or 6x6).
 inline FixedMatrix<3, 3> RotationOf(const Matriu& T) {
-  FixedMatrix<3, 3> R;
-  for (int i = 1; i <= 3; ++i)
-    for (int j = 1; j <= 3; ++j) R(i, j) = T(i, j);
-  return R;
+  return BlockOf<3, 3>(T, 1, 1);
 }
 
 /// K := A K B^T for a node block K of 3x3 or 6x6. In the larger one A and B turn translations and

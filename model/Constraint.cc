@@ -20,20 +20,10 @@ using Rotation = FixedMatrix<3, 3>;
 /// Rotations whose axial vector is not longer than this are by 0 or by pi.
 constexpr double kNoAxialVector = 1e-12;
 
-Rotation AxesOf(const Constraint& constraint) {
-  return EulerRotation(constraint.Euler1, constraint.Euler2, constraint.Euler3);
-}
-
 /// Whether the third row and column are those of the identity.
 bool KeepsZ(const Rotation& R) {
   return std::abs(R(3, 1)) <= kZero && std::abs(R(3, 2)) <= kZero && std::abs(R(1, 3)) <= kZero &&
          std::abs(R(2, 3)) <= kZero && std::abs(R(3, 3) - 1.0) <= kZero;
-}
-
-/// R as the 3x3 block of T whose first row and column is `first`.
-void Place(const Rotation& R, int first, Matriu& T) {
-  for (int i = 1; i <= 3; ++i)
-    for (int j = 1; j <= 3; ++j) T(first + i - 1, first + j - 1) = R(i, j);
 }
 
 Rotation Identity() {
@@ -82,8 +72,8 @@ Rotation HalfOf(const Rotation& Q) {
 }
 
 void MergeAxes(const Constraint& a, const Constraint& b, Constraint& merged) {
-  if (a.hasLocalAxes == 0 && b.hasLocalAxes == 0) return;
-  merged.hasLocalAxes = 1;
+  if (!a.hasLocalAxes && !b.hasLocalAxes) return;
+  merged.hasLocalAxes = true;
   ReaVec3 angles(a.Euler1, a.Euler2, a.Euler3);
   if (a.Euler1 != b.Euler1 || a.Euler2 != b.Euler2 || a.Euler3 != b.Euler3) {
     const Rotation Ra = AxesOf(a);
@@ -96,20 +86,23 @@ void MergeAxes(const Constraint& a, const Constraint& b, Constraint& merged) {
 
 }  // namespace
 
+FixedMatrix<3, 3> AxesOf(const Constraint& inclined) {
+  return EulerRotation(inclined.Euler1, inclined.Euler2, inclined.Euler3);
+}
+
+void CheckKeepsZ(const FixedMatrix<3, 3>& axes, int externalNumber) {
+  if (!KeepsZ(axes))
+    Fatal("error: Local z axe must be (0,0,1) for 2D problems.Node: ", externalNumber, "\n");
+}
+
 int NodeAxesMatrix(const Constraint& constraint, int externalNumber, Matriu& T, int dofsPerNode,
                    int check) {
-  if (constraint.hasLocalAxes == 0) return 1;
+  if (!constraint.hasLocalAxes) return 1;
   const Rotation R = AxesOf(constraint);
-  if (dofsPerNode == 3 && check != 0 && !KeepsZ(R))
-    Fatal("error: Local z axe must be (0,0,1) for 2D problems.Node: ", externalNumber, "\n");
+  if (dofsPerNode == 3 && check != 0) CheckKeepsZ(R, externalNumber);
   T.Redimension(dofsPerNode, dofsPerNode);
-  if (dofsPerNode == 3) {
-    Place(R, 1, T);
-  } else {
-    std::fill_n(T.data.get(), T.size, 0.0);
-    Place(R, 1, T);
-    Place(R, 4, T);
-  }
+  T.Fill(0.0);
+  for (int first = 1; first < dofsPerNode; first += 3) SetBlock(R, first, first, T);
   return 0;
 }
 

@@ -21,26 +21,17 @@ Frame GivenFrame(const Material& material) {
   return FrameOf(EulerRotation(material.Euler1, material.Euler2, material.Euler3));
 }
 
-/// The frame as columns of the 3x3 block of T whose first row and column is `first`.
-void Place(const Frame& frame, int first, Matriu& T) {
-  for (int r = 0; r < 3; ++r) {
-    T(first + r, first) = frame.x[r];
-    T(first + r, first + 1) = frame.y[r];
-    T(first + r, first + 2) = frame.z[r];
-  }
-}
-
-void PlaceOnce(const Frame& frame, Matriu& T) {
+void SetAxes(const Frame& frame, Matriu& T) {
   T.Redimension(3, 3);
-  Place(frame, 1, T);
+  SetBlock(RotationOf(frame), 1, 1, T);
 }
 
-/// Block diagonal: translations and rotations.
-void PlaceTwice(const Frame& frame, Matriu& T) {
+/// Block diagonal: one frame for translations, one for rotations.
+void SetAxes(const Frame& translations, const Frame& rotations, Matriu& T) {
   T.Redimension(6, 6);
-  std::fill_n(T.data.get(), T.size, 0.0);
-  Place(frame, 1, T);
-  Place(frame, 4, T);
+  T.Fill(0.0);
+  SetBlock(RotationOf(translations), 1, 1, T);
+  SetBlock(RotationOf(rotations), 4, 4, T);
 }
 
 Vector3 ChordOf(const Elem& elem, int from, int to) {
@@ -110,38 +101,30 @@ Frame FitToShell(const Frame& given, const Vector3& n, int elementNumber) {
   return {Cross(unitY, n), unitY, n};
 }
 
-/// Deliberate: the local rotations of a shell are about -y, x and the normal, in this order.
-void PlaceShellDegrees(const Frame& frame, Matriu& T6) {
-  T6.Redimension(6, 6);
-  std::fill_n(T6.data.get(), T6.size, 0.0);
-  Place(frame, 1, T6);
-  Place({Times(frame.y, -1.0), frame.x, frame.z}, 4, T6);
-}
-
 }  // namespace
 
 bool Elem::GivenAxes(const Material* given, Matriu& T) const {
-  if (given == nullptr || given->hasEuler == 0) return false;
+  if (given == nullptr || !given->hasEuler) return false;
   EulerRotation(given->Euler1, given->Euler2, given->Euler3, T);
   return true;
 }
 
 void Elem::CalcTransfMatrixBeam(Matriu& T, const Material* given, int problemType) const {
   const Vector3 d = DirectionOf(*this, problemType);
-  if (given != nullptr && given->hasEuler != 0) {
+  if (given != nullptr && given->hasEuler) {
     const Frame frame = FitToBeam(GivenFrame(*given), d, number);
-    if (problemType == Space) return PlaceTwice(frame, T);
+    if (problemType == Space) return SetAxes(frame, frame, T);
     if (problemType == Plane) CheckInPlane(frame, number);
-    return PlaceOnce(frame, T);
+    return SetAxes(frame, T);
   }
-  if (problemType == Plane)
-    return PlaceOnce(
-        {
-            d, {-d[1], d[0], 0.0},
-             {0.0,   0.0,  1.0}
-    },
-        T);
-  if (problemType == Space) return PlaceTwice(SpaceFrame(d, alpha), T);
+  if (problemType == Plane) {
+    const Vector3 left = {-d[1], d[0], 0.0}, z = {0.0, 0.0, 1.0};
+    return SetAxes({d, left, z}, T);
+  }
+  if (problemType == Space) {
+    const Frame frame = SpaceFrame(d, alpha);
+    return SetAxes(frame, frame, T);
+  }
   Fatal("error in Elem::CalcTransfMatrixBeam. Type of problem unknown\n");
 }
 
@@ -153,10 +136,11 @@ Vector3 Elem::UnitNormal() const {
 
 void Elem::ShellAxes(Matriu& T, Matriu& T6, const Material* given) const {
   const Vector3 n = UnitNormal();
-  const bool hasAxes = given != nullptr && given->hasEuler != 0;
+  const bool hasAxes = given != nullptr && given->hasEuler;
   const Frame frame = hasAxes ? FitToShell(GivenFrame(*given), n, number) : ArbitraryFrame(n);
-  PlaceOnce(frame, T);
-  PlaceShellDegrees(frame, T6);
+  SetAxes(frame, T);
+  // Deliberate: the local rotations of a shell are about -y, x and the normal, in this order.
+  SetAxes(frame, {Times(frame.y, -1.0), frame.x, frame.z}, T6);
 }
 
 }  // namespace kestol

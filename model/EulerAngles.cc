@@ -51,9 +51,8 @@ FixedMatrix<3, 3> EulerRotation(double Euler1, double Euler2, double Euler3) {
 }
 
 void EulerRotation(double Euler1, double Euler2, double Euler3, Matriu& R) {
-  const FixedMatrix<3, 3> rotation = EulerRotation(Euler1, Euler2, Euler3);
   R.Redimension(3, 3);
-  for (int k = 0; k < 9; ++k) R.data[k] = rotation.entries[k];
+  SetBlock(EulerRotation(Euler1, Euler2, Euler3), 1, 1, R);
 }
 
 ReaVec3 FrameToAngles(const FixedMatrix<3, 3>& R) {
@@ -73,11 +72,7 @@ ReaVec3 FrameToAngles(const FixedMatrix<3, 3>& R) {
 }
 
 ReaVec3 FrameToAngles(const Matriu& R) {
-  return FrameToAngles({
-      {R(1, 1), R(1, 2), R(1, 3), //
-       R(2, 1), R(2, 2), R(2, 3), //
-       R(3, 1), R(3, 2), R(3, 3)}
-  });
+  return FrameToAngles(BlockOf<3, 3>(R, 1, 1));
 }
 
 ReaVec3 MeanAngles(const ReaVec3& a, const ReaVec3& b) {

@@ -14,6 +14,15 @@ Frame FrameOf(const FixedMatrix<3, 3>& R) {
   };
 }
 
+FixedMatrix<3, 3> RotationOf(const Frame& frame) {
+  const auto& [x, y, z] = frame;
+  return {
+      {x[0], y[0], z[0], //
+       x[1], y[1], z[1], //
+       x[2], y[2], z[2]}
+  };
+}
+
 void CheckInPlane(const Frame& frame, int elementNumber) {
   constexpr double kOutOfPlane = 1e-10;
   const bool inPlane = std::abs(frame.x[2]) <= kOutOfPlane && std::abs(frame.y[2]) <= kOutOfPlane &&

@@ -17,6 +17,13 @@ struct Frame {
 
 /// The axes that are the columns of the rotation R.
 Frame FrameOf(const FixedMatrix<3, 3>& R);
+/// Those in the upper left 3x3 block of T.
+inline Frame FrameOf(const Matriu& T) {
+  return FrameOf(BlockOf<3, 3>(T, 1, 1));
+}
+
+/// The rotation that has the axes as its columns.
+FixedMatrix<3, 3> RotationOf(const Frame& frame);
 
 /// Plane problems turn about z only; z may point to either side. Ends the run for axes of the
 /// element that leave the plane of x and y by more than 1e-10.

@@ -23,6 +23,11 @@ inline Vector3 PositionOf(const Node& node) {
   return {node.x, node.y, node.z};
 }
 
+/// Whether the node has an inclined support.
+inline bool IsInclined(const Node& node) {
+  return node.constraint && node.constraint->hasLocalAxes;
+}
+
 /// The equation of the first degree of freedom of the node with this internal index; both are
 /// counted from 1.
 inline int FirstEquation(int nodeIndex, int dofsPerNode) {

@@ -4,7 +4,6 @@
 #include <string_view>
 
 #include "analysis/Results.h"
-#include "analysis/TurnBlock.h"
 #include "input/Project.h"
 #include "model/EulerAngles.h"
 #include "output/OutputText.h"
@@ -89,7 +88,7 @@ void WriteStrength(const Project& project, const Results& results, int m, int c,
     beam.TakeAxes(*elem);
     beam.TakeLoads();
     const BeamStrength strength(beam, ends, c);
-    StationLine line(DiagramDirection(FrameOf(RotationOf(beam.T)), project.problemType, c));
+    StationLine line(DiagramDirection(FrameOf(beam.T), project.problemType, c));
     ends += 2 * project.dofsPerNode;
     file << number;
     for (std::int64_t s = 0; s <= D; ++s)

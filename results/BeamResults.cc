@@ -1,16 +1,11 @@
 #include "results/BeamResults.h"
 
-#include "analysis/TurnBlock.h"
 #include "model/Node.h"
 #include "results/BeamStations.h"
 
 namespace kestol {
 
 namespace {
-
-Frame AxesOf(const BeamElement& beam) {
-  return FrameOf(RotationOf(beam.T));
-}
 
 /// Calls action(beam, elem, stored) for every beam, with its axes taken; `stored` is null without
 /// results.
@@ -30,7 +25,7 @@ void ForEachBeam(const Project& project, const Results* results, Action action) 
 
 void AddGeometry(const BeamElement& beam, const Elem& elem, BeamTable& table) {
   table.beams.push_back(&elem);
-  table.axes.push_back(AxesOf(beam));
+  table.axes.push_back(FrameOf(beam.T));
   table.lengths.push_back(beam.L);
 }
 

@@ -18,8 +18,7 @@ void AddToBeam(const Project& project, const Elem& elem, const PreassureLT& load
                ElementLoads& sum) {
   BeamElement beam(project);
   beam.TakeAxes(elem);
-  const auto column = [&T = beam.T](int c) { return Vector3{T(1, c), T(2, c), T(3, c)}; };
-  const Frame axes = {column(1), column(2), column(3)};
+  const Frame axes = FrameOf(beam.T);
   const BeamLoad q = LocalIntensities(load, elem, beam.T, project.problemType);
   sum.perLength = Plus(sum.perLength, axes.ToGlobal({q.qx, q.qy, q.qz}));
   sum.couplePerLength = Plus(sum.couplePerLength, Times(axes.x, q.m));
@@ -33,8 +32,7 @@ void AddToShell(const Project& project, const Elem& elem, const PreassureLT& loa
   }
   Matriu T, T6;
   elem.ShellAxes(T, T6, elem.GetMaterial(project.materials));
-  const auto column = [&T](int c) { return Vector3{T(1, c), T(2, c), T(3, c)}; };
-  const Frame axes = {column(1), column(2), column(3)};
+  const Frame axes = FrameOf(T);
   sum.perArea = Plus(sum.perArea, SurfaceLoad(load.kind, ValuesOf(load), axes));
   if (load.kind == LocalPressure)
     sum.couplePerArea = Plus(sum.couplePerArea, Times(axes.x, load.values(4)));

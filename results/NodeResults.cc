@@ -5,7 +5,6 @@
 
 #include "analysis/TurnBlock.h"
 #include "main/ErrorChannel.h"
-#include "model/EulerAngles.h"
 
 namespace kestol {
 
@@ -17,10 +16,6 @@ bool IsHeld(const Project& project, const Node& node) {
   for (int d = 0; d < dofs; ++d)
     if (node.constraint->IsConstrained(d)) return true;
   return false;
-}
-
-FixedMatrix<3, 3> AxesOf(const Constraint& support) {
-  return EulerRotation(support.Euler1, support.Euler2, support.Euler3);
 }
 
 NodeForces Turned(const FixedMatrix<3, 3>& R, NodeForces forces) {
@@ -98,19 +93,15 @@ NodeForces SupportForceInItsAxes(const Project& project, const Results& results,
 
 NodeForces SupportForce(const Project& project, const Results& results, const Node& node) {
   const NodeForces held = SupportForceInItsAxes(project, results, node);
-  return IsTurned(node) ? Turned(AxesOf(*node.constraint), held) : held;
+  return IsInclined(node) ? Turned(AxesOf(*node.constraint), held) : held;
 }
 
 NodeForces SupportForce(const Project& project, const Results& results, int nodeNumber) {
   return SupportForce(project, results, NodeOfNumber(project, nodeNumber));
 }
 
-bool IsTurned(const Node& node) {
-  return node.constraint && node.constraint->hasLocalAxes != 0;
-}
-
 NodeForces InSupportAxes(const Node& node, const NodeForces& global) {
-  return IsTurned(node) ? Turned(Transpose(AxesOf(*node.constraint)), global) : global;
+  return IsInclined(node) ? Turned(Transpose(AxesOf(*node.constraint)), global) : global;
 }
 
 std::vector<SupportedNode> SupportedNodes(const Project& project) {

@@ -42,11 +42,8 @@ NodeForces SupportForce(const Project& project, const Results& results, int node
 /// The same in the axes of the support; what it leaves free is exactly 0.
 NodeForces SupportForceInItsAxes(const Project& project, const Results& results, const Node& node);
 
-/// A force and a moment at a node in the axes of its support.
+/// A force and a moment at a node in the axes of its inclined support; as they are at any other.
 NodeForces InSupportAxes(const Node& node, const NodeForces& global);
-
-/// Whether the node has axes of its own for its support.
-bool IsTurned(const Node& node);
 
 /// A node that the deck holds or that the conversion to 6 nodes holds between two held ones.
 struct SupportedNode {
@@ -58,7 +55,8 @@ struct SupportedNode {
 /// Every node with a prescribed degree or a spring, as read first, by rising number.
 std::vector<SupportedNode> SupportedNodes(const Project& project);
 
-/// Calls action(number, node) for every node that was read, by rising number.
+/// Calls action(number, node) for every node that was read, by rising number: those that the result
+/// files list. Nodes that the conversion to 6 nodes made are listed nowhere.
 template <class Action>
 void ForEachNode(const Project& project, Action action) {
   if (project.meshes.empty()) return;

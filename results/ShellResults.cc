@@ -10,20 +10,6 @@ namespace kestol {
 
 namespace {
 
-Frame FrameOfMatrix(const Matriu& T) {
-  const auto column = [&T](int c) { return Vector3{T(1, c), T(2, c), T(3, c)}; };
-  return {column(1), column(2), column(3)};
-}
-
-void PlaceAxes(const Frame& axes, Matriu& T) {
-  T.Redimension(3, 3);
-  for (int r = 1; r <= 3; ++r) {
-    T(r, 1) = axes.x[r - 1];
-    T(r, 2) = axes.y[r - 1];
-    T(r, 3) = axes.z[r - 1];
-  }
-}
-
 /// x and y of the frame that three angles stand for.
 std::array<Vector3, 2> DirectionsOf(const double* angles) {
   const Frame frame = FrameOf(EulerRotation(angles[0], angles[1], angles[2]));
@@ -63,8 +49,8 @@ ShellMain ShellMainOf(const ShellForces& forces, const Frame& axes) {
   const double local[8] = {n[0], n[1], n[2], m[0], m[1], m[2], q[0], q[1]};
   ReaVecT values(8), main(8), angles(kAnglesPerPoint);
   std::copy_n(local, 8, values.begin());
-  Matriu T;
-  PlaceAxes(axes, T);
+  Matriu T(3, 3);
+  SetBlock(RotationOf(axes), 1, 1, T);
   MainValues(values, 1, 1, angles, 1, T, main);
   return {
       {main(1), main(2)},
@@ -93,7 +79,7 @@ const ShellView& ShellReader::Take(const Elem& elem, const double* stored) {
   const Material* const material = elem.GetMaterial(project_.materials);
   elem.ShellAxes(T_, T6_, material);
   view_.elem = &elem;
-  view_.axes = FrameOfMatrix(T_);
+  view_.axes = FrameOf(T_);
   view_.thickness = material != nullptr ? material->t : 0.0;
   view_.pointCount = elem.nnode == 3 ? 1 : 3;
   for (int p = 0; p < view_.pointCount; ++p) {

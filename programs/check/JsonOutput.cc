@@ -24,7 +24,7 @@ void WriteReactions(JsonWriter& json, const Project& project, const Results& res
     if (supported.number == 0)
       WriteNumbers(json, "between", {supported.between[0], supported.between[1]});
     WriteForces(json, forces);
-    if (IsTurned(*supported.node)) {
+    if (IsInclined(*supported.node)) {
       json.Key("inSupportAxes").BeginObject();
       WriteForces(json, SupportForceInItsAxes(project, results, *supported.node));
       json.EndObject();

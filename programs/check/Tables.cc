@@ -83,7 +83,7 @@ void WriteReactions(OutputBuffer& output, const Project& project, const Results&
   for (const SupportedNode& supported : SupportedNodes(project)) {
     const NodeForces forces = SupportForce(project, results, *supported.node);
     output << columns.Row(NameOf(supported), forces);
-    if (IsTurned(*supported.node))
+    if (IsInclined(*supported.node))
       output << columns.Row("  in its axes",
                             SupportForceInItsAxes(project, results, *supported.node));
   }

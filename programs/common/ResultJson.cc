@@ -150,7 +150,7 @@ void WriteSupports(JsonWriter& json, const ResultData& data) {
     for (std::size_t d = 0; d < dofs; ++d) json.Value(support.codes[d]);
     json.EndArray();
     json.Member("values", std::span<const double>(support.values.data(), dofs));
-    if (IsTurned(*supported.node))
+    if (IsInclined(*supported.node))
       json.Member("euler", Vector3{support.Euler1, support.Euler2, support.Euler3});
     json.EndObject();
   }
@@ -208,7 +208,7 @@ void WriteReactionsMember(JsonWriter& json, const Project& project, const Result
       json.EndArray();
     }
     WriteForceMembers(json, force);
-    if (IsTurned(*supported.node)) {
+    if (IsInclined(*supported.node)) {
       json.Key("inSupportAxes").BeginObject();
       WriteForceMembers(json, InSupportAxes(*supported.node, force));
       json.EndObject();

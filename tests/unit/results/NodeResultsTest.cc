@@ -76,14 +76,14 @@ TEST(NodeResults, AnInclinedRollerGivesAForceAlongItsOwnAxis) {
   deck.Load(2, {0, -100, 0}).LineLoad("global_pressure_loads", 1, "0 -10");
   const Solved solved(deck.Text());
   const Node& roller = NodeOfNumber(solved.project, 2);
-  EXPECT_TRUE(IsTurned(roller));
+  EXPECT_TRUE(IsInclined(roller));
   const NodeForces global = SupportForce(solved.project, solved.results, 2);
   EXPECT_NEAR(global.force[1], 120.0, 1e-9);  // half of the line and all of the point load
   EXPECT_NEAR(global.force[0], -120.0 * std::tan(angle), 1e-9);
   const NodeForces local = InSupportAxes(roller, global);
   EXPECT_NEAR(local.force[0], 0.0, 1e-12);
   EXPECT_NEAR(local.force[1], 120.0 / std::cos(angle), 1e-9);
-  EXPECT_FALSE(IsTurned(NodeOfNumber(solved.project, 1)));
+  EXPECT_FALSE(IsInclined(NodeOfNumber(solved.project, 1)));
   EXPECT_EQ(InSupportAxes(NodeOfNumber(solved.project, 1), global).force, global.force);
 }
 
