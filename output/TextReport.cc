@@ -3,9 +3,9 @@
 #include "analysis/Results.h"
 #include "input/Project.h"
 #include "main/ErrorChannel.h"
-#include "output/ListedNodes.h"
 #include "output/OutputText.h"
 #include "results/BeamResults.h"
+#include "results/NodeResults.h"
 
 namespace kestol {
 
@@ -35,14 +35,14 @@ void WriteDisplacements(const Project& project, const Results& results, OutputTe
                "\n\nNODAL DISPLACEMENTS (x y z thetax thetay thetaz)\n", output);
   const int dofs = project.dofsPerNode;
   const double* const displacements = results.displacements.begin();
-  ForEachListedNode(project, [&](int number, const Node& node) {
+  ForEachNode(project, [&](int number, const Node& node) {
     WriteNodeLine(number, displacements + FirstEquation(node.number, dofs) - 1, dofs, output);
   });
 }
 
 void WriteReactions(const Project& project, const Results& results, OutputText& output) {
   WriteHeading(project, "\n\nREACTIONS (Px Py M)\n", "\n\nREACTIONS (Px Py Pz Mx My Mz)\n", output);
-  ForEachListedNode(project, [&](int number, const Node& node) {
+  ForEachNode(project, [&](int number, const Node& node) {
     if (const Reaction* const reaction = FindReaction(results, node.number))
       WriteNodeLine(number, reaction->values.data(), project.dofsPerNode, output);
   });

@@ -7,9 +7,9 @@
 #include "analysis/Results.h"
 #include "input/Project.h"
 #include "main/ErrorChannel.h"
-#include "output/ListedNodes.h"
 #include "output/OutputText.h"
 #include "output/VemoBlocks.h"
+#include "results/NodeResults.h"
 
 namespace kestol {
 
@@ -17,7 +17,7 @@ namespace {
 
 void WriteNodes(const Project& project, OutputText& file) {
   file << "node x y z\n";
-  ForEachListedNode(project, [&file](int number, const Node& node) {
+  ForEachNode(project, [&file](int number, const Node& node) {
     file << number << ' ';
     file.Vector(node.x).Vector(node.y);
     if (node.dim == 3) file.Vector(node.z);
@@ -116,7 +116,7 @@ void WriteVemoFiles(const Project& project, const Results& results, OutputText& 
 
 void WriteVemoDisplacements(const Project& project, const Results& results, OutputText& file) {
   file << "Displacements   4 1.0 Estatic 2 1 1\nX\nY\nZ\n";
-  ForEachListedNode(project, [&](int number, const Node& node) {
+  ForEachNode(project, [&](int number, const Node& node) {
     const int equation = FirstEquation(node.number, project.dofsPerNode);
     file << number << ' ';  // Deliberate: two blanks before the first value.
     for (int d = 0; d < 3; ++d) file << ' ' << results.displacements(equation + d);

@@ -1,8 +1,8 @@
 #include "analysis/Results.h"
 #include "input/Project.h"
-#include "output/ListedNodes.h"
 #include "output/OutputText.h"
 #include "output/VemoBlocks.h"
+#include "results/NodeResults.h"
 
 namespace kestol {
 
@@ -14,7 +14,7 @@ namespace {
 void WriteLines(const Project& project, const Results& results, int first, int last,
                 OutputText& file) {
   int line = 0;
-  ForEachListedNode(project, [&](int, const Node& node) {
+  ForEachNode(project, [&](int, const Node& node) {
     file << ++line;
     const Reaction* const reaction = FindReaction(results, node.number);
     if (reaction == nullptr) {

@@ -1,9 +1,9 @@
 #include "analysis/PointLayout.h"
 #include "analysis/Results.h"
 #include "input/Project.h"
-#include "output/ListedNodes.h"
 #include "output/OutputText.h"
 #include "output/VemoBlocks.h"
+#include "results/NodeResults.h"
 #include "results/StressTensor.h"
 
 namespace kestol {
@@ -17,7 +17,7 @@ const double* StressesOf(const Results& results, const Node& node) {
 void WriteStresses(const Project& project, const Results& results, OutputText& file) {
   // Deliberate: the values stand in the order of the array, xy, xz, yz, whatever the names say.
   file << "Strengths      4 1.0 Estatic 3 1 1\nSx\nSy\nSz\nTxy\nTyz\nTxz\n";
-  ForEachListedNode(project, [&](int number, const Node& node) {
+  ForEachNode(project, [&](int number, const Node& node) {
     const double* const stresses = StressesOf(results, node);
     file << number << ' ';
     for (int i = 0; i < 6; ++i) file << ' ' << stresses[i];
@@ -27,7 +27,7 @@ void WriteStresses(const Project& project, const Results& results, OutputText& f
 
 void WriteVonMisses(const Project& project, const Results& results, OutputText& file) {
   file << "Von Misses     4 1.0 Estatic 1 1 1\nVon_Misses\n";
-  ForEachListedNode(project, [&](int number, const Node& node) {
+  ForEachNode(project, [&](int number, const Node& node) {
     file << number << "  " << VonMises(FromSolverOrder(StressesOf(results, node))) << '\n';
   });
 }
