@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <vector>
 
@@ -34,6 +35,10 @@ struct Results {
 };
 
 /// The printed reaction of the node with this internal index; null for a node without a support.
-const Reaction* FindReaction(const Results& results, int nodeIndex);
+inline const Reaction* FindReaction(const Results& results, int nodeIndex) {
+  const auto found =
+      std::ranges::lower_bound(results.reactions, nodeIndex, {}, &Reaction::nodeIndex);
+  return found != results.reactions.end() && found->nodeIndex == nodeIndex ? &*found : nullptr;
+}
 
 }  // namespace kestol

@@ -31,7 +31,9 @@ enum StressOption { LocalStresses = 0, MainStresses = 1, MainAndLocalStresses = 
 class Project {
 public:
   /// `capacity` numbers per block of the materials and loads containers.
-  explicit Project(int capacity);
+  explicit Project(int capacity) : materials(capacity), loads(capacity) {
+    meshes.reserve(kMaxMeshes);
+  }
 
   /// The text report: displacements, beam strengths, reactions.
   void WriteResults(const Results& results, OutputText& output) const;
