@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cmath>
+#include <cstddef>
 
 namespace kestol {
 
@@ -35,6 +36,14 @@ inline double TripleProduct(const Vector3& a, const Vector3& b, const Vector3& c
 inline Vector3 Unit(const Vector3& a) {
   const double length = Norm(a);
   return {a[0] / length, a[1] / length, a[2] / length};
+}
+/// The sum of c_k v_k, from k = 0 upwards.
+template <std::size_t N>
+Vector3 WeightedSum(const std::array<double, N>& c, const std::array<Vector3, N>& v) {
+  Vector3 sum{};
+  for (std::size_t k = 0; k < N; ++k)
+    for (int a = 0; a < 3; ++a) sum[a] += c[k] * v[k][a];
+  return sum;
 }
 
 }  // namespace kestol

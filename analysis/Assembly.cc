@@ -5,9 +5,9 @@
 
 #include "algebra/FixedMatrix.h"
 #include "algebra/StiffnessMatrix.h"
+#include "analysis/Counts.h"
 #include "analysis/ElementRoutines.h"
 #include "analysis/RigidMotions.h"
-#include "analysis/Sizes.h"
 #include "analysis/SupportCheck.h"
 #include "analysis/TurnBlock.h"
 #include "input/Project.h"

@@ -1,9 +1,9 @@
 #include "analysis/BeamElement.h"
 
 #include "algebra/Zero.h"
+#include "analysis/DistributedLoads.h"
 #include "analysis/MaterialOf.h"
 #include "analysis/MeshPart.h"
-#include "analysis/Surface.h"
 #include "analysis/TurnBlock.h"
 #include "input/Project.h"
 #include "main/ErrorChannel.h"
@@ -11,12 +11,6 @@
 namespace kestol {
 
 namespace {
-
-/// 0.0 when a factor is not positive: two marks of "not given" would multiply to 1.
-double WeightPerLength(const Project& project, const Material& material) {
-  if (!HasGravity(project)) return 0.0;
-  return material.A > 0.0 && material.Weight > 0.0 ? material.A * material.Weight : 0.0;
-}
 
 /// f += K u.
 void AddProduct(const Matriu& K, const double* u, double* f) {
@@ -56,12 +50,15 @@ void BeamElement::TakeAxes(const Elem& next) {
 }
 
 void BeamElement::TakeStiffness() {
+  // The material is given the squared length. No digit is lost: the rounded root of the rounded
+  // square of a number is the number.
   material->ConstructLocalK(elem->number, L * L, project.problemType, endCode, Kii, Kij, Kjj);
 }
 
 bool BeamElement::HasLoads(const Elem& beam) const {
-  return project.loads.Get(beam.number) != nullptr ||
-         WeightPerLength(project, MaterialOf(project, beam)) > kZero;
+  if (project.loads.Get(beam.number) != nullptr) return true;
+  const Material& own = MaterialOf(project, beam);
+  return OwnWeight(project, own, own.A) > kZero;
 }
 
 void BeamElement::TakeLoads() {
@@ -69,7 +66,7 @@ void BeamElement::TakeLoads() {
   const auto take = [this](const PreassureLT& load) {
     loads.push_back(LocalIntensities(load, *elem, T, project.problemType));
   };
-  const double weight = WeightPerLength(project, *material);
+  const double weight = OwnWeight(project, *material, material->A);
   if (weight > kZero) {
     const Vector3 q = WeightAlongGravity(project, weight);
     for (int i = 0; i < 3; ++i) weight_.values(i + 1) = q[i];

@@ -9,9 +9,10 @@ class Mesh;
 class MeshPart;
 class Project;
 
-/// What the analysis asks of a family of elements.
+/// What the analysis asks of one kind of element (ElementTable.h).
 struct ElementRoutines {
   int elemType;  ///< ElemType
+  int nnode;
 
   /// Adds the stiffness of every element of the part.
   void (*addStiffness)(const Project&, const MeshPart&, NodeBlocks& K);
@@ -22,8 +23,8 @@ struct ElementRoutines {
   void (*values)(const Project&, const MeshPart&, const ReaVecT& u, ReaVecT& values);
 };
 
-/// The routines for the mesh's type; ends the run with "error: elemtype unknown\n" for a type that
-/// is read but not analysed.
+/// The routines for the mesh's elements; ends the run with "error: elemtype unknown\n" for a type
+/// that is read but not analysed.
 const ElementRoutines& RoutinesFor(const Mesh& mesh);
 
 }  // namespace kestol

@@ -1,20 +1,15 @@
 #include "analysis/PointLayout.h"
 
+#include "analysis/ElementTable.h"
 #include "input/Project.h"
 
 namespace kestol {
 
 PointLayout PointLayoutOf(const Project& project, const Mesh& mesh) {
-  switch (mesh.elemType) {
-    case Linear:
-      return {2, project.dofsPerNode};
-    case Triangle:
-      return {mesh.nnode == 3 ? 1 : 3, 8};
-    case Tetrahedra:
-      return {mesh.nnode == 4 ? 1 : 4, 6};
-    default:
-      return {};
-  }
+  const ElementKind* const kind = FindElementKind(mesh.elemType, mesh.nnode);
+  if (kind == nullptr) return {};
+  const int values = kind->valuesPerPoint == 0 ? project.dofsPerNode : kind->valuesPerPoint;
+  return {static_cast<int>(kind->points.size()), values};
 }
 
 }  // namespace kestol

@@ -1,29 +1,37 @@
 #include "algebra/Zero.h"
+#include "analysis/DistributedLoads.h"
 #include "analysis/MaterialOf.h"
 #include "analysis/MeshPart.h"
 #include "analysis/ShellPoints.h"
 #include "analysis/ShellTriangle.h"
-#include "analysis/Surface.h"
 #include "input/Project.h"
 
 namespace kestol {
 
 namespace {
 
-/// Spreads a load per unit area over the nodes that carry it: the corners of a three-noded
-/// triangle; the mid-sides of a six-noded one, each with its own point's area.
+/// The integral over the element of the shape function of its node k + N - 3. With three nodes L_k
+/// has a third of the area. With six, a corner's L (2L - 1) has none and a mid-side's 4 L L' a
+/// third: taken at the points of the element, which are the mid-sides, each has the area of its
+/// own.
+double AreaOfCarrier(const ShellPoints<3, 1>& points, int /*k*/) {
+  return points.weight[0] / 3;
+}
+double AreaOfCarrier(const ShellPoints<6, 3>& points, int k) {
+  return points.weight[k];
+}
+
+/// The consistent nodal forces of a load per unit area: q times the integrals of the shape
+/// functions, hence on the corners of three nodes and on the mid-sides alone of six.
 template <int N, int P>
 void AddPerArea(NodalForces& forces, const Elem& elem, const ShellPoints<N, P>& points, int first,
                 const Vector3& load) {
-  constexpr int kCarrier = N == 3 ? 0 : 3;
-  for (int k = 0; k < 3; ++k) {
-    const double area = N == 3 ? points.weight[0] / 3 : points.weight[N == 3 ? 0 : k];
-    forces.Add(*elem.nodes[k + kCarrier], first, load, area);
-  }
+  for (int k = 0; k < 3; ++k)
+    forces.Add(*elem.nodes[k + N - 3], first, load, AreaOfCarrier(points, k));
 }
 
-/// A load per unit length on the edge from corner `face` to the next: halves for two nodes, one,
-/// four and one sixths for three.
+/// A load per unit length on the edge from corner `face` to the next, again by the integrals of the
+/// shape functions along it: halves for two nodes; a sixth, a sixth and four sixths for three.
 void AddEdgeLoad(NodalForces& forces, const Elem& elem, int face, const Vector3& q) {
   const Node &a = *elem.nodes[face], &b = *elem.nodes[(face + 1) % 3];
   const double l = Norm(Minus(PositionOf(b), PositionOf(a)));
@@ -43,9 +51,7 @@ void AddShellLoads(const Project& project, const MeshPart& mesh, ReaVecT& f) {
   for (auto [number, elem] : mesh.elems) {
     const Material& material = MaterialOf(project, *elem);
     const PreassureLT* first = project.loads.Get(number);
-    // Both factors must be given: two marks of "not given" multiply to 1.
-    const bool isGiven = hasGravity && material.Weight > 0 && material.t > 0;
-    const double weight = isGiven ? material.t * material.Weight : 0;
+    const double weight = OwnWeight(project, material, material.t);
     if (!(weight > kZero) && first == nullptr) continue;
     shell.Take(*elem);
     shell.Evaluate(points);
@@ -64,13 +70,7 @@ void AddShellLoads(const Project& project, const MeshPart& mesh, ReaVecT& f) {
   }
 }
 
-}  // namespace
-
-void AddShellLoads(const Project& project, const MeshPart& mesh, ReaVecT& f) {
-  if (mesh.nnode == 3)
-    AddLoads<3, 1>(project, mesh, f);
-  else
-    AddLoads<6, 3>(project, mesh, f);
-}
+template void AddShellLoads<3, 1>(const Project&, const MeshPart&, ReaVecT&);
+template void AddShellLoads<6, 3>(const Project&, const MeshPart&, ReaVecT&);
 
 }  // namespace kestol

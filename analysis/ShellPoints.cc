@@ -16,21 +16,24 @@ void ShellElement::Take(const Elem& next) {
   material->ShellMatrices(next.number, Dm, Db, Ds);
 }
 
-/// In-plane coordinates from the first corner: the shift changes no derivative and saves digits.
+/// Coordinates x and y in the plane of the element, from its first corner: the shift changes no
+/// derivative and saves digits.
 template <int N>
-void ShellElement::LocalCoordinates(std::array<double, N>& x, std::array<double, N>& y) const {
+std::array<Vector3, N> ShellElement::LocalCoordinates() const {
   const Vector3 origin = PositionOf(*elem->nodes[0]);
+  std::array<Vector3, N> X;
   for (int k = 0; k < N; ++k) {
     const Vector3 d = Minus(PositionOf(*elem->nodes[k]), origin);
-    x[k] = T(1, 1) * d[0] + T(2, 1) * d[1] + T(3, 1) * d[2];
-    y[k] = T(1, 2) * d[0] + T(2, 2) * d[1] + T(3, 2) * d[2];
+    X[k] = {T(1, 1) * d[0] + T(2, 1) * d[1] + T(3, 1) * d[2],
+            T(1, 2) * d[0] + T(2, 2) * d[1] + T(3, 2) * d[2], 0.0};
   }
+  return X;
 }
 
 void ShellElement::Evaluate(ShellPoints<3, 1>& points) const {
   constexpr double kThird = 1.0 / 3.0;
-  std::array<double, 3> x, y;
-  LocalCoordinates<3>(x, y);
+  const auto [X1, X2, X3] = LocalCoordinates<3>();
+  const double x[3] = {X1[0], X2[0], X3[0]}, y[3] = {X1[1], X2[1], X3[1]};
   const double J = (x[1] - x[0]) * (y[2] - y[0]) - (x[2] - x[0]) * (y[1] - y[0]);
   if (!(J >= kZero)) Fatal("error: element ", elem->number, " has jacobian <=0\n");
   const double xc = (x[0] + x[1] + x[2]) * kThird, yc = (y[0] + y[1] + y[2]) * kThird;
@@ -44,34 +47,17 @@ void ShellElement::Evaluate(ShellPoints<3, 1>& points) const {
   points.weight[0] = J * 0.5;
 }
 
-namespace {
-
-constexpr std::array<tri6::Derivatives, 3> DerivativesAtPoints() {
-  std::array<tri6::Derivatives, 3> all{};
-  for (int p = 0; p < 3; ++p) all[p] = tri6::ShapeDerivatives(tri6::kPoints[p]);
-  return all;
-}
-
-}  // namespace
-
 void ShellElement::Evaluate(ShellPoints<6, 3>& points) const {
-  static constexpr std::array<tri6::Derivatives, 3> kDerivatives = DerivativesAtPoints();
-  std::array<double, 6> x, y;
-  LocalCoordinates<6>(x, y);
+  const std::array<Vector3, 6> X = LocalCoordinates<6>();
   for (int p = 0; p < 3; ++p) {
-    const tri6::Derivatives& dN = kDerivatives[p];
-    double xs = 0, ys = 0, xt = 0, yt = 0;
-    for (int k = 0; k < 6; ++k) {
-      xs += dN.s[k] * x[k];
-      ys += dN.s[k] * y[k];
-      xt += dN.t[k] * x[k];
-      yt += dN.t[k] * y[k];
-    }
+    const tri6::Derivatives& dN = tri6::kDerivatives[p];
+    const auto [xs, ys, zs] = WeightedSum(dN.s, X);  // rows of the jacobian matrix
+    const auto [xt, yt, zt] = WeightedSum(dN.t, X);
     const double det = xs * yt - ys * xt;
     if (!(det >= kZero)) Fatal("error: element ", elem->number, " has jacobian 0\n");
     for (int k = 0; k < 6; ++k) {
-      points.dx[p][k] = (yt * dN.s[k] - ys * dN.t[k]) / det;
-      points.dy[p][k] = (-xt * dN.s[k] + xs * dN.t[k]) / det;
+      points.dx[p][k] = (yt * dN.s[k] - ys * dN.t[k]) / det;   // N,x = (y,t N,s - y,s N,t) / det
+      points.dy[p][k] = (-xt * dN.s[k] + xs * dN.t[k]) / det;  // N,y = (x,s N,t - x,t N,s) / det
     }
     points.shape[p] = tri6::Shape(tri6::kPoints[p]);
     points.weight[p] = det * tri6::kWeight;

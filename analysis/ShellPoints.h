@@ -4,7 +4,7 @@
 
 #include "algebra/FixedMatrix.h"
 #include "algebra/Matriu.h"
-#include "analysis/Surface.h"
+#include "algebra/Vector3.h"
 
 namespace kestol {
 
@@ -50,7 +50,7 @@ public:
 
 private:
   template <int N>
-  void LocalCoordinates(std::array<double, N>& x, std::array<double, N>& y) const;
+  std::array<Vector3, N> LocalCoordinates() const;
 
   const Project& project_;
 };

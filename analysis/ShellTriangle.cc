@@ -178,22 +178,10 @@ void ShellResultants(const Project& project, const MeshPart& mesh, const ReaVecT
   }
 }
 
-}  // namespace
-
-void AddShellStiffness(const Project& project, const MeshPart& mesh, NodeBlocks& K) {
-  if (mesh.nnode == 3)
-    AddStiffness<3, 1>(project, mesh, K);
-  else
-    AddStiffness<6, 3>(project, mesh, K);
-}
-
-void ShellResultants(const Project& project, const MeshPart& mesh, const ReaVecT& u,
-                     ReaVecT& values) {
-  if (mesh.nnode == 3)
-    Resultants<3, 1>(project, mesh, u, values);
-  else
-    Resultants<6, 3>(project, mesh, u, values);
-}
+template void AddShellStiffness<3, 1>(const Project&, const MeshPart&, NodeBlocks&);
+template void AddShellStiffness<6, 3>(const Project&, const MeshPart&, NodeBlocks&);
+template void ShellResultants<3, 1>(const Project&, const MeshPart&, const ReaVecT&, ReaVecT&);
+template void ShellResultants<6, 3>(const Project&, const MeshPart&, const ReaVecT&, ReaVecT&);
 
 Vector3 DrillingMoment(const Project& project, const ReaVecT& u) {
   Vector3 moment{};

@@ -9,14 +9,18 @@ namespace kestol {
 class MeshPart;
 class Project;
 
-/// Adds the stiffness of every 3- or 6-noded triangle (by mesh.nnode).
+// The triangles of N nodes with P integration points are <3, 1> and <6, 3>.
+
+/// Adds the stiffness of every element.
+template <int N, int P>
 void AddShellStiffness(const Project& project, const MeshPart& mesh, NodeBlocks& K);
 
 /// Adds the equivalent nodal forces of own weight and loads of every element to f.
+template <int N, int P>
 void AddShellLoads(const Project& project, const MeshPart& mesh, ReaVecT& f);
 
-/// Resultants at the integration points, 8 each (Nx' Ny' Nxy' Mx' My' Mxy' Qx' Qy'), in local axes:
-/// one point per 3-noded element, three per 6-noded one.
+/// Resultants at the integration points, 8 each (Nx' Ny' Nxy' Mx' My' Mxy' Qx' Qy'), in local axes.
+template <int N, int P>
 void ShellResultants(const Project& project, const MeshPart& mesh, const ReaVecT& u,
                      ReaVecT& values);
 

@@ -1,8 +1,8 @@
 #include <array>
 #include <vector>
 
+#include "analysis/Counts.h"
 #include "analysis/PointLayout.h"
-#include "analysis/Sizes.h"
 #include "analysis/Smoothing.h"
 #include "analysis/Tet10.h"
 #include "input/Project.h"

@@ -40,15 +40,16 @@ inline void AddNodeStiffness(const Vector3& g, const Vector3& h, const Elasticit
   K[8] += normal * zz + shear * (xx + yy);
 }
 
+}  // namespace
+
 /// K_ij = sum over the points of B_i^T D B_j w for every node pair of every element.
-template <int N, int P, class Evaluate>
-void AddStiffness(const Project& project, const MeshPart& mesh, NodeBlocks& blocks,
-                  Evaluate evaluate) {
+template <int N, int P>
+void AddSolidStiffness(const Project& project, const MeshPart& mesh, NodeBlocks& blocks) {
   SolidPoints<N, P> points;
   Matriu D(6, 6), K(3, 3);
   for (auto [number, elem] : mesh.elems) {
     const Elasticity elasticity = ElasticityOf(project, *elem, D);
-    evaluate(*elem, points);
+    Evaluate(*elem, points);
     for (int i = 0; i < N; ++i)
       for (int j = i; j < N; ++j) {
         K.Fill(0.0);
@@ -61,15 +62,15 @@ void AddStiffness(const Project& project, const MeshPart& mesh, NodeBlocks& bloc
 }
 
 /// D times the sum over the nodes of B_i u_i, at every point of every element.
-template <int N, int P, class Evaluate>
-void Stresses(const Project& project, const MeshPart& mesh, const ReaVecT& displacements,
-              ReaVecT& values, Evaluate evaluate) {
+template <int N, int P>
+void SolidStresses(const Project& project, const MeshPart& mesh, const ReaVecT& displacements,
+                   ReaVecT& values) {
   SolidPoints<N, P> points;
   Matriu D(6, 6);
   double* stress = values.data.get();
   for (auto [number, elem] : mesh.elems) {
     const Elasticity elasticity = ElasticityOf(project, *elem, D);
-    evaluate(*elem, points);
+    Evaluate(*elem, points);
     for (int p = 0; p < P; ++p, stress += 6) {
       FixedMatrix<6, 1> strain;
       for (int i = 0; i < N; ++i) {
@@ -88,21 +89,9 @@ void Stresses(const Project& project, const MeshPart& mesh, const ReaVecT& displ
   }
 }
 
-}  // namespace
-
-void AddSolidStiffness(const Project& project, const MeshPart& mesh, NodeBlocks& K) {
-  if (mesh.nnode == 4)
-    AddStiffness<4, 1>(project, mesh, K, EvaluateTetra4);
-  else
-    AddStiffness<10, 4>(project, mesh, K, EvaluateTetra10);
-}
-
-void SolidStresses(const Project& project, const MeshPart& mesh, const ReaVecT& u,
-                   ReaVecT& values) {
-  if (mesh.nnode == 4)
-    Stresses<4, 1>(project, mesh, u, values, EvaluateTetra4);
-  else
-    Stresses<10, 4>(project, mesh, u, values, EvaluateTetra10);
-}
+template void AddSolidStiffness<4, 1>(const Project&, const MeshPart&, NodeBlocks&);
+template void AddSolidStiffness<10, 4>(const Project&, const MeshPart&, NodeBlocks&);
+template void SolidStresses<4, 1>(const Project&, const MeshPart&, const ReaVecT&, ReaVecT&);
+template void SolidStresses<10, 4>(const Project&, const MeshPart&, const ReaVecT&, ReaVecT&);
 
 }  // namespace kestol

@@ -14,10 +14,14 @@ class PreassureLT;
 class Project;
 struct Node;
 
-/// Adds the stiffness of every 4- or 10-noded tetrahedron (by mesh.nnode).
+// The tetrahedra of N nodes with P integration points are <4, 1> and <10, 4>.
+
+/// Adds the stiffness of every element.
+template <int N, int P>
 void AddSolidStiffness(const Project& project, const MeshPart& mesh, NodeBlocks& K);
 
 /// Adds the equivalent nodal forces of own weight and loads of every element to f.
+template <int N, int P>
 void AddSolidLoads(const Project& project, const MeshPart& mesh, ReaVecT& f);
 
 /// What one node carries of a load on a face: the force per area there, in global axes, and the
@@ -33,8 +37,8 @@ struct FaceShare {
 /// own place.
 std::array<FaceShare, 3> SharesOfFace(const Elem& elem, const PreassureLT& load);
 
-/// Stresses x, y, z, xy, xz, yz at the integration points: one per 4-noded element, four per
-/// 10-noded one.
+/// Stresses x, y, z, xy, xz, yz at the integration points.
+template <int N, int P>
 void SolidStresses(const Project& project, const MeshPart& mesh, const ReaVecT& u, ReaVecT& values);
 
 }  // namespace kestol

@@ -1,11 +1,11 @@
 #include <cmath>
 
 #include "algebra/Zero.h"
+#include "analysis/DistributedLoads.h"
 #include "analysis/MaterialOf.h"
 #include "analysis/MeshPart.h"
 #include "analysis/Solid.h"
 #include "analysis/SolidPoints.h"
-#include "analysis/Surface.h"
 #include "analysis/Tri6.h"
 #include "input/Project.h"
 
@@ -24,10 +24,6 @@ constexpr int kFaces[4][6] = {
 /// The corner opposite to each face, which tells the inside from the outside.
 constexpr int kOpposite[4] = {3, 0, 1, 2};
 
-Vector3 ValuesOf(const PreassureLT& load) {
-  return {load.values(1), load.values(2), load.values(3)};
-}
-
 /// Every node receives the sum over the points of q N w.
 template <int N, int P>
 void AddVolumeLoad(NodalForces& forces, const Elem& elem, const SolidPoints<N, P>& points,
@@ -44,62 +40,59 @@ void AddFaceLoad(NodalForces& forces, const Elem& elem, const PreassureLT& load)
     forces.Add(*share.node, 0, share.pressure, share.area);
 }
 
-template <int N, int P, class Evaluate>
-void AddLoads(const Project& project, const MeshPart& mesh, ReaVecT& f, Evaluate evaluate) {
+/// The force per area of a load on a face whose area vector is `area`; `outward` is 1 where that
+/// points out of the element, else -1.
+Vector3 PressureOn(const PreassureLT& load, const Vector3& area, double outward) {
+  const Frame axes = ArbitraryFrame(Times(area, outward / Norm(area)));
+  return SurfaceLoad(load.kind, ValuesOf(load), axes);
+}
+
+}  // namespace
+
+// With ten nodes the corners of the face get nothing: over a triangle their shape functions
+// L (2L - 1) integrate to 0, those of the mid-sides to a third of the area each.
+std::array<FaceShare, 3> SharesOfFace(const Elem& elem, const PreassureLT& load) {
+  const int* face = kFaces[load.face];
+  const auto at = [&](int place) { return PositionOf(*elem.nodes[face[place]]); };
+  const Vector3 ofCorners = Cross(Minus(at(1), at(0)), Minus(at(2), at(0)));
+  const Vector3 inside = Minus(PositionOf(*elem.nodes[kOpposite[load.face]]), at(0));
+  const double outward = Dot(ofCorners, inside) > 0 ? -1 : 1;
+  std::array<FaceShare, 3> shares;
+  if (elem.nnode == 4) {
+    const Vector3 pressure = PressureOn(load, ofCorners, outward);
+    for (int k = 0; k < 3; ++k) shares[k] = {elem.nodes[face[k]], pressure, Norm(ofCorners) / 6};
+    return shares;
+  }
+  const std::array<Vector3, 6> X = {at(0), at(1), at(2), at(3), at(4), at(5)};
+  for (int k = 0; k < 3; ++k) {
+    const tri6::Derivatives& dN = tri6::kDerivatives[k];
+    const Vector3 area = Cross(WeightedSum(dN.s, X), WeightedSum(dN.t, X));
+    const double share = Norm(area) * tri6::kWeight;
+    shares[k] = {elem.nodes[face[k + 3]], PressureOn(load, area, outward), share};
+  }
+  return shares;
+}
+
+template <int N, int P>
+void AddSolidLoads(const Project& project, const MeshPart& mesh, ReaVecT& f) {
   NodalForces forces{f, project.dofsPerNode};
   const bool hasGravity = HasGravity(project);
   SolidPoints<N, P> points;
   for (auto [number, elem] : mesh.elems) {
-    const double weight = hasGravity ? MaterialOf(project, *elem).Weight : 0;
+    const double weight = hasGravity ? OwnWeight(project, MaterialOf(project, *elem), 1.0) : 0.0;
     const PreassureLT* first = project.loads.Get(number);
     if (!(weight > kZero) && first == nullptr) continue;
-    evaluate(*elem, points);
+    Evaluate(*elem, points);
     if (weight > kZero) AddVolumeLoad(forces, *elem, points, WeightAlongGravity(project, weight));
     for (const PreassureLT* load = first; load != nullptr; load = load->next.get())
-      if (load->face == -1)
+      if (load->face == PreassureLT::kNoFace)
         AddVolumeLoad(forces, *elem, points, ValuesOf(*load));
       else
         AddFaceLoad(forces, *elem, *load);
   }
 }
 
-}  // namespace
-
-std::array<FaceShare, 3> SharesOfFace(const Elem& elem, const PreassureLT& load) {
-  const int* face = kFaces[load.face];
-  const Vector3 q = ValuesOf(load);
-  const auto at = [&](int place) { return PositionOf(*elem.nodes[face[place]]); };
-  const Vector3 inside = Minus(PositionOf(*elem.nodes[kOpposite[load.face]]), at(0));
-  const double outward = Dot(Cross(Minus(at(1), at(0)), Minus(at(2), at(0))), inside) > 0 ? -1 : 1;
-  std::array<FaceShare, 3> shares;
-  if (elem.nnode == 4) {
-    const Vector3 area = Cross(Minus(at(1), at(0)), Minus(at(2), at(0)));
-    const double size = Norm(area);
-    const Vector3 p = SurfaceLoad(load.kind, q, ArbitraryFrame(Times(area, outward / size)));
-    for (int k = 0; k < 3; ++k) shares[k] = {elem.nodes[face[k]], p, size / 6};
-    return shares;
-  }
-  for (int k = 0; k < 3; ++k) {
-    const tri6::Derivatives dN = tri6::ShapeDerivatives(tri6::kPoints[k]);
-    Vector3 Xs{}, Xt{};
-    for (int i = 0; i < 6; ++i)
-      for (int a = 0; a < 3; ++a) {
-        Xs[a] += dN.s[i] * at(i)[a];
-        Xt[a] += dN.t[i] * at(i)[a];
-      }
-    const Vector3 area = Cross(Xs, Xt);
-    const double size = Norm(area);
-    const Vector3 p = SurfaceLoad(load.kind, q, ArbitraryFrame(Times(area, outward / size)));
-    shares[k] = {elem.nodes[face[k + 3]], p, size * tri6::kWeight};
-  }
-  return shares;
-}
-
-void AddSolidLoads(const Project& project, const MeshPart& mesh, ReaVecT& f) {
-  if (mesh.nnode == 4)
-    AddLoads<4, 1>(project, mesh, f, EvaluateTetra4);
-  else
-    AddLoads<10, 4>(project, mesh, f, EvaluateTetra10);
-}
+template void AddSolidLoads<4, 1>(const Project&, const MeshPart&, ReaVecT&);
+template void AddSolidLoads<10, 4>(const Project&, const MeshPart&, ReaVecT&);
 
 }  // namespace kestol

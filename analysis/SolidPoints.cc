@@ -38,12 +38,6 @@ Cofactors CofactorsOf(const std::array<Vector3, 4>& X) {
   return cofactors;
 }
 
-constexpr std::array<tet10::Derivatives, 4> DerivativesAtPoints() {
-  std::array<tet10::Derivatives, 4> all{};
-  for (int p = 0; p < 4; ++p) all[p] = tet10::ShapeDerivatives(tet10::kPoints[p]);
-  return all;
-}
-
 }  // namespace
 
 void EvaluateTetra4(const Elem& elem, SolidPoints<4, 1>& points) {
@@ -61,17 +55,11 @@ void EvaluateTetra4(const Elem& elem, SolidPoints<4, 1>& points) {
 }
 
 void EvaluateTetra10(const Elem& elem, SolidPoints<10, 4>& points) {
-  static constexpr std::array<tet10::Derivatives, 4> kDerivatives = DerivativesAtPoints();
   const std::array<Vector3, 10> X = CoordinatesFromFirst<10>(elem);
   for (int p = 0; p < 4; ++p) {
-    const tet10::Derivatives& dN = kDerivatives[p];
-    Vector3 Xr{}, Xs{}, Xt{};  // rows of the jacobian matrix
-    for (int k = 0; k < 10; ++k)
-      for (int a = 0; a < 3; ++a) {
-        Xr[a] += dN.r[k] * X[k][a];
-        Xs[a] += dN.s[k] * X[k][a];
-        Xt[a] += dN.t[k] * X[k][a];
-      }
+    const tet10::Derivatives& dN = tet10::kDerivatives[p];
+    const Vector3 Xr = WeightedSum(dN.r, X), Xs = WeightedSum(dN.s, X),
+                  Xt = WeightedSum(dN.t, X);  // rows of the jacobian matrix
     const double det = TripleProduct(Xr, Xs, Xt);
     if (!(det >= kZero)) Fatal("error: element ", elem.number, " has jacobian 0\n");
     // Columns of the inverse jacobian: cross products of its rows over the determinant.
@@ -80,7 +68,7 @@ void EvaluateTetra10(const Elem& elem, SolidPoints<10, 4>& points) {
                   t = Times(Cross(Xr, Xs), perDet);
     for (int k = 0; k < 10; ++k)
       for (int a = 0; a < 3; ++a)
-        points.gradient[p][k][a] = r[a] * dN.r[k] + s[a] * dN.s[k] + t[a] * dN.t[k];
+        points.gradient[p][k][a] = r[a] * dN.r[k] + s[a] * dN.s[k] + t[a] * dN.t[k];  // J^-1 dN
     points.shape[p] = tet10::Shape(tet10::kPoints[p]);
     points.weight[p] = det * tet10::kWeight;
   }

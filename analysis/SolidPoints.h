@@ -27,6 +27,13 @@ void EvaluateTetra4(const Elem& elem, SolidPoints<4, 1>& points);
 /// "error: element N has jacobian 0\n" at the first point whose jacobian is not positive.
 void EvaluateTetra10(const Elem& elem, SolidPoints<10, 4>& points);
 
+inline void Evaluate(const Elem& elem, SolidPoints<4, 1>& points) {
+  EvaluateTetra4(elem, points);
+}
+inline void Evaluate(const Elem& elem, SolidPoints<10, 4>& points) {
+  EvaluateTetra10(elem, points);
+}
+
 /// Strain matrix of node i (from 1) of the four-noded tetrahedron, rows xx, yy, zz, xy, xz, yz:
 /// 1/6V times the cofactors b, c, d.
 FixedMatrix<6, 3> TetraStrainMatrix(int i, const std::array<double, 4>& b,

@@ -2,6 +2,8 @@
 
 #include <array>
 
+#include "algebra/Vector3.h"
+
 namespace kestol {
 
 /// The ten-noded tetrahedron in its natural coordinates r, s, t with L1 = 1 - r - s - t, L2 = r,
@@ -21,9 +23,18 @@ constexpr int kEdges[6][2] = {
     {2, 3}
 };
 
-/// Natural coordinates.
-struct Point {
-  double r, s, t;
+// Places are (r, s, t).
+constexpr std::array<Vector3, 10> kNodes = {
+    {{0, 0, 0},
+     {1, 0, 0},
+     {0, 1, 0},
+     {0, 0, 1},
+     {0.5, 0, 0},
+     {0.5, 0.5, 0},
+     {0, 0.5, 0},
+     {0, 0, 0.5},
+     {0.5, 0, 0.5},
+     {0, 0.5, 0.5}}
 };
 
 // Four-point rule, exact for degree 2. Seven digits on purpose, not the full (5 + 3 sqrt 5) / 20:
@@ -31,13 +42,13 @@ struct Point {
 // simplexes and cones, 1956.)
 constexpr double kNear = 0.5854102, kFar = 0.1381966;
 constexpr double kWeight = 0.041666666666666664;  ///< 1/24, times the jacobian determinant
-constexpr std::array<Point, 4> kPoints = {
+constexpr std::array<Vector3, 4> kPoints = {
     {{kFar, kFar, kFar}, {kNear, kFar, kFar}, {kFar, kNear, kFar}, {kFar, kFar, kNear}}
 };
 
 /// Shape functions: corners L(2L - 1), mid-sides 4 L L'.
-constexpr std::array<double, 10> Shape(Point p) {
-  const double L1 = 1.0 - p.r - p.s - p.t, L2 = p.r, L3 = p.s, L4 = p.t;
+constexpr std::array<double, 10> Shape(const Vector3& p) {
+  const double L1 = 1.0 - p[0] - p[1] - p[2], L2 = p[0], L3 = p[1], L4 = p[2];
   return {L1 * (2 * L1 - 1), L2 * (2 * L2 - 1), L3 * (2 * L3 - 1), L4 * (2 * L4 - 1), 4 * L1 * L2,
           4 * L2 * L3,       4 * L3 * L1,       4 * L1 * L4,       4 * L2 * L4,       4 * L3 * L4};
 }
@@ -46,8 +57,8 @@ constexpr std::array<double, 10> Shape(Point p) {
 struct Derivatives {
   std::array<double, 10> r, s, t;
 };
-constexpr Derivatives ShapeDerivatives(Point p) {
-  const double r = p.r, s = p.s, t = p.t, L1 = 1.0 - r - s - t;
+constexpr Derivatives ShapeDerivatives(const Vector3& p) {
+  const double r = p[0], s = p[1], t = p[2], L1 = 1.0 - r - s - t;
   const double c = 1 - 4 * L1;
   return {
       {c, 4 * r - 1, 0,         0,         4 * (L1 - r), 4 * s, -4 * s,       -4 * t,       4 * t, 0    },
@@ -55,6 +66,11 @@ constexpr Derivatives ShapeDerivatives(Point p) {
       {c, 0,         0,         4 * t - 1, -4 * r,       0,     -4 * s,       4 * (L1 - t), 4 * r, 4 * s}
   };
 }
+
+/// Those at the integration points.
+constexpr std::array<Derivatives, 4> kDerivatives = {
+    ShapeDerivatives(kPoints[0]), ShapeDerivatives(kPoints[1]), ShapeDerivatives(kPoints[2]),
+    ShapeDerivatives(kPoints[3])};
 
 }  // namespace tet10
 

@@ -7,10 +7,10 @@
 
 #include "algebra/SkyLine.h"
 #include "algebra/SparseSolver.h"
+#include "analysis/Counts.h"
 #include "analysis/ElementRoutines.h"
 #include "analysis/PointLayout.h"
 #include "analysis/ShellMesh.h"
-#include "analysis/Sizes.h"
 #include "analysis/Smoothing.h"
 #include "tests/support/MeshDeck.h"
 #include "tests/support/RunDeck.h"

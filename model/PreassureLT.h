@@ -23,9 +23,11 @@ public:
   virtual void ReadYourLoad(int elemNumber, int problemType, std::string_view text,
                             const Units& units, int elemType);
 
-  int kind;        ///< LoadKind
-  int face = -1;   ///< face (solids) or edge (shells) from 0; -1 when none is given
-  ReaVecT values;  ///< (q1, q2, q3), in space (q1, q2, q3, m, 0, 0); result units
+  static constexpr int kNoFace = -1;
+
+  int kind;            ///< LoadKind
+  int face = kNoFace;  ///< face (solids) or edge (shells) from 0
+  ReaVecT values;      ///< (q1, q2, q3), in space (q1, q2, q3, m, 0, 0); result units
   std::unique_ptr<PreassureLT> next;  ///< the next load of the same element
 };
 

@@ -10,10 +10,6 @@ namespace kestol {
 
 namespace {
 
-Vector3 ValuesOf(const PreassureLT& load) {
-  return {load.values(1), load.values(2), load.values(3)};
-}
-
 void AddToBeam(const Project& project, const Elem& elem, const PreassureLT& load,
                ElementLoads& sum) {
   BeamElement beam(project);
@@ -26,7 +22,7 @@ void AddToBeam(const Project& project, const Elem& elem, const PreassureLT& load
 
 void AddToShell(const Project& project, const Elem& elem, const PreassureLT& load,
                 ElementLoads& sum) {
-  if (load.face != -1) {
+  if (load.face != PreassureLT::kNoFace) {
     sum.perLength = Plus(sum.perLength, ValuesOf(load));
     return;
   }
@@ -40,7 +36,7 @@ void AddToShell(const Project& project, const Elem& elem, const PreassureLT& loa
 
 /// A pressure that turns with a curved face has its mean here.
 void AddToSolid(const Elem& elem, const PreassureLT& load, ElementLoads& sum) {
-  if (load.face == -1) {
+  if (load.face == PreassureLT::kNoFace) {
     sum.perVolume = Plus(sum.perVolume, ValuesOf(load));
     return;
   }

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "algebra/Matriu.h"
+#include "analysis/PointLayout.h"
 #include "analysis/Results.h"
 #include "input/Project.h"
 #include "model/Frame.h"
@@ -79,7 +80,7 @@ void ForEachShell(const Project& project, const Results* results, Action action)
     const double* stored = results != nullptr ? results->meshes[m].local.begin() : nullptr;
     for (const auto [number, elem] : mesh.elems) {
       action(reader.Take(*elem, stored));
-      if (stored != nullptr) stored += mesh.nnode == 3 ? 8 : 24;
+      if (stored != nullptr) stored += PointLayoutOf(project, mesh).PerElement();
     }
   }
 }

@@ -4,6 +4,7 @@
 #include <utility>
 #include <vector>
 
+#include "analysis/PointLayout.h"
 #include "analysis/Results.h"
 #include "input/Project.h"
 #include "results/StressTensor.h"
@@ -34,7 +35,7 @@ void ForEachSolid(const Project& project, const Results& results, Action action)
     const double* stored = results.meshes[m].local.begin();
     for (const auto [number, elem] : mesh.elems) {
       action(SolidViewOf(*elem, stored));
-      stored += mesh.nnode == 4 ? 6 : 24;
+      stored += PointLayoutOf(project, mesh).PerElement();
     }
   }
 }

@@ -5,10 +5,10 @@
 #include <vector>
 
 #include "analysis/Assembly.h"
+#include "analysis/Counts.h"
 #include "analysis/MainValues.h"
 #include "analysis/PointLayout.h"
 #include "analysis/Reactions.h"
-#include "analysis/Sizes.h"
 #include "analysis/Smoothing.h"
 #include "analysis/Strengths.h"
 #include "input/Project.h"

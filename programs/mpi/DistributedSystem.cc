@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "analysis/Assembly.h"
-#include "analysis/Sizes.h"
+#include "analysis/Counts.h"
 #include "input/Project.h"
 #include "programs/mpi/DistributedMatrix.h"
 #include "programs/mpi/ElementShare.h"

@@ -6,8 +6,8 @@
 
 #include "algebra/StiffnessMatrix.h"
 #include "analysis/Assembly.h"
+#include "analysis/Counts.h"
 #include "analysis/RigidMotions.h"
-#include "analysis/Sizes.h"
 #include "analysis/SolveDriver.h"
 #include "kestol/ReadDeck.h"
 #include "main/ErrorChannel.h"

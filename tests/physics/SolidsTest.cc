@@ -1,6 +1,7 @@
 // Tetrahedra of 4 and 10 nodes against patch tests, closed solutions and published values.
 #include <cmath>
 
+#include "analysis/ElementRoutines.h"
 #include "analysis/Solid.h"
 #include "tests/support/ElementStiffness.h"
 #include "tests/support/ExpectFatal.h"
@@ -202,7 +203,7 @@ TEST_P(Solids, SupportsCarryVolumeFaceAndOwnWeightTogether) {
                       "materials\n1 E=1e6 nu=0.25 Weight=5\nend materials\n" +
                           Section("global_pressure_loads", volume) + Section("face_loads", face)));
   ReaVecT loads(3 * loaded->numNodes);
-  AddSolidLoads(*loaded, *loaded->meshes[0], loads);
+  RoutinesFor(*loaded->meshes[0]).addLoads(*loaded, *loaded->meshes[0], loads);
   double total[3] = {};
   for (std::size_t i = 1; i <= mesh.nodes.size(); ++i)
     for (int d = 1; d <= 3; ++d) {

@@ -3,6 +3,7 @@
 #include <array>
 #include <cmath>
 
+#include "analysis/ElementRoutines.h"
 #include "analysis/ShellTriangle.h"
 #include "analysis/Tri6.h"
 #include "model/EulerAngles.h"
@@ -83,8 +84,8 @@ std::vector<PointStrain> Points(bool six) {
     points.push_back(StrainOf({1. / 3, 1. / 3, 1. / 3}, dx, dy, J / 2));
     return points;
   }
-  for (const tri6::Point p : {
-           tri6::Point{.5, 0 },
+  for (const Vector3& p : {
+           Vector3{.5, 0 },
            {.5, .5},
            {0,  .5}
   }) {
@@ -209,7 +210,7 @@ TEST_P(ShellStiffness, ResultantsAreElasticityTimesStrainAtEachPointInTurn) {
   const auto points = Points(GetParam());
   ReaVecT values(8 * static_cast<int>(points.size()));
   values.Fill(99.0);  // what stood there is no part of the sum
-  ShellResultants(*project, *project->meshes[0], u, values);
+  RoutinesFor(*project->meshes[0]).values(*project, *project->meshes[0], u, values);
   for (std::size_t p = 0; p < points.size(); ++p) {
     std::array<double, 8> strain{};
     for (int i = 0; i < n; ++i) {

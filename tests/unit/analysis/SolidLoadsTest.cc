@@ -83,8 +83,8 @@ TEST(SolidVolumeLoads, OfACurvedElementAreTheSumOverTheFourPoints) {
   const auto f = LoadsOf(Deck(mesh, Section("global_pressure_loads", "1 -1 1 2 3\n")));
   std::array<double, 10> expected{};
   constexpr double n = 0.5854102, o = 0.1381966;
-  for (const tet10::Point p : {
-           tet10::Point{o, o, o},
+  for (const Vector3& p : {
+           Vector3{o, o, o},
            {n, o, o},
            {o, n, o},
            {o, o, n}

@@ -3,6 +3,7 @@
 #include <array>
 #include <cmath>
 
+#include "analysis/ElementRoutines.h"
 #include "analysis/Solid.h"
 #include "analysis/Tet10.h"
 #include "model/EulerAngles.h"
@@ -91,8 +92,8 @@ std::vector<PointStrain> Points(const TestMesh& mesh) {
     return points;
   }
   constexpr double n = 0.5854102, o = 0.1381966;
-  for (const tet10::Point p : {
-           tet10::Point{o, o, o},
+  for (const Vector3& p : {
+           Vector3{o, o, o},
            {n, o, o},
            {o, n, o},
            {o, o, n}
@@ -176,7 +177,7 @@ TEST_P(SolidStiffness, StressesAreElasticityTimesStrainAtEachPointInTurn) {
   const auto points = Points(mesh);
   ReaVecT values(6 * static_cast<int>(points.size()));
   values.Fill(99.0);  // what stood there is no part of the sum
-  SolidStresses(*project, *project->meshes[0], u, values);
+  RoutinesFor(*project->meshes[0]).values(*project, *project->meshes[0], u, values);
   for (std::size_t p = 0; p < points.size(); ++p) {
     Stress strain{};
     for (int i = 0; i < n; ++i)

@@ -1,4 +1,4 @@
-#include "analysis/Surface.h"
+#include "analysis/DistributedLoads.h"
 
 #include <cmath>
 
@@ -18,6 +18,11 @@ Vector3 SurfaceLoad(int kind, const Vector3& q, const Frame& axes) {
   const double size = Norm(q);
   if (!(size > kZero)) return {};
   return Times(q, std::abs(Dot(q, axes.z)) / size);
+}
+
+double OwnWeight(const Project& project, const Material& material, double size) {
+  if (!HasGravity(project)) return 0.0;
+  return material.Weight > 0.0 && size > 0.0 ? size * material.Weight : 0.0;
 }
 
 Vector3 WeightAlongGravity(const Project& project, double w) {
