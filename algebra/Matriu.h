@@ -74,7 +74,7 @@ public:
   /// nothing; `block` may be this matrix. Refuses row or col below 1.
   void PlaceBlock(int row, int col, const Matriu& block);
 
-  // --- reductions; all refuse zero size ---------------------------------------------------------
+  // --- reductions; all refuse zero size ----------------------------------------------------------
 
   /// Sum of the diagonal; refuses a rectangular matrix.
   double Trace() const;
@@ -90,7 +90,7 @@ public:
   /// Entries with |entry| <= tol become 0.0.
   void scorn(double tol);
 
-  // --- arithmetic in place; all refuse zero size, those with a matrix unlike shapes -------------
+  // --- arithmetic in place; all refuse zero size, those with a matrix unlike shapes --------------
 
   Matriu& operator+=(double value);
   Matriu& operator+=(const Matriu& B);
@@ -103,7 +103,7 @@ public:
   /// Every entry times -1.0.
   Matriu& Negate();
 
-  // --- small systems ----------------------------------------------------------------------------
+  // --- small systems -----------------------------------------------------------------------------
 
   /// Solves A x = b by elimination, in place of A and b; rows are exchanged only where a pivot is
   /// below kSmallSolvePivot. Returns 0, or 1 for a singular matrix (order 0 included); x is then
@@ -112,7 +112,7 @@ public:
   int Solve(ReaVecT& b, ReaVecT& x);
   int Solve(ReaVec3& b, ReaVec3& x);
 
-  // --- text and binary --------------------------------------------------------------------------
+  // --- text and binary ---------------------------------------------------------------------------
 
   /// The entries as raw doubles row by row, without the shape; refuses zero size.
   void WriteBinary(std::ostream& stream) const;
@@ -139,7 +139,7 @@ private:
   void Assign(const double* entries, int rows, int columns);
 };
 
-// --- arithmetic with a new result; refusals as in place -----------------------------------------
+// --- arithmetic with a new result; refusals as in place ------------------------------------------
 
 Matriu operator+(Matriu M, double value);
 Matriu operator+(double value, Matriu M);
@@ -178,7 +178,7 @@ bool operator==(const Matriu& A, const Matriu& B);
 /// Equal shapes, and no entries further apart than tol.
 bool Equal(const Matriu& A, const Matriu& B, double tol);
 
-// --- other new matrices -------------------------------------------------------------------------
+// --- other new matrices --------------------------------------------------------------------------
 
 /// A^T.
 Matriu Transpose(const Matriu& A);

@@ -29,7 +29,7 @@ constexpr NeededValue kNeededValues[] = {
 constexpr int kNeededInPlane = 3;
 constexpr int kNeededInSpace = 6;
 
-void CheckBeamValues(const Material& material, int elementNumber, int problemType) {
+void CheckBeamValues(const Material& material, int elementNumber, ProblemType problemType) {
   if (problemType != Plane && problemType != Space)
     Fatal("error in Material::ConstructLocalK. Unknown problem type\n");
   const int needed = problemType == Plane ? kNeededInPlane : kNeededInSpace;
@@ -68,7 +68,7 @@ void AddBending(const Blocks& K, int v, int r, const BendingTerms& terms, double
 
 }  // namespace
 
-void Material::ConstructLocalK(int elementNumber, double L2, int problemType, int endCode,
+void Material::ConstructLocalK(int elementNumber, double L2, ProblemType problemType, int endCode,
                                Matriu& Kii, Matriu& Kij, Matriu& Kjj) const {
   CheckBeamValues(*this, elementNumber, problemType);
   const int dofs = problemType == Plane ? 3 : 6;

@@ -12,7 +12,7 @@ void NodalForces::Add(const Node& node, int first, const Vector3& load, double f
   for (int d = 0; d < 3; ++d) entries[d] += load[d] * factor;
 }
 
-Vector3 SurfaceLoad(int kind, const Vector3& q, const Frame& axes) {
+Vector3 SurfaceLoad(LoadKind kind, const Vector3& q, const Frame& axes) {
   if (kind == LocalPressure) return axes.ToGlobal(q);
   if (kind != GlobalProjected) return q;
   const double size = Norm(q);

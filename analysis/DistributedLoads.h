@@ -25,10 +25,10 @@ inline Vector3 ValuesOf(const PreassureLT& load) {
   return {load.values(1), load.values(2), load.values(3)};
 }
 
-/// Force per unit area in global axes of a load q of this kind (LoadKind) on a surface with the
+/// Force per unit area in global axes of a load q of this kind on a surface with the
 /// local axes `axes`: q in these; q global; or q global and per unit of the area projected on the
 /// plane normal to it, which makes it zero without a direction.
-Vector3 SurfaceLoad(int kind, const Vector3& q, const Frame& axes);
+Vector3 SurfaceLoad(LoadKind kind, const Vector3& q, const Frame& axes);
 
 /// Whether weight acts at all: a load case without that of the model has no direction for it.
 inline bool HasGravity(const Project& project) {

@@ -42,7 +42,7 @@ bool IsClamped(const Node& node) {
   return true;
 }
 
-void CheckOneNode(const Node& node, int problemType) {
+void CheckOneNode(const Node& node, ProblemType problemType) {
   if (problemType == Plane) {
     error.message << "There is only one prescribed node in the model!!!\n"
                   << "At least 3 prescribed nodes are needed!!!\n";

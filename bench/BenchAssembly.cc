@@ -14,7 +14,7 @@ namespace kestol {
 namespace {
 
 /// A square grid of beams, `side` nodes wide.
-std::unique_ptr<Project> Grid(int side, int problemType) {
+std::unique_ptr<Project> Grid(int side, ProblemType problemType) {
   auto project = std::make_unique<Project>(100);
   project->problemType = problemType;
   project->dofsPerNode = problemType == Plane ? 3 : 6;
@@ -54,7 +54,7 @@ std::unique_ptr<Project> Grid(int side, int problemType) {
 }
 
 template <class Solver>
-void AssembleGrid(benchmark::State& state, int problemType) {
+void AssembleGrid(benchmark::State& state, ProblemType problemType) {
   const auto project = Grid(static_cast<int>(state.range(0)), problemType);
   const Mesh& mesh = *project->meshes[0];
   const int dofs = project->dofsPerNode;

@@ -27,7 +27,7 @@ ReaVecT Values(int count, double size) {
 }
 
 // Beams on a spiral: no two have the same direction. Every second one carries its load.
-SmallModel Frame(int problemType, int beams) {
+SmallModel Frame(ProblemType problemType, int beams) {
   const int dofs = problemType == Plane ? 3 : 6;
   SmallModel model(problemType, dofs);
   model.AddMesh(Linear, 2);

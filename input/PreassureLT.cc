@@ -62,8 +62,8 @@ bool TakeFaceAndNumbers(std::string_view& text, LoadLine& line, int elemNumber) 
   return true;
 }
 
-void TakeNumbers(int kind, int elemNumber, int problemType, int elemType, std::string_view& text,
-                 LoadLine& line) {
+void TakeNumbers(int kind, int elemNumber, ProblemType problemType, int elemType,
+                 std::string_view& text, LoadLine& line) {
   if (problemType == Plane) {
     if (TakeUpTo(2, text, line.q, elemNumber) < 2) NumbersFatal(elemNumber);
     return;
@@ -118,7 +118,7 @@ void Scale(LoadLine& line, int elemType) {
 }
 
 /// (q1, q2, q3), given in the axes of the line's angles, in global components; the couple stays.
-void Turn(LoadLine& line, int elemNumber, int problemType) {
+void Turn(LoadLine& line, int elemNumber, ProblemType problemType) {
   const Frame axes = FrameOf(EulerRotation(line.euler[0], line.euler[1], line.euler[2]));
   if (problemType == Plane) CheckInPlane(axes, elemNumber);
   const Vector3 q = axes.ToGlobal({line.q[0], line.q[1], line.q[2]});
@@ -127,7 +127,7 @@ void Turn(LoadLine& line, int elemNumber, int problemType) {
 
 }  // namespace
 
-void PreassureLT::ReadYourLoad(int elemNumber, int problemType, std::string_view text,
+void PreassureLT::ReadYourLoad(int elemNumber, ProblemType problemType, std::string_view text,
                                const Units& units, int elemType) {
   if (elemType != Linear && elemType != Triangle && elemType != Tetrahedra)
     Fatal("error: Unknown elem type in PreassureLT::ReadYourLoad\n");

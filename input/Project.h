@@ -21,10 +21,10 @@ struct Results;
 constexpr int kMaxMeshes = 10;
 
 /// How K u = f is solved.
-enum SolverChoice { Automatic = 0, SolveSkyLine = 1, SolveSparse = 2, SolveDouble = 3 };
+enum SolverChoice : int { Automatic = 0, SolveSkyLine = 1, SolveSparse = 2, SolveDouble = 3 };
 
 /// Which shell values are kept and written.
-enum StressOption { LocalStresses = 0, MainStresses = 1, MainAndLocalStresses = 2 };
+enum StressOption : int { LocalStresses = 0, MainStresses = 1, MainAndLocalStresses = 2 };
 
 /// The whole model of one run: what the deck says, and what follows from it before a solution. The
 /// groups below are headed by the stage that writes them.
@@ -40,17 +40,17 @@ public:
 
   // --- set by the reader --------------------------------------------------------------------
   Units units;
-  int problemType = Plane;           ///< ProblemType
-  int dofsPerNode = 3;               ///< 3 plane, 6 space, 3 again for tetrahedra
-  bool ConvertTo6Nodes = false;      ///< also set by the Double solver
-  int stressOption = LocalStresses;  ///< StressOption
-  int nodesAsRead = 0;               ///< highest node number in the input
-  int numNodes = 0;                  ///< current node count; grows with the conversion to 6 nodes
+  ProblemType problemType = Plane;
+  int dofsPerNode = 3;           ///< 3 plane, 6 space, 3 again for tetrahedra
+  bool ConvertTo6Nodes = false;  ///< also set by the Double solver
+  StressOption stressOption = LocalStresses;
+  int nodesAsRead = 0;  ///< highest node number in the input
+  int numNodes = 0;     ///< current node count; grows with the conversion to 6 nodes
   std::array<int, kMaxMeshes> numElements{};  ///< per mesh
   std::vector<std::unique_ptr<Mesh>> meshes;  ///< at most kMaxMeshes
   Plex<Material> materials;                   ///< by material number
   Plex<PreassureLT> loads;                    ///< first load of an element, by element number
-  int solverChoice = Automatic;               ///< SolverChoice; resolved by the solve driver
+  SolverChoice solverChoice = Automatic;      ///< resolved by the solve driver
   double tolerance1 = -1.0;                   ///< Sparse: relative residual aimed at
   double tolerance2 = -1.0;                   ///< Sparse: relative residual still accepted
   int MaxIterations = 0;                      ///< Sparse; 0: the solver's own defaults

@@ -261,12 +261,12 @@ struct LoadOfElement {
 };
 
 /// How many numbers the reader takes for a load.
-int ValueCount(const LoadOfElement& on, int problemType) {
+int ValueCount(const LoadOfElement& on, ProblemType problemType) {
   if (problemType == Plane) return 2;
   return on.load->kind == LocalPressure && on.elemType != Tetrahedra ? 4 : 3;
 }
 
-void WriteLoad(const LoadOfElement& on, int problemType, std::ostream& stream) {
+void WriteLoad(const LoadOfElement& on, ProblemType problemType, std::ostream& stream) {
   stream << "  " << on.element;
   const bool hasSelector =
       problemType != Plane && (on.elemType == Tetrahedra || on.load->kind == FaceLoad);
@@ -283,7 +283,7 @@ int TypeOfElement(const Project& project, int number) {
 }
 
 /// The sections of the loads that stand at the same place in the chains of their elements.
-void WriteLoadSections(const std::vector<LoadOfElement>& loads, int problemType,
+void WriteLoadSections(const std::vector<LoadOfElement>& loads, ProblemType problemType,
                        std::ostream& stream) {
   constexpr const char* kKeywords[] = {"local_pressure_loads", "global_pressure_loads",
                                        "global_projected_pressure_loads", "face_loads"};

@@ -63,7 +63,7 @@ double GiveLocalStrength(int component, double xi, double L, double q, int endCo
 }
 
 BeamLoad LocalIntensities(const PreassureLT& load, const Elem& beam, const Matriu& T,
-                          int problemType) {
+                          ProblemType problemType) {
   if (load.kind == FaceLoad)
     Fatal("error: applying a shell load to a beam element. ElemNum=", beam.number, "\n");
 
@@ -83,7 +83,8 @@ BeamLoad LocalIntensities(const PreassureLT& load, const Elem& beam, const Matri
   return {q[0], q[1], problemType == Plane ? 0.0 : q[2], q[3]};
 }
 
-BeamEndForces EquivalentEndForces(const BeamLoad& load, double L, int problemType, int endCode) {
+BeamEndForces EquivalentEndForces(const BeamLoad& load, double L, ProblemType problemType,
+                                  int endCode) {
   const auto S = [L, endCode](int component, double xi, double q) {
     return StrengthOf(component, xi, L, q, endCode);
   };
@@ -107,7 +108,7 @@ BeamEndForces EquivalentEndForces(const BeamLoad& load, double L, int problemTyp
   };
 }
 
-double StationStrength(const BeamLoad& load, int c, double xi, double L, int problemType,
+double StationStrength(const BeamLoad& load, int c, double xi, double L, ProblemType problemType,
                        int endCode) {
   /// Which internal force of which intensity is value c.
   struct Value {

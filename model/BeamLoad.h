@@ -29,14 +29,15 @@ double GiveLocalStrength(int component, double xi, double L, double q, int endCo
 /// The local intensities of one load on a beam with the axes T (3x3 or 6x6); components that are
 /// noise of the turning are 0.0.
 BeamLoad LocalIntensities(const PreassureLT& load, const Elem& beam, const Matriu& T,
-                          int problemType);
+                          ProblemType problemType);
 
 /// Equivalent forces of the load on the ends, local axes.
-BeamEndForces EquivalentEndForces(const BeamLoad& load, double L, int problemType, int endCode);
+BeamEndForces EquivalentEndForces(const BeamLoad& load, double L, ProblemType problemType,
+                                  int endCode);
 
 /// The internal force that a load adds at a station, value c (1..dofsPerNode) as the result files
 /// count them: axial, shears, torque, moments. Components of 0 add nothing.
-double StationStrength(const BeamLoad& load, int c, double xi, double L, int problemType,
+double StationStrength(const BeamLoad& load, int c, double xi, double L, ProblemType problemType,
                        int endCode);
 
 }  // namespace kestol

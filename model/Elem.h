@@ -13,9 +13,6 @@ class Matriu;
 class Mesh;
 struct Node;
 
-/// How the program counts degrees of freedom: plane (x, y, rotation) or space.
-enum ProblemType { Plane = 0, Space = 1 };
-
 /// One element: its nodes, its material, and the geometry that the formulations ask for.
 ///
 /// Transformation matrices have the local axes, in global components, as columns: a global vector
@@ -56,7 +53,7 @@ public:
   /// Ends the run for a beam of no length (of no length in the plane, in a plane problem), out of
   /// the plane of a plane problem, with given axes at a right angle to it or out of that plane, and
   /// for `alpha` on a beam that is not vertical.
-  void CalcTransfMatrixBeam(Matriu& T, const Material* material, int problemType) const;
+  void CalcTransfMatrixBeam(Matriu& T, const Material* material, ProblemType problemType) const;
 
   /// Normal of a triangle, by the right hand along the order of its corners. Ends the run for a
   /// triangle without area.

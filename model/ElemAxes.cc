@@ -40,7 +40,7 @@ Vector3 ChordOf(const Elem& elem, int from, int to) {
 
 /// Unit vector along the beam; in the plane of x and y for a plane problem, where the length is
 /// that in the plane.
-Vector3 DirectionOf(const Elem& beam, int problemType) {
+Vector3 DirectionOf(const Elem& beam, ProblemType problemType) {
   Vector3 chord = ChordOf(beam, 0, 1);
   const double height = chord[2];
   if (problemType == Plane) chord[2] = 0.0;
@@ -109,7 +109,7 @@ bool Elem::GivenAxes(const Material* given, Matriu& T) const {
   return true;
 }
 
-void Elem::CalcTransfMatrixBeam(Matriu& T, const Material* given, int problemType) const {
+void Elem::CalcTransfMatrixBeam(Matriu& T, const Material* given, ProblemType problemType) const {
   const Vector3 d = DirectionOf(*this, problemType);
   if (given != nullptr && given->hasEuler) {
     const Frame frame = FitToBeam(GivenFrame(*given), d, number);

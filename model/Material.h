@@ -4,6 +4,7 @@
 #include <string_view>
 
 #include "model/BeamEnds.h"
+#include "model/Kinds.h"
 
 namespace kestol {
 
@@ -42,8 +43,8 @@ public:
   /// columns of end 2), Kjj (end 2); 3x3 for (u, v, theta) in the plane, 6x6 in space. `endCode` is
   /// an EndCode; an unknown one gives zeros. Ends the run when a value that the problem type needs
   /// is not positive.
-  void ConstructLocalK(int elementNumber, double L2, int problemType, int endCode, Matriu& Kii,
-                       Matriu& Kij, Matriu& Kjj) const;
+  void ConstructLocalK(int elementNumber, double L2, ProblemType problemType, int endCode,
+                       Matriu& Kii, Matriu& Kij, Matriu& Kjj) const;
 
   /// Orthotropic shell of thickness t, per unit of width in local x and y: membrane Dm (3x3, order
   /// xx, yy, xy), bending Db (3x3) and transverse shear Ds (2x2, xz and yz, with the factor 5/6).

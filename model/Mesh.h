@@ -17,16 +17,6 @@ class SourceMap;
 class TextInput;
 class Units;
 
-/// Element families, with the codes of the files.
-///
-///     type             nodes (Femview code)
-///     1 Linear         2 (11)
-///     2 Triangle       3 (7)     6 (8)
-///     3 Quadrilateral  4 (9)     8 (10)
-///     4 Tetrahedra     4 (3)    10 (6)
-///     5 Hexahedra      8 (1)    20 (4)
-enum ElemType { Linear = 1, Triangle, Quadrilateral, Tetrahedra, Hexahedra };
-
 /// One homogeneous set of elements: one type, one node count. All meshes of a model share the node
 /// container of the first one.
 ///
@@ -54,7 +44,7 @@ public:
   static int ParseElemType(std::string_view word);
 
   /// Sets femviewType from elemType and nnode; ends the run with "Unknown Femview type\n" for a
-  /// pair that is not in the table above.
+  /// pair that is not in the table of ElemType.
   void SetFemviewType();
 
   // Merging. `other` must have the same dimension, nnode and elemType, else the run ends; the

@@ -36,8 +36,8 @@ constexpr PointBlock kPointBlocks[] = {
 };
 // clang-format on
 
-bool IsWritten(const PointBlock& block, int stressOption) {
-  const int other = block.axes == Axes::Local ? MainStresses : LocalStresses;
+bool IsWritten(const PointBlock& block, StressOption stressOption) {
+  const StressOption other = block.axes == Axes::Local ? MainStresses : LocalStresses;
   return stressOption != other;
 }
 

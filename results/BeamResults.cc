@@ -70,7 +70,7 @@ void AddStations(const BeamElement& beam, const Results& results, const double* 
 
 }  // namespace
 
-int StrengthOf(BeamValue value, int problemType) {
+int StrengthOf(BeamValue value, ProblemType problemType) {
   if (problemType != Plane) return value + 1;
   switch (value) {
     case kN:
@@ -112,7 +112,7 @@ Vector3 BeamTable::PositionOf(int beam, int station) const {
   return Plus(Times(a, 1.0 - xi), Times(b, xi));
 }
 
-Vector3 BeamTable::DiagramDirection(int beam, BeamValue value, int problemType) const {
+Vector3 BeamTable::DiagramDirection(int beam, BeamValue value, ProblemType problemType) const {
   const Frame& frame = axes[static_cast<std::size_t>(beam)];
   return kestol::DiagramDirection(frame, problemType, StrengthOf(value, problemType));
 }

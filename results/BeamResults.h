@@ -16,7 +16,7 @@ enum BeamValue { kN, kVy, kVz, kT, kMy, kMz, kBeamValues };
 constexpr const char* kBeamValueNames[kBeamValues] = {"N", "Vy", "Vz", "T", "My", "Mz"};
 
 /// The strength (from 1) that the solver keeps for a value; 0 for one that the problem has not.
-int StrengthOf(BeamValue value, int problemType);
+int StrengthOf(BeamValue value, ProblemType problemType);
 
 /// What the nodes exert on the ends of a beam, in its axes, as the report prints it: K u less the
 /// equivalent forces of the loads on it. The beam has its axes and loads; `stored` are its values
@@ -48,7 +48,7 @@ struct BeamTable {
   Vector3 PositionOf(int beam, int station) const;
   /// Along which global direction the diagram of a value is drawn, times the value: the rule of the
   /// solver's own result file, by which moments lie on the tension side.
-  Vector3 DiagramDirection(int beam, BeamValue value, int problemType) const;
+  Vector3 DiagramDirection(int beam, BeamValue value, ProblemType problemType) const;
 };
 
 /// The stations that the deck asks for.

@@ -111,7 +111,7 @@ double BeamStrength::At(double xi) const {
   return value;
 }
 
-Vector3 DiagramDirection(const Frame& axes, int problemType, int c) {
+Vector3 DiagramDirection(const Frame& axes, ProblemType problemType, int c) {
   const Vector3& axis = problemType == Space && (c == 3 || c == 5) ? axes.z : axes.y;
   const bool negated = c > 3 || (problemType == Plane && c == 3);
   return Times(axis, negated ? -1.0 : 1.0);

@@ -70,6 +70,6 @@ private:
 /// The global direction along which the diagram of strength c is drawn, times the strength: local z
 /// for what acts in or turns the local x-z plane (c = 3 and 5 in space), else local y. Moments lie
 /// on the tension side.
-Vector3 DiagramDirection(const Frame& axes, int problemType, int c);
+Vector3 DiagramDirection(const Frame& axes, ProblemType problemType, int c);
 
 }  // namespace kestol

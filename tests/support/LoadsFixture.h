@@ -17,7 +17,7 @@ namespace kestol {
 /// A bare model: nodes 1 to 10, and one element, number 100 x type + 1, of every type asked for.
 class LoadsFixture : public testing::Test {
 protected:
-  void Model(int problemType, std::initializer_list<int> elemTypes) {
+  void Model(ProblemType problemType, std::initializer_list<int> elemTypes) {
     project_ = std::make_unique<Project>(100);
     project_->problemType = problemType;
     project_->dofsPerNode = problemType == Plane ? 3 : 6;

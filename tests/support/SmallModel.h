@@ -19,7 +19,7 @@ namespace kestol {
 /// there.
 class SmallModel {
 public:
-  SmallModel(int problemType, int dofsPerNode) {
+  SmallModel(ProblemType problemType, int dofsPerNode) {
     project.problemType = problemType;
     project.dofsPerNode = dofsPerNode;
   }
@@ -98,7 +98,7 @@ public:
   }
 
   /// Adds a uniform load to an element, behind those it has.
-  void Load(int element, int kind, std::initializer_list<double> values) {
+  void Load(int element, LoadKind kind, std::initializer_list<double> values) {
     auto load = std::make_unique<PreassureLT>(kind);
     load->values = VectorOf(values);
     if (PreassureLT* last = project.loads.Get(element)) {

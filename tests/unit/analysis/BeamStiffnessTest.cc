@@ -27,10 +27,10 @@ Material Given() {
 struct Stiffness {
   Matriu ii, ij, jj;
 
-  Stiffness(const Material& material, double L, int problemType, int endCode) {
+  Stiffness(const Material& material, double L, ProblemType problemType, int endCode) {
     material.ConstructLocalK(9, L * L, problemType, endCode, ii, ij, jj);
   }
-  Stiffness(int problemType, int endCode) : Stiffness(Given(), kL, problemType, endCode) {}
+  Stiffness(ProblemType problemType, int endCode) : Stiffness(Given(), kL, problemType, endCode) {}
 
   /// Entry of the whole matrix of both ends, from 0.
   double At(int i, int j) const {
@@ -225,7 +225,7 @@ TEST(BeamStiffness, TestsTheValuesInTheirOrder) {
 }
 
 TEST(BeamStiffness, RefusesAnUnknownProblemType) {
-  EXPECT_FATAL(Stiffness(Given(), kL, 2, 11),
+  EXPECT_FATAL(Stiffness(Given(), kL, static_cast<ProblemType>(2), 11),
                "error in Material::ConstructLocalK. Unknown problem type\n");
 }
 

@@ -8,7 +8,8 @@ namespace kestol {
 namespace {
 
 struct Family {
-  int problemType, dofsPerNode, elemType, nnode;
+  ProblemType problemType;
+  int dofsPerNode, elemType, nnode;
   int points, values;
 };
 

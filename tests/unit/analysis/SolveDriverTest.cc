@@ -110,7 +110,7 @@ TEST(SolveDriver, UsesTheSolverThatTheDeckNames) {
 
 TEST(SolveDriver, RefusesAnUnknownSolver) {
   const auto project = ReadDeck(Chain(2, 3).Text());
-  project->solverChoice = 7;
+  project->solverChoice = static_cast<SolverChoice>(7);
   EXPECT_FATAL(SolveProject(*project, {}), "error: unknown solver\n");
 }
 

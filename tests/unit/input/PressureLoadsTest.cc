@@ -156,7 +156,7 @@ TEST_F(PressureLoadsTest, TooFewOrBadNumbersOfADistributedLoadAreRefused) {
 }
 
 TEST_F(PressureLoadsTest, QuadrilateralsAndHexahedraCarryNoLoads) {
-  for (const int type : {Plane, Space}) {
+  for (const ProblemType type : {Plane, Space}) {
     Model(type, {Quadrilateral, Hexahedra});
     for (const int elem : {301, 501})
       for (const char* const line : {"1 2 3", "junk"})

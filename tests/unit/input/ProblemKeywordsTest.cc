@@ -118,9 +118,9 @@ TEST(Keywords, SectionsAreFoundInAnyCase) {
   EXPECT_NE(project->meshes[0]->nodes->Get(1)->constraint, nullptr);
   EXPECT_NE(project->meshes[0]->nodes->Get(2)->load, nullptr);
   EXPECT_TRUE(project->hasRotules);
-  const int kinds[] = {GlobalPressure, LocalPressure, GlobalProjected, FaceLoad};
+  const LoadKind kinds[] = {GlobalPressure, LocalPressure, GlobalProjected, FaceLoad};
   const PreassureLT* load = project->loads.Get(1);
-  for (const int kind : kinds) {
+  for (const LoadKind kind : kinds) {
     ASSERT_NE(load, nullptr);
     EXPECT_EQ(load->kind, kind);
     load = load->next.get();

@@ -21,7 +21,7 @@ protected:
   BeamAxes() { T.Fill(99.0); }
 
   /// Axes of a beam from the origin to `end`.
-  void Calc(const Vector3& end, int problemType, const Material* material = nullptr) {
+  void Calc(const Vector3& end, ProblemType problemType, const Material* material = nullptr) {
     const LoneElement beam{
         {0, 0, 0},
         end
@@ -204,7 +204,7 @@ TEST_F(BeamAxes, GivenXFartherFromTheBeamIsBroughtOntoIt) {
 
 TEST_F(BeamAxes, GivenXAgainstTheBeamTurnsXAndZOver) {
   const Material given = WithAngles(0, 0, kPi);
-  for (const int problemType : {int{Plane}, int{Space}}) {
+  for (const ProblemType problemType : {Plane, Space}) {
     Calc({2, 0, 0}, problemType, &given);
     ExpectVector(Column(T, 1), {1, 0, 0});
     ExpectVector(Column(T, 2), {0, -1, 0});
@@ -261,7 +261,7 @@ TEST_F(BeamAxes, AnglesThatAreNotFiniteEndTheRun) {
 TEST_F(BeamAxes, BeamOfNoLengthEndsTheRun) {
   const Material given = WithAngles(0, 0, 0);
   for (const Material* material : {static_cast<const Material*>(nullptr), &given})
-    for (const int problemType : {int{Plane}, int{Space}}) {
+    for (const ProblemType problemType : {Plane, Space}) {
       EXPECT_FATAL(Calc({0, 0, 0}, problemType, material), "error: element: 7 has length 0\n");
       EXPECT_FATAL(Calc({5e-16, 0, 0}, problemType, material), "error: element: 7 has length 0\n");
     }
@@ -299,7 +299,7 @@ TEST_F(BeamAxes, PlaneBeamAtAnyHeightIsInThePlane) {
 }
 
 TEST_F(BeamAxes, UnknownProblemTypeEndsTheRun) {
-  EXPECT_FATAL(Calc({1, 0, 0}, 2),
+  EXPECT_FATAL(Calc({1, 0, 0}, static_cast<ProblemType>(2)),
                "error in Elem::CalcTransfMatrixBeam. Type of problem unknown\n");
 }
 

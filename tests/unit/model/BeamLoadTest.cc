@@ -155,7 +155,7 @@ TEST(EquivalentEndForces, OfOneHingeAreTheFixedOnesWithTheHingeReleased) {
 
 TEST(EquivalentEndForces, OfAnUnloadedBeamAreZeroForEveryEndCode) {
   for (const int code : kCodes)
-    for (const int type : {int{Plane}, int{Space}}) {
+    for (const ProblemType type : {Plane, Space}) {
       const BeamEndForces forces = EquivalentEndForces({}, 2.0, type, code);
       for (int d = 0; d < 6; ++d) {
         EXPECT_EQ(forces.f1[d], 0.0);
@@ -200,7 +200,7 @@ protected:
     }
   }
 
-  BeamLoad Local(LoadKind kind, std::array<double, 4> q, int problemType = Space) {
+  BeamLoad Local(LoadKind kind, std::array<double, 4> q, ProblemType problemType = Space) {
     PreassureLT load(kind);
     load.values = ReaVecT(problemType == Plane ? 3 : 6);
     for (int i = 0; i < (problemType == Plane ? 3 : 4); ++i) load.values(i + 1) = q[i];

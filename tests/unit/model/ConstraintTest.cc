@@ -23,10 +23,6 @@ Constraint Turned(int dofs, double Euler1, double Euler2, double Euler3) {
   return constraint;
 }
 
-FixedMatrix<3, 3> AxesOf(const Constraint& constraint) {
-  return EulerRotation(constraint.Euler1, constraint.Euler2, constraint.Euler3);
-}
-
 /// cos of the angle of the turn from A to B.
 double CosineBetween(const FixedMatrix<3, 3>& A, const FixedMatrix<3, 3>& B) {
   const FixedMatrix<3, 3> Q = TransposeTimes(A, B);

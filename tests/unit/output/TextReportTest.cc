@@ -182,7 +182,7 @@ TEST(TextReport, HingedEndsTakeNoMomentOfTheLoad) {
 
 TEST(TextReport, UnknownProblemTypeEndsTheRun) {
   SmallModel model = PlaneFrame();
-  model.project.problemType = 2;
+  model.project.problemType = static_cast<ProblemType>(2);
   EXPECT_FATAL(model.Report(), "error: Project::WriteResults. problemtype unknown\n");
 }
 

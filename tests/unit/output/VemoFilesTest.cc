@@ -26,7 +26,7 @@ const char* const kTrianglePoints =
     "GaussPoints \"Triangles\" ElemType Triangle\n Number of Gauss Points: 1\n"
     "Natural Coordinates: Internal\nEnd gausspoints\n";
 
-SmallModel Nodes(int problemType, int dofsPerNode, int count) {
+SmallModel Nodes(ProblemType problemType, int dofsPerNode, int count) {
   SmallModel model(problemType, dofsPerNode);
   model.AddMesh(problemType == Plane ? Linear : Triangle, problemType == Plane ? 2 : 3);
   for (int i = 1; i <= count; ++i) model.AddNode(i, 0.5 * i, -2.0 * i * i, 3.0);

@@ -16,7 +16,7 @@ using testing::Not;
 
 // Two triangles with the normals +z and +x: angles (0, 0, 0) and (pi/2, 0, pi/2). The values of
 // the arrays tell place and array: 1.. local values, 101.. main values, 201.. their angles.
-SmallModel Shell(int stressOption) {
+SmallModel Shell(StressOption stressOption) {
   SmallModel model(Space, 6);
   model.AddMesh(Triangle, 3);
   model.AddNode(1, 0, 0, 0);
@@ -121,7 +121,7 @@ TEST(VemoTriangles, MainAndLocalStressesTakeTheMainOnesFromTheirOwnArray) {
 }
 
 TEST(VemoTriangles, SmoothedModelsWriteTheSmoothedLocalValues) {
-  for (const int option : {LocalStresses, MainAndLocalStresses}) {
+  for (const StressOption option : {LocalStresses, MainAndLocalStresses}) {
     SmallModel model = Shell(option);
     model.project.DoSmoothing = 1;
     model.results.meshes[0].smoothed = SmallModel::Counting(16, 301, 1);

@@ -19,7 +19,7 @@ constexpr int kEndCodes[] = {BothFixed, HingeAtEnd2, HingeAtEnd1, BothHinged};
 // E Iy = 4e6, E A = 2e9.
 class OneBeam {
 public:
-  explicit OneBeam(int problemType)
+  explicit OneBeam(ProblemType problemType)
       : model(problemType, problemType == Plane ? 3 : 6), beam(model.project) {
     model.AddMesh(Linear, 2);
     model.AddNode(1, 0.0, 0.0);
@@ -147,7 +147,7 @@ TEST(BeamStations, TensionIsPositive) {
 }
 
 TEST(BeamStations, ForcesOfZeroHaveNoSign) {
-  for (const int problemType : {Plane, Space}) {
+  for (const ProblemType problemType : {Plane, Space}) {
     OneBeam frame(problemType);
     for (int c = 1; c <= frame.model.project.dofsPerNode; ++c)
       for (const double xi : {0.0, 0.5, 1.0}) {
@@ -179,7 +179,7 @@ TEST(BeamStations, CoupleAlongTheBeamGivesTorque) {
 // A displaced and loaded beam askew in space, or in the plane.
 class AskewBeam : public OneBeam {
 public:
-  AskewBeam(int problemType, int code, double q) : OneBeam(problemType) {
+  AskewBeam(ProblemType problemType, int code, double q) : OneBeam(problemType) {
     Ends(code);
     if (problemType == Plane) {
       To(2.0, 1.5, 0.0);
@@ -209,7 +209,7 @@ double Local(OneBeam& frame, double xi, int i) {
 class EndCodes : public testing::TestWithParam<int> {};
 
 TEST_P(EndCodes, DeflectionsMeetTheEndNodes) {
-  for (const int problemType : {Plane, Space}) {
+  for (const ProblemType problemType : {Plane, Space}) {
     AskewBeam frame(problemType, GetParam(), 1000.0);
     const int dofs = frame.model.project.dofsPerNode;
     for (const int end : {0, 1}) {
@@ -221,7 +221,7 @@ TEST_P(EndCodes, DeflectionsMeetTheEndNodes) {
 }
 
 TEST_P(EndCodes, MomentIsTheCurvatureTimesTheStiffness) {
-  for (const int problemType : {Plane, Space}) {
+  for (const ProblemType problemType : {Plane, Space}) {
     AskewBeam frame(problemType, GetParam(), 1.0);
     Material& material = *frame.model.project.materials.Get(1);
     material.E1 = 100.0 / 1e-5;
@@ -235,13 +235,15 @@ TEST_P(EndCodes, MomentIsTheCurvatureTimesTheStiffness) {
                (dx * dx);
       };
       EXPECT_NEAR(frame.Strength(problemType == Plane ? 3 : 6, xi), EIz * curvature(2), 1e-5);
-      if (problemType == Space) EXPECT_NEAR(frame.Strength(5, xi), EIy * curvature(3), 1e-5);
+      if (problemType == Space) {
+        EXPECT_NEAR(frame.Strength(5, xi), EIy * curvature(3), 1e-5);
+      }
     }
   }
 }
 
 TEST_P(EndCodes, ShearIsTheSlopeOfTheMoment) {
-  for (const int problemType : {Plane, Space}) {
+  for (const ProblemType problemType : {Plane, Space}) {
     AskewBeam frame(problemType, GetParam(), 1.0);
     frame.model.project.materials.Get(1)->E1 = 100.0 / 1e-5;
     const double L = frame.Solve().L, h = 1e-3;
@@ -250,17 +252,23 @@ TEST_P(EndCodes, ShearIsTheSlopeOfTheMoment) {
     };
     for (const double xi : {0.2, 0.5, 0.75}) {
       EXPECT_NEAR(frame.Strength(2, xi), slope(problemType == Plane ? 3 : 6, xi), 1e-8);
-      if (problemType == Space) EXPECT_NEAR(frame.Strength(3, xi), slope(5, xi), 1e-8);
+      if (problemType == Space) {
+        EXPECT_NEAR(frame.Strength(3, xi), slope(5, xi), 1e-8);
+      }
     }
   }
 }
 
 TEST_P(EndCodes, HingedEndsHaveNoMoment) {
-  for (const int problemType : {Plane, Space}) {
+  for (const ProblemType problemType : {Plane, Space}) {
     AskewBeam frame(problemType, GetParam(), 1.0);
     const int Mz = problemType == Plane ? 3 : 6;
-    if (GetParam() / 10 == 0) EXPECT_NEAR(frame.Strength(Mz, 0.0), 0.0, 1e-6);
-    if (GetParam() % 10 == 0) EXPECT_NEAR(frame.Strength(Mz, 1.0), 0.0, 1e-6);
+    if (GetParam() / 10 == 0) {
+      EXPECT_NEAR(frame.Strength(Mz, 0.0), 0.0, 1e-6);
+    }
+    if (GetParam() % 10 == 0) {
+      EXPECT_NEAR(frame.Strength(Mz, 1.0), 0.0, 1e-6);
+    }
   }
 }
 
