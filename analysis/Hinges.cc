@@ -22,7 +22,7 @@ public:
 
   /// Whether the next beam at `node` is hinged there: not without a hinge, nor as the first one.
   bool IsHinged(const Node* node) {
-    if (node == nullptr || node->rotule == 0) return false;
+    if (node == nullptr || !node->isHinge) return false;
     const bool hinged = found_[node->number];
     found_[node->number] = true;
     return hinged;
@@ -42,11 +42,11 @@ EndCode CodeOf(const Elem& beam, RigidBeams& rigid) {
 
 void PrepareHinges(Project& project) {
   if (project.meshes.empty()) return;
-  project.rotuleCodes.assign(static_cast<std::size_t>(HighestElementNumber(project)), BothFixed);
+  project.endCodes.assign(static_cast<std::size_t>(HighestElementNumber(project)), BothFixed);
   RigidBeams rigid(project.meshes[0]->nodes->Highest());
   for (const auto& mesh : project.meshes) {
     if (mesh->nnode != 2) continue;
-    for (auto [number, beam] : mesh->elems) project.rotuleCodes[number - 1] = CodeOf(*beam, rigid);
+    for (auto [number, beam] : mesh->elems) project.endCodes[number - 1] = CodeOf(*beam, rigid);
   }
 }
 

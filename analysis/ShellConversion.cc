@@ -3,7 +3,7 @@
 #include <unordered_map>
 
 #include "analysis/ElementsAround.h"
-#include "analysis/ShellMesh.h"
+#include "analysis/ShellConversion.h"
 #include "input/Project.h"
 #include "main/ErrorChannel.h"
 #include "model/Mesh.h"

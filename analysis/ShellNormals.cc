@@ -2,7 +2,7 @@
 #include <cmath>
 
 #include "analysis/ElementsAround.h"
-#include "analysis/ShellMesh.h"
+#include "analysis/ShellNormals.h"
 #include "input/Project.h"
 #include "main/ErrorChannel.h"
 #include "model/Mesh.h"

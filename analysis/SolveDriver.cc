@@ -9,7 +9,8 @@
 #include "analysis/Assembly.h"
 #include "analysis/Counts.h"
 #include "analysis/Hinges.h"
-#include "analysis/ShellMesh.h"
+#include "analysis/ShellConversion.h"
+#include "analysis/ShellNormals.h"
 #include "analysis/StartVector.h"
 #include "input/Project.h"
 #include "main/ErrorChannel.h"
@@ -96,7 +97,7 @@ std::unique_ptr<SparseSolver> NewSparse(const Project& project) {
 ReaVecT PrepareModel(Project& project, const SolveSettings& settings) {
   RefuseUnknownNodes(project);
   RefusePlaneTriangles(project);
-  if (project.hasRotules) PrepareHinges(project);
+  if (project.hasHinges) PrepareHinges(project);
 
   ResolveAutomatic(project);
   ReaVecT preSolved;

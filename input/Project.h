@@ -59,15 +59,15 @@ public:
   double CoplanarityAngle = 1e-07;            ///< radians
   bool DoSmoothing = false;
   double smoothingAngle = -1.0;  ///< radians
-  bool hasRotules = false;       ///< a rotules section with a node was read
+  bool hasHinges = false;        ///< some node is a hinge
 
   // --- set when the model is prepared for a solution ------------------------------------------
-  std::vector<int> rotuleCodes;  ///< EndCode by element number - 1; empty without rotules
-  std::vector<int> coplanar;     ///< flag by node index - 1; empty without shells
+  std::vector<int> endCodes;  ///< EndCode by element number - 1; empty without hinges
+  std::vector<int> coplanar;  ///< flag by node index - 1; empty without shells
 
   /// The end code of a beam.
   int EndCodeOf(int elementNumber) const {
-    return rotuleCodes.empty() ? int{BothFixed} : rotuleCodes[elementNumber - 1];
+    return endCodes.empty() ? int{BothFixed} : endCodes[elementNumber - 1];
   }
   /// The number in the input of a node's internal index.
   int ExternalNumber(int index) const { return meshes[0]->ExternalNumber(index); }

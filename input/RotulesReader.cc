@@ -13,8 +13,8 @@ namespace {
 void ReadRotule(Project& project, TextInput& input, int nodeNumber) {
   Node* const node = FindNode(project, nodeNumber);
   if (node == nullptr) Fatal("error: Trying to assign rotule to unknown node\n");
-  node->rotule = 1;
-  project.hasRotules = true;
+  node->isHinge = true;
+  project.hasHinges = true;
   if (!SkipRestOfLine(input)) Fatal("Not reading correctly the rotules. Number=", nodeNumber, "\n");
 }
 

@@ -19,7 +19,7 @@ std::unique_ptr<Node> CopyOf(const Node& node) {
   copy->z = node.z;
   copy->dim = node.dim;
   copy->number = node.number;
-  copy->rotule = node.rotule;
+  copy->isHinge = node.isHinge;
   if (node.constraint) copy->constraint = std::make_unique<Constraint>(*node.constraint);
   if (node.load) copy->load = std::make_unique<ReaVecT>(*node.load);
   return copy;
@@ -88,7 +88,7 @@ void CopyOptions(const Project& model, Project& copy) {
   copy.CoplanarityAngle = model.CoplanarityAngle;
   copy.DoSmoothing = model.DoSmoothing;
   copy.smoothingAngle = model.smoothingAngle;
-  copy.hasRotules = model.hasRotules;
+  copy.hasHinges = model.hasHinges;
 }
 
 }  // namespace

@@ -21,7 +21,7 @@ std::optional<LoadedHinge> LoadedHingeOf(const Project& project, BeamElement& be
 
 std::vector<LoadedHinge> LoadedHinges(const Project& project) {
   std::vector<LoadedHinge> found;
-  if (project.rotuleCodes.empty()) return found;
+  if (project.endCodes.empty()) return found;
   BeamElement beam(project);
   for (const auto& mesh : project.meshes) {
     if (mesh->elemType != Linear) continue;

@@ -241,7 +241,7 @@ void WriteNodeSections(const Project& project, std::ostream& stream) {
         WriteSupport(number, *node.constraint, project.dofsPerNode, stream);
       });
   WriteNodeSection(
-      project, "rotules", stream, [](const Node& node) { return node.rotule != 0; },
+      project, "rotules", stream, [](const Node& node) { return node.isHinge; },
       [&](int number, const Node&) { stream << "  " << number << '\n'; });
   WriteNodeSection(
       project, "nodal_point_loads", stream, [](const Node& node) { return node.load != nullptr; },

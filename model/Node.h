@@ -13,8 +13,8 @@ namespace kestol {
 struct Node {
   double x = 0.0, y = 0.0, z = 0.0;  ///< in result length units; z is 0 when dim is 2
   int dim = 0;                       ///< coordinates in use, 2 or 3
-  int number = 0;  ///< as read; after renumbering the internal index, counted from 1
-  int rotule = 0;  ///< 1 when beams meet here through a hinge
+  int number = 0;        ///< as read; after renumbering the internal index, counted from 1
+  bool isHinge = false;  ///< beams meet here through a hinge ("rotule" in the deck)
   std::unique_ptr<Constraint> constraint;  ///< null for a node without supports
   std::unique_ptr<ReaVecT> load;           ///< null, or one entry per degree of freedom
 };

@@ -30,15 +30,15 @@ void PrintNodalLoads(const Project& project, std::ostream& stream) {
   }
 }
 
-void PrintRotules(const Project& project, std::ostream& stream) {
+void PrintHinges(const Project& project, std::ostream& stream) {
   const Mesh& first = *project.meshes.front();
   stream << "nodes with rotule:\n";
   for (auto [key, node] : *first.nodes)
-    if (node->rotule) stream << first.ExternalNumber(node) << "\n";
+    if (node->isHinge) stream << first.ExternalNumber(node) << "\n";
 
   stream << "elements rotule:\n";
   int elemNumber = 0;
-  for (const int code : project.rotuleCodes) {
+  for (const int code : project.endCodes) {
     ++elemNumber;
     if (code != BothFixed) stream << "elm " << elemNumber << " code=" << code << "\n";
   }
@@ -60,7 +60,7 @@ void PrintProject(const Project& project, std::ostream& stream) {
   if (!project.meshes.empty()) {
     PrintConstraints(project, stream);
     PrintNodalLoads(project, stream);
-    if (project.hasRotules) PrintRotules(project, stream);
+    if (project.hasHinges) PrintHinges(project, stream);
   }
   if (!project.coplanar.empty()) PrintCoplanarity(project, stream);
 }

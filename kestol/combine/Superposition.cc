@@ -22,7 +22,7 @@ void Superposition::Carry(const std::vector<double>& factors) {
 }
 
 std::vector<LoadedHinge> Superposition::Obstacles() {
-  if (!project_.hasRotules) return {};
+  if (!project_.hasHinges) return {};
   for (int k = 0; k < CaseCount(); ++k) {
     Carry(Only(k));
     std::vector<LoadedHinge> found = LoadedHinges(project_);

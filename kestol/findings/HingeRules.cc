@@ -29,7 +29,7 @@ std::optional<LoadedHinge> HingeOf(const Project& project, BeamElement& beam, co
 
 void FindFirstHinges(Inspection& deck) {
   Project& project = deck.project;
-  if (!project.hasRotules || project.meshes.empty()) return;
+  if (!project.hasHinges || project.meshes.empty()) return;
   PrepareHinges(project);
   BeamElement beam(project);
   ForEachSoundElement(deck, project, [&](const Mesh& mesh, const Elem& elem) {
@@ -45,14 +45,14 @@ void FindFirstHinges(Inspection& deck) {
 
 void FindSharedHinges(Inspection& deck) {
   const Project& project = deck.project;
-  if (!project.hasRotules || project.meshes.empty()) return;
+  if (!project.hasHinges || project.meshes.empty()) return;
   // Beams in the order in which they claim a node: the first keeps it.
   std::map<int, std::vector<int>> beams;
   for (const auto& mesh : project.meshes) {
     if (mesh->nnode != 2) continue;
     for (const auto [number, elem] : mesh->elems)
       for (int i = 0; i < 2 && !deck.IsSpoilt(RecordKind::Element, number); ++i)
-        if (elem->nodes[i] != nullptr && elem->nodes[i]->rotule != 0)
+        if (elem->nodes[i] != nullptr && elem->nodes[i]->isHinge)
           beams[elem->nodes[i]->number].push_back(number);
   }
   for (const auto& [node, around] : beams) {

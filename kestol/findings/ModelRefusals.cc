@@ -7,7 +7,7 @@
 #include "algebra/Matriu.h"
 #include "algebra/Zero.h"
 #include "analysis/ElementRoutines.h"
-#include "analysis/ShellMesh.h"
+
 #include "analysis/ShellPoints.h"
 #include "analysis/ShellTriangle.h"
 #include "analysis/SolidPoints.h"

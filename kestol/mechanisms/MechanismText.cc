@@ -228,7 +228,7 @@ void FindCauses(const Project& project, const Mover& mover, MechanismMode& mode)
   const auto note = [&](const Node* node) {
     const int number = project.ExternalNumber(node->number);
     if (number > project.nodesAsRead) return;
-    if (node->rotule != 0) hinges.insert(number);
+    if (node->isHinge) hinges.insert(number);
     if (node->constraint) supports.insert(number);
   };
   std::vector<bool> moves(static_cast<std::size_t>(project.numNodes) + 1);

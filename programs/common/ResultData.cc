@@ -60,7 +60,7 @@ Results LoadsOfUnsolved(Project& project) {
       for (int i = 0; i < elem->nnode; ++i)
         if (elem->nodes[i] == nullptr)
           Fatal("error: element: ", elem->number, " has an unknown node\n");
-  if (project.hasRotules) PrepareHinges(project);
+  if (project.hasHinges) PrepareHinges(project);
   Results results;
   results.loads = LoadsOfDeck(project);
   return results;

@@ -166,7 +166,7 @@ void ResultGrid::AddNodeData() {
       {"x", "y", "z", "rx", "ry", "rz"});
   if (!data_.project.meshes.empty() && data_.HasBeams())
     AddAtNodes<std::uint8_t, 1>("hinge", VtuType::UInt8, [](const Node& node) {
-      return std::array<std::uint8_t, 1>{static_cast<std::uint8_t>(node.rotule != 0 ? 1 : 0)};
+      return std::array<std::uint8_t, 1>{static_cast<std::uint8_t>(node.isHinge ? 1 : 0)};
     });
   const auto addForces = [&](const std::string& name, const std::string& unit, auto valueAt) {
     AddAtNodes<double, 3>(

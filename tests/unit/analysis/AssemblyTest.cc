@@ -223,7 +223,7 @@ TEST(Assembly, RefusesAMissingSectionValueEvenWithTwoHinges) {
   FrameDeck deck(3);
   deck.Node(1, 0, 0, 0).Node(2, 1, 0, 0).Beam(17, 1, 2).Material(1, "E=1 A=1 Iz=1 Iy=1 G=1");
   Stage stage(deck.Clamp(1));
-  stage.project->rotuleCodes.assign(17, BothHinged);
+  stage.project->endCodes.assign(17, BothHinged);
   EXPECT_FATAL(stage.Run(), "error: section parameter J is 0 for element 17\n");
 }
 

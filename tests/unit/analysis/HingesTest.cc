@@ -36,7 +36,7 @@ TEST_F(Hinges, FirstBeamAtARotuleStaysRigidAndLaterOnesAreHinged) {
   small.AddElem(3, {3, 4});
   Read("4");
   PrepareHinges(project);
-  EXPECT_EQ(project.rotuleCodes, (std::vector<int>{BothFixed, HingeAtEnd2, HingeAtEnd2}));
+  EXPECT_EQ(project.endCodes, (std::vector<int>{BothFixed, HingeAtEnd2, HingeAtEnd2}));
 }
 
 TEST_F(Hinges, EndThatIsReleasedIsTheOneAtTheRotule) {
@@ -46,8 +46,7 @@ TEST_F(Hinges, EndThatIsReleasedIsTheOneAtTheRotule) {
   small.AddElem(4, {3, 4});  // no rotule
   Read("2");
   PrepareHinges(project);
-  EXPECT_EQ(project.rotuleCodes,
-            (std::vector<int>{BothFixed, HingeAtEnd1, HingeAtEnd2, BothFixed}));
+  EXPECT_EQ(project.endCodes, (std::vector<int>{BothFixed, HingeAtEnd1, HingeAtEnd2, BothFixed}));
 }
 
 TEST_F(Hinges, BeamBetweenTwoClaimedRotulesIsHingedAtBothEnds) {
@@ -56,7 +55,7 @@ TEST_F(Hinges, BeamBetweenTwoClaimedRotulesIsHingedAtBothEnds) {
   small.AddElem(3, {2, 3});
   Read("2\n3");
   PrepareHinges(project);
-  EXPECT_EQ(project.rotuleCodes, (std::vector<int>{BothFixed, BothFixed, BothHinged}));
+  EXPECT_EQ(project.endCodes, (std::vector<int>{BothFixed, BothFixed, BothHinged}));
 }
 
 TEST_F(Hinges, BeamClaimsBothItsRotules) {
@@ -65,7 +64,7 @@ TEST_F(Hinges, BeamClaimsBothItsRotules) {
   small.AddElem(3, {4, 3});
   Read("2\n3");
   PrepareHinges(project);
-  EXPECT_EQ(project.rotuleCodes, (std::vector<int>{BothFixed, HingeAtEnd1, HingeAtEnd2}));
+  EXPECT_EQ(project.endCodes, (std::vector<int>{BothFixed, HingeAtEnd1, HingeAtEnd2}));
 }
 
 TEST_F(Hinges, ElementsClaimInTheOrderOfTheirNumbers) {
@@ -73,7 +72,7 @@ TEST_F(Hinges, ElementsClaimInTheOrderOfTheirNumbers) {
   small.AddElem(4, {2, 3});
   Read("2");
   PrepareHinges(project);
-  ASSERT_EQ(project.rotuleCodes.size(), 9U);
+  ASSERT_EQ(project.endCodes.size(), 9U);
   EXPECT_EQ(project.EndCodeOf(4), BothFixed);
   EXPECT_EQ(project.EndCodeOf(9), HingeAtEnd2);
   EXPECT_EQ(project.EndCodeOf(5), BothFixed);  // no such element
@@ -86,7 +85,7 @@ TEST_F(Hinges, BeamsOfLaterMeshesFindTheClaimsOfEarlierOnes) {
   small.AddElem(2, {2, 3});
   small.AddElem(20, {4, 5});
   PrepareHinges(project);
-  ASSERT_EQ(project.rotuleCodes.size(), 20U);
+  ASSERT_EQ(project.endCodes.size(), 20U);
   EXPECT_EQ(project.EndCodeOf(5), BothFixed);
   EXPECT_EQ(project.EndCodeOf(2), HingeAtEnd1);
   EXPECT_EQ(project.EndCodeOf(20), BothFixed);
@@ -101,23 +100,23 @@ TEST_F(Hinges, ShellsAreFixedAndClaimNothing) {
   small.AddElem(3, {2, 4});
   Read("2");
   PrepareHinges(project);
-  EXPECT_EQ(project.rotuleCodes, (std::vector<int>{BothFixed, BothFixed, HingeAtEnd1}));
+  EXPECT_EQ(project.endCodes, (std::vector<int>{BothFixed, BothFixed, HingeAtEnd1}));
 }
 
 TEST_F(Hinges, UnknownNodesAreNoRotules) {
   small.AddElem(1, {1, 0});
   Read("1");
   PrepareHinges(project);
-  EXPECT_EQ(project.rotuleCodes, (std::vector<int>{BothFixed}));
+  EXPECT_EQ(project.endCodes, (std::vector<int>{BothFixed}));
 }
 
 TEST_F(Hinges, ProjectWithoutElementsHasNoCodes) {
   Read("1");
   PrepareHinges(project);
-  EXPECT_TRUE(project.rotuleCodes.empty());
+  EXPECT_TRUE(project.endCodes.empty());
   project.meshes.clear();
   PrepareHinges(project);
-  EXPECT_TRUE(project.rotuleCodes.empty());
+  EXPECT_TRUE(project.endCodes.empty());
 }
 
 }  // namespace

@@ -2,7 +2,7 @@
 #include <cmath>
 #include <sstream>
 
-#include "analysis/ShellMesh.h"
+#include "analysis/ShellConversion.h"
 #include "tests/support/ExpectFatal.h"
 #include "tests/support/MeshDeck.h"
 #include "tests/support/RunDeck.h"

@@ -1,7 +1,8 @@
 // Normals of triangle meshes and the flags of coplanar nodes.
 #include <cmath>
 
-#include "analysis/ShellMesh.h"
+#include "analysis/ShellConversion.h"
+#include "analysis/ShellNormals.h"
 #include "tests/support/ExpectFatal.h"
 #include "tests/support/MeshDeck.h"
 #include "tests/support/RunDeck.h"

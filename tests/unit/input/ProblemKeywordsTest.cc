@@ -117,7 +117,7 @@ TEST(Keywords, SectionsAreFoundInAnyCase) {
   EXPECT_EQ(project->materials.Get(1)->E1, 2.0);
   EXPECT_NE(project->meshes[0]->nodes->Get(1)->constraint, nullptr);
   EXPECT_NE(project->meshes[0]->nodes->Get(2)->load, nullptr);
-  EXPECT_TRUE(project->hasRotules);
+  EXPECT_TRUE(project->hasHinges);
   const LoadKind kinds[] = {GlobalPressure, LocalPressure, GlobalProjected, FaceLoad};
   const PreassureLT* load = project->loads.Get(1);
   for (const LoadKind kind : kinds) {

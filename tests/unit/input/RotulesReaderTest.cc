@@ -30,15 +30,15 @@ protected:
 
 TEST_F(RotulesReader, SectionMarksItsNodes) {
   EXPECT_EQ(Read("# hinges\n 2 anything behind\n= 4"), "behind");
-  EXPECT_TRUE(project.hasRotules);
+  EXPECT_TRUE(project.hasHinges);
   const int expected[] = {0, 1, 0, 1, 0};
-  for (int n = 1; n <= 5; ++n) EXPECT_EQ(small.NodeOf(n).rotule, expected[n - 1]) << n;
-  EXPECT_TRUE(project.rotuleCodes.empty());
+  for (int n = 1; n <= 5; ++n) EXPECT_EQ(small.NodeOf(n).isHinge, expected[n - 1]) << n;
+  EXPECT_TRUE(project.endCodes.empty());
 }
 
 TEST_F(RotulesReader, EmptySectionLeavesTheProjectWithoutRotules) {
   EXPECT_EQ(Read(""), "behind");
-  EXPECT_FALSE(project.hasRotules);
+  EXPECT_FALSE(project.hasHinges);
 }
 
 TEST_F(RotulesReader, UnknownNodeEndsTheRun) {
@@ -57,7 +57,7 @@ TEST_F(RotulesReader, NumberThatNothingFollowsEndsTheRun) {
 TEST_F(RotulesReader, LastLineWithoutNewlineIsALine) {
   TextInput input(std::string("3 "));
   EXPECT_FATAL(ReadRotules(project, input), "can't find word ***end*** in input file\n");
-  EXPECT_EQ(small.NodeOf(3).rotule, 1);
+  EXPECT_EQ(small.NodeOf(3).isHinge, 1);
 }
 
 TEST_F(RotulesReader, MissingEndEndsTheRun) {

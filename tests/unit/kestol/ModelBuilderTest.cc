@@ -51,7 +51,7 @@ TEST(ModelBuilder, GivesTheModelOfTheDeck) {
   EXPECT_EQ(Written(builder.Model()), Written(read));
   EXPECT_EQ(builder.Model().numElements, read.numElements);
   EXPECT_EQ(builder.Model().nodesAsRead, 4);
-  EXPECT_TRUE(builder.Model().hasRotules);
+  EXPECT_TRUE(builder.Model().hasHinges);
 }
 
 TEST(ModelBuilder, MakesOneMeshOfEachKind) {

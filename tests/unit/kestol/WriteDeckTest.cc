@@ -41,7 +41,7 @@ private:
     text_ << p.problemType << ' ' << p.dofsPerNode << ' ' << p.ConvertTo6Nodes << ' '
           << p.stressOption << ' ' << p.nodesAsRead << ' ' << p.numNodes << ' ' << p.solverChoice
           << ' ' << p.MaxIterations << ' ' << p.NumOfDivisions << ' ' << p.DoSmoothing << ' '
-          << p.hasRotules << '\n';
+          << p.hasHinges << '\n';
     for (const int count : p.numElements) text_ << count << ' ';
     for (const double value : {p.tolerance1, p.tolerance2, p.gravity(1), p.gravity(2), p.gravity(3),
                                p.CoplanarityAngle, p.smoothingAngle})
@@ -68,7 +68,7 @@ private:
     }
   }
   void Of(int number, const Node& node) {
-    text_ << "node " << number << ' ' << node.number << ' ' << node.dim << ' ' << node.rotule
+    text_ << "node " << number << ' ' << node.number << ' ' << node.dim << ' ' << node.isHinge
           << ' ';
     for (const double x : {node.x, node.y, node.z}) Number(x);
     if (node.load)

@@ -88,9 +88,9 @@ TEST(PrintProject, PrintsConstraintsThenLoads) {
 
 TEST(PrintProject, PrintsRotulesAndCodesThatAreNotRigid) {
   const auto project = Beam();
-  NodeOf(*project, 2).rotule = 1;
-  project->hasRotules = true;
-  project->rotuleCodes = {HingeAtEnd1, BothFixed, BothHinged, HingeAtEnd2};
+  NodeOf(*project, 2).isHinge = 1;
+  project->hasHinges = true;
+  project->endCodes = {HingeAtEnd1, BothFixed, BothHinged, HingeAtEnd2};
   EXPECT_EQ(Dump(*project), kHead + kMesh +
                                 "nodes with rotule:\n2\n"
                                 "elements rotule:\n"
@@ -99,7 +99,7 @@ TEST(PrintProject, PrintsRotulesAndCodesThatAreNotRigid) {
 
 TEST(PrintProject, RotulesWithoutCodesPrintNoElements) {
   const auto project = Beam();
-  project->hasRotules = true;
+  project->hasHinges = true;
   EXPECT_EQ(Dump(*project), kHead + kMesh + "nodes with rotule:\nelements rotule:\n");
 }
 
@@ -111,8 +111,8 @@ TEST(PrintProject, PrintsCoplanarityFlagsByIndex) {
 
 TEST(PrintProject, PrintsNodeNumbersOfTheInput) {
   const auto project = Beam();
-  project->hasRotules = true;
-  NodeOf(*project, 1).rotule = 1;
+  project->hasHinges = true;
+  NodeOf(*project, 1).isHinge = 1;
   NodeOf(*project, 1).constraint = std::make_unique<Constraint>(3);
   NodeOf(*project, 1).load = std::make_unique<ReaVecT>(1);
   NodeOf(*project, 1).load->Fill(5.0);

@@ -174,7 +174,7 @@ TEST(TextReport, BeamsWithoutWeightOrWithoutAreaPrintTheStoredStrengths) {
 
 TEST(TextReport, HingedEndsTakeNoMomentOfTheLoad) {
   SmallModel model = PlaneFrame();
-  model.project.rotuleCodes = {HingeAtEnd2, BothFixed};
+  model.project.endCodes = {HingeAtEnd2, BothFixed};
   model.Load(1, LocalPressure, {0.0, -16.0, 0.0});
   // 5 q L / 8, q L^2 / 8 and 3 q L / 8.
   EXPECT_THAT(model.Report(), HasSubstr("1 22 11 \n4 17 6 \n"));

@@ -38,7 +38,7 @@ public:
     return *this;
   }
   OneBeam& Ends(int code) {
-    model.project.rotuleCodes = {code};
+    model.project.endCodes = {code};
     return *this;
   }
 
