@@ -7,7 +7,7 @@
 #include "algebra/MatriuRefusals.h"
 #include "algebra/ReaVec3.h"
 #include "algebra/ReaVecT.h"
-#include "algebra/Zero.h"
+#include "algebra/Tolerances.h"
 
 namespace kestol {
 

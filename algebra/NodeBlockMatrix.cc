@@ -7,7 +7,7 @@
 
 #include "algebra/Matriu.h"
 #include "algebra/ReaVecT.h"
-#include "algebra/Zero.h"
+#include "algebra/Tolerances.h"
 #include "main/ErrorChannel.h"
 #include "output/InfoFile.h"
 

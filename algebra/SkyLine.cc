@@ -10,7 +10,7 @@
 #include "algebra/Matriu.h"
 #include "algebra/ReaVecT.h"
 #include "algebra/Txolesky.h"
-#include "algebra/Zero.h"
+#include "algebra/Tolerances.h"
 #include "main/ErrorChannel.h"
 #include "output/InfoFile.h"
 

@@ -6,7 +6,7 @@
 
 #include "algebra/Matriu.h"
 #include "algebra/SkyLine.h"
-#include "algebra/Zero.h"
+#include "algebra/Tolerances.h"
 #include "main/ErrorChannel.h"
 #include "output/InfoFile.h"
 

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "algebra/ProfileBlocks.h"
-#include "algebra/Zero.h"
+#include "algebra/Tolerances.h"
 #include "output/InfoFile.h"
 
 namespace kestol {

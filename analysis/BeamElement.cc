@@ -1,6 +1,6 @@
 #include "analysis/BeamElement.h"
 
-#include "algebra/Zero.h"
+#include "algebra/Tolerances.h"
 #include "analysis/DistributedLoads.h"
 #include "analysis/MaterialOf.h"
 #include "analysis/MeshPart.h"
@@ -35,13 +35,13 @@ BeamElement::BeamElement(const Project& owner) : project(owner) {
   weight_.values = ReaVecT(owner.problemType == Plane ? 3 : 6);
 }
 
-void BeamElement::Take(const Elem& next) {
-  TakeAxes(next);
-  TakeStiffness();
-  TakeLoads();
+void BeamElement::SetElem(const Elem& next) {
+  SetAxes(next);
+  SetStiffness();
+  SetLoads();
 }
 
-void BeamElement::TakeAxes(const Elem& next) {
+void BeamElement::SetAxes(const Elem& next) {
   elem = &next;
   material = &MaterialOf(project, next);
   next.CalcTransfMatrixBeam(T, material, project.problemType);
@@ -49,7 +49,7 @@ void BeamElement::TakeAxes(const Elem& next) {
   endCode = project.EndCodeOf(next.number);
 }
 
-void BeamElement::TakeStiffness() {
+void BeamElement::SetStiffness() {
   // The material is given the squared length. No digit is lost: the rounded root of the rounded
   // square of a number is the number.
   material->ConstructLocalK(elem->number, L * L, project.problemType, endCode, Kii, Kij, Kjj);
@@ -61,20 +61,20 @@ bool BeamElement::HasLoads(const Elem& beam) const {
   return OwnWeight(project, own, own.A) > kZero;
 }
 
-void BeamElement::TakeLoads() {
+void BeamElement::SetLoads() {
   loads.clear();
-  const auto take = [this](const PreassureLT& load) {
+  const auto add = [this](const PreassureLT& load) {
     loads.push_back(LocalIntensities(load, *elem, T, project.problemType));
   };
   const double weight = OwnWeight(project, *material, material->A);
   if (weight > kZero) {
     const Vector3 q = WeightAlongGravity(project, weight);
     for (int i = 0; i < 3; ++i) weight_.values(i + 1) = q[i];
-    take(weight_);
+    add(weight_);
   }
   for (const PreassureLT* load = project.loads.Get(elem->number); load != nullptr;
        load = load->next.get())
-    take(*load);
+    add(*load);
 }
 
 void BeamElement::LocalDisplacements(const ReaVecT& global, double u1[6], double u2[6]) const {
@@ -96,8 +96,8 @@ void BeamElement::TurnStiffnessToGlobal() {
 void AddBeamStiffness(const Project& project, const MeshPart& mesh, NodeBlocks& K) {
   BeamElement beam(project);
   for (const auto [number, elem] : mesh.elems) {
-    beam.TakeAxes(*elem);
-    beam.TakeStiffness();
+    beam.SetAxes(*elem);
+    beam.SetStiffness();
     beam.TurnStiffnessToGlobal();
     const Node& end1 = *elem->nodes[0];
     const Node& end2 = *elem->nodes[1];
@@ -112,8 +112,8 @@ void AddBeamLoads(const Project& project, const MeshPart& mesh, ReaVecT& f) {
   BeamElement beam(project);
   for (const auto [number, elem] : mesh.elems) {
     if (!beam.HasLoads(*elem)) continue;
-    beam.TakeAxes(*elem);
-    beam.TakeLoads();
+    beam.SetAxes(*elem);
+    beam.SetLoads();
     const FixedMatrix<3, 3> toGlobal = RotationOf(beam.T);
     double* const entries1 = EntriesOf(f, *elem->nodes[0], dofs);
     double* const entries2 = EntriesOf(f, *elem->nodes[1], dofs);
@@ -137,8 +137,8 @@ void BeamStrengths(const Project& project, const MeshPart& mesh, const ReaVecT& 
   BeamElement beam(project);
   double u1[6] = {}, u2[6] = {};
   for (const auto [number, elem] : mesh.elems) {
-    beam.TakeAxes(*elem);
-    beam.TakeStiffness();
+    beam.SetAxes(*elem);
+    beam.SetStiffness();
     beam.LocalDisplacements(u, u1, u2);
     AddProduct(beam.Kii, u1, place);
     AddProduct(beam.Kij, u2, place);

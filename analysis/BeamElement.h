@@ -21,22 +21,23 @@ class BeamElement {
 public:
   explicit BeamElement(const Project& project);
 
-  /// Takes the next beam with everything below. Ends the run for a missing material, a beam of no
-  /// length, and axes or values that do not fit, in this order, then for loads that do not.
-  void Take(const Elem& elem);
+  /// Goes on to the next beam and sets everything below. Ends the run for a missing material, a
+  /// beam of no length, and axes or values that do not fit, in this order, then for loads that do
+  /// not.
+  void SetElem(const Elem& elem);
 
-  // The parts of Take, for those who need not all of them. TakeAxes comes first.
-  void TakeAxes(const Elem& elem);  ///< elem, material, T, L, endCode
-  void TakeStiffness();             ///< Kii, Kij, Kjj
-  void TakeLoads();                 ///< loads
+  // The parts of SetElem, for those who need not all of them. SetAxes comes first.
+  void SetAxes(const Elem& elem);  ///< elem, material, T, L, endCode
+  void SetStiffness();             ///< Kii, Kij, Kjj
+  void SetLoads();                 ///< loads
 
-  /// Whether a beam, taken or not, has weight or loads at all.
+  /// Whether a beam, this one or another, has weight or loads at all.
   bool HasLoads(const Elem& elem) const;
 
   /// The element's displacements at its two ends in local axes, from those of all equations.
   void LocalDisplacements(const ReaVecT& global, double u1[6], double u2[6]) const;
 
-  /// The stiffness from local to global axes, in place: K := T K T^T. TakeStiffness takes it anew.
+  /// The stiffness from local to global axes, in place: K := T K T^T. SetStiffness sets it anew.
   void TurnStiffnessToGlobal();
 
   const Project& project;
@@ -49,7 +50,7 @@ public:
   std::vector<BeamLoad> loads;  ///< own weight first, then the loads of the deck in input order
 
 private:
-  PreassureLT weight_{GlobalPressure};  ///< own weight of the beam in TakeLoads
+  PreassureLT weight_{GlobalPressure};  ///< own weight of the beam in SetLoads
 };
 
 /// Adds every element's stiffness.

@@ -2,7 +2,7 @@
 
 #include <cmath>
 
-#include "algebra/Zero.h"
+#include "algebra/Tolerances.h"
 #include "main/ErrorChannel.h"
 
 namespace kestol {

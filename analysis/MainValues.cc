@@ -5,7 +5,7 @@
 
 #include "algebra/FixedMatrix.h"
 #include "algebra/Matriu.h"
-#include "algebra/Zero.h"
+#include "algebra/Tolerances.h"
 #include "analysis/PointLayout.h"
 #include "analysis/Results.h"
 #include "input/Project.h"

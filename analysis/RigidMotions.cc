@@ -16,7 +16,7 @@
 #include <vector>
 
 #include "algebra/FixedMatrix.h"
-#include "algebra/Zero.h"
+#include "algebra/Tolerances.h"
 #include "analysis/NodeBlocks.h"
 #include "input/Project.h"
 

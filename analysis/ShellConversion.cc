@@ -19,7 +19,7 @@ std::uint64_t EdgeKey(const Node& a, const Node& b) {
 }
 
 /// Fills the mid-side places whose edges already have a node in another mesh of 6-noded triangles.
-void TakeMidSidesOfOtherMeshes(const Project& project, Mesh& mesh) {
+void ShareMidSidesOfOtherMeshes(const Project& project, Mesh& mesh) {
   std::unordered_map<std::uint64_t, Node*> midSides;
   for (const auto& other : project.meshes) {
     if (other.get() == &mesh || other->elemType != Triangle || other->nnode != 6) continue;
@@ -66,7 +66,7 @@ void ConvertTo6Nodes(Project& project, Mesh& mesh) {
     Fatal("error: trying to convert to 6 nodes a mesh that is not 3-noded triangles\n");
   const ElementsAround around(project, mesh);
   mesh.SetNnode(6);
-  TakeMidSidesOfOtherMeshes(project, mesh);
+  ShareMidSidesOfOtherMeshes(project, mesh);
   for (Elem* elem : around.Elements())
     for (int e = 0; e < 3; ++e) {
       if (elem->nodes[e + 3] != nullptr) continue;

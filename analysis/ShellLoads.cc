@@ -1,4 +1,4 @@
-#include "algebra/Zero.h"
+#include "algebra/Tolerances.h"
 #include "analysis/DistributedLoads.h"
 #include "analysis/MaterialOf.h"
 #include "analysis/MeshPart.h"
@@ -53,7 +53,7 @@ void AddShellLoads(const Project& project, const MeshPart& mesh, ReaVecT& f) {
     const PreassureLT* first = project.loads.Get(number);
     const double weight = OwnWeight(project, material, material.t);
     if (!(weight > kZero) && first == nullptr) continue;
-    shell.Take(*elem);
+    shell.SetElem(*elem);
     shell.Evaluate(points);
     if (weight > kZero) AddPerArea(forces, *elem, points, 0, WeightAlongGravity(project, weight));
     const Frame axes = FrameOf(shell.T);

@@ -1,6 +1,6 @@
 #include "analysis/ShellPoints.h"
 
-#include "algebra/Zero.h"
+#include "algebra/Tolerances.h"
 #include "analysis/MaterialOf.h"
 #include "analysis/Tri6.h"
 #include "input/Project.h"
@@ -9,7 +9,7 @@
 
 namespace kestol {
 
-void ShellElement::Take(const Elem& next) {
+void ShellElement::SetElem(const Elem& next) {
   elem = &next;
   material = &MaterialOf(project_, next);
   next.ShellAxes(T, T6, material);

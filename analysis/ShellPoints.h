@@ -28,9 +28,9 @@ class ShellElement {
 public:
   explicit ShellElement(const Project& project) : project_(project) {}
 
-  /// Takes the next element: its material, local axes and material matrices. Ends the run, in this
-  /// order, for a missing material, axes that do not exist, and values that are not positive.
-  void Take(const Elem& elem);
+  /// Goes on to the next element: its material, local axes and material matrices. Ends the run, in
+  /// this order, for a missing material, axes that do not exist, and values that are not positive.
+  void SetElem(const Elem& elem);
 
   /// The three-noded element: constant derivatives, everything sampled at the centroid. Ends the
   /// run with "error: element N has jacobian <=0\n".

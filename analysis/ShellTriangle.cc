@@ -102,7 +102,7 @@ void AddDrillingMoments(const Project& project, const Mesh& mesh, const ReaVecT&
   ShellElement shell(project);
   ShellPoints<N, P> points;
   for (auto [number, elem] : mesh.elems) {
-    shell.Take(*elem);
+    shell.SetElem(*elem);
     shell.Evaluate(points);
     const double drilling = DrillingStiffness(shell, points);
     const Vector3 normal = {shell.T(1, 3), shell.T(2, 3), shell.T(3, 3)};
@@ -123,7 +123,7 @@ void AddShellStiffness(const Project& project, const MeshPart& mesh, NodeBlocks&
   ShellPoints<N, P> points;
   Matriu global(6, 6);
   for (auto [number, elem] : mesh.elems) {
-    shell.Take(*elem);
+    shell.SetElem(*elem);
     shell.Evaluate(points);
     const Elasticity D(shell);
     const Block T = BlockOf<3, 3>(shell.T6, 1, 1), R = BlockOf<3, 3>(shell.T6, 4, 4);
@@ -147,7 +147,7 @@ void ShellResultants(const Project& project, const MeshPart& mesh, const ReaVecT
   ShellPoints<N, P> points;
   double* value = values.data.get();
   for (auto [number, elem] : mesh.elems) {
-    shell.Take(*elem);
+    shell.SetElem(*elem);
     shell.Evaluate(points);
     std::array<FixedMatrix<5, 1>, N> u;
     for (int i = 0; i < N; ++i) {

@@ -1,6 +1,6 @@
 #include <cmath>
 
-#include "algebra/Zero.h"
+#include "algebra/Tolerances.h"
 #include "analysis/DistributedLoads.h"
 #include "analysis/MaterialOf.h"
 #include "analysis/MeshPart.h"

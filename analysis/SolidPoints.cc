@@ -1,6 +1,6 @@
 #include "analysis/SolidPoints.h"
 
-#include "algebra/Zero.h"
+#include "algebra/Tolerances.h"
 #include "analysis/Tet10.h"
 #include "main/ErrorChannel.h"
 #include "model/Elem.h"

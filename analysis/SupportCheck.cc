@@ -5,7 +5,7 @@
 
 #include "algebra/ReaVec3.h"
 #include "algebra/Vector3.h"
-#include "algebra/Zero.h"
+#include "algebra/Tolerances.h"
 #include "input/Project.h"
 #include "main/ErrorChannel.h"
 

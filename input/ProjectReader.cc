@@ -7,7 +7,7 @@
 #include <memory>
 #include <string>
 
-#include "algebra/Zero.h"
+#include "algebra/Tolerances.h"
 #include "input/ConstraintsReader.h"
 #include "input/LoadsReader.h"
 #include "input/MappedWords.h"

@@ -4,7 +4,7 @@
 #include <cmath>
 #include <iterator>
 
-#include "algebra/Zero.h"
+#include "algebra/Tolerances.h"
 #include "input/ProjectReader.h"
 #include "input/SourceMap.h"
 #include "input/Words.h"

@@ -10,8 +10,8 @@ namespace kestol {
 std::optional<LoadedHinge> LoadedHingeOf(const Project& project, BeamElement& beam,
                                          const Elem& elem) {
   if (project.EndCodeOf(elem.number) != HingeAtEnd1 || !beam.HasLoads(elem)) return std::nullopt;
-  beam.TakeAxes(elem);
-  beam.TakeLoads();
+  beam.SetAxes(elem);
+  beam.SetLoads();
   const bool across = std::any_of(beam.loads.begin(), beam.loads.end(),
                                   [](const BeamLoad& q) { return q.qy != 0.0 || q.qz != 0.0; });
   if (!across) return std::nullopt;

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "algebra/Zero.h"
+#include "algebra/Tolerances.h"
 #include "main/ErrorChannel.h"
 #include "model/Elem.h"
 #include "model/Mesh.h"

@@ -7,7 +7,7 @@
 #include "algebra/FixedMatrix.h"
 #include "algebra/Matriu.h"
 #include "algebra/Vector3.h"
-#include "algebra/Zero.h"
+#include "algebra/Tolerances.h"
 #include "main/ErrorChannel.h"
 #include "model/EulerAngles.h"
 

@@ -4,7 +4,7 @@
 #include <numbers>
 
 #include "algebra/Matriu.h"
-#include "algebra/Zero.h"
+#include "algebra/Tolerances.h"
 #include "main/ErrorChannel.h"
 
 namespace kestol {

@@ -1,7 +1,7 @@
 #include <cmath>
 
 #include "algebra/Matriu.h"
-#include "algebra/Zero.h"
+#include "algebra/Tolerances.h"
 #include "main/ErrorChannel.h"
 #include "model/Material.h"
 

@@ -70,8 +70,8 @@ void WriteStrengths(const Project& project, const Results& results, int m, Outpu
            << mesh.ExternalNumber(elem->nodes[1]) << '\n';
     beam.loads.clear();
     if (beam.HasLoads(*elem)) {
-      beam.TakeAxes(*elem);
-      beam.TakeLoads();
+      beam.SetAxes(*elem);
+      beam.SetLoads();
     }
     const BeamEndForces ends = EndForcesOf(beam, stored);
     WriteEnd(ends.f1, dofs, output);

@@ -36,8 +36,8 @@ void WriteDisplacements(const Project& project, const Results& results, const Me
   file << "BDisplacements 4 1.0 Estatic 2 2 1 \"Beams\"\nX\nY\nZ\n";
   const std::int64_t D = project.NumOfDivisions;
   for (const auto [number, elem] : mesh.elems) {
-    beam.TakeAxes(*elem);
-    beam.TakeLoads();
+    beam.SetAxes(*elem);
+    beam.SetLoads();
     const BeamDisplacements displacements(beam, results.displacements);
     file << number;
     for (std::int64_t s = 0; s <= D; ++s) {
@@ -85,8 +85,8 @@ void WriteStrength(const Project& project, const Results& results, int m, int c,
   const std::int64_t D = project.NumOfDivisions;
   const double* ends = results.meshes[m].local.begin();
   for (const auto [number, elem] : project.meshes[m]->elems) {
-    beam.TakeAxes(*elem);
-    beam.TakeLoads();
+    beam.SetAxes(*elem);
+    beam.SetLoads();
     const BeamStrength strength(beam, ends, c);
     StationLine line(DiagramDirection(FrameOf(beam.T), project.problemType, c));
     ends += 2 * project.dofsPerNode;
@@ -101,7 +101,7 @@ void WriteAxes(const Project& project, const Mesh& mesh, BeamElement& beam, Outp
   file << "Local Axes Beam   4 1.0 Estatic 6 2 0 \"Beams\"\n";
   const int middle = project.NumOfDivisions / 2;
   for (const auto [number, elem] : mesh.elems) {
-    beam.TakeAxes(*elem);
+    beam.SetAxes(*elem);
     const ReaVec3 angles = FrameToAngles(beam.T);
     file << number;
     for (int s = 0; s < middle; ++s) file << " 1000 1000 1000\n";

@@ -16,7 +16,7 @@ void ForEachBeam(const Project& project, const Results* results, Action action) 
     if (project.meshes[m]->elemType != Linear) continue;
     const double* stored = results != nullptr ? results->meshes[m].local.begin() : nullptr;
     for (const auto [number, elem] : project.meshes[m]->elems) {
-      beam.TakeAxes(*elem);
+      beam.SetAxes(*elem);
       action(beam, *elem, stored);
       if (stored != nullptr) stored += 2 * project.dofsPerNode;
     }
@@ -123,7 +123,7 @@ BeamTable TableOfBeams(const Project& project, const Results& results, int stati
   Reserve(table, CountBeams(project));
   ForEachBeam(project, &results, [&](BeamElement& beam, const Elem& elem, const double* stored) {
     AddGeometry(beam, elem, table);
-    beam.TakeLoads();
+    beam.SetLoads();
     AddStations(beam, results, stored, table);
     table.ends.push_back(EndForcesOf(beam, stored));
   });

@@ -13,7 +13,7 @@ namespace {
 void AddToBeam(const Project& project, const Elem& elem, const PreassureLT& load,
                ElementLoads& sum) {
   BeamElement beam(project);
-  beam.TakeAxes(elem);
+  beam.SetAxes(elem);
   const Frame axes = FrameOf(beam.T);
   const BeamLoad q = LocalIntensities(load, elem, beam.T, project.problemType);
   sum.perLength = Plus(sum.perLength, axes.ToGlobal({q.qx, q.qy, q.qz}));

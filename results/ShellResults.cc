@@ -75,7 +75,7 @@ ShellForces ShellView::Mean() const {
   return mean;
 }
 
-const ShellView& ShellReader::Take(const Elem& elem, const double* stored) {
+const ShellView& ShellReader::Read(const Elem& elem, const double* stored) {
   const Material* const material = elem.GetMaterial(project_.materials);
   elem.ShellAxes(T_, T6_, material);
   view_.elem = &elem;

@@ -62,7 +62,7 @@ public:
   explicit ShellReader(const Project& project) : project_(project) {}
 
   /// `stored` are the element's values in Results::meshes; null: none.
-  const ShellView& Take(const Elem& elem, const double* stored);
+  const ShellView& Read(const Elem& elem, const double* stored);
 
 private:
   const Project& project_;
@@ -79,7 +79,7 @@ void ForEachShell(const Project& project, const Results* results, Action action)
     if (mesh.elemType != Triangle) continue;
     const double* stored = results != nullptr ? results->meshes[m].local.begin() : nullptr;
     for (const auto [number, elem] : mesh.elems) {
-      action(reader.Take(*elem, stored));
+      action(reader.Read(*elem, stored));
       if (stored != nullptr) stored += PointLayoutOf(project, mesh).PerElement();
     }
   }

@@ -5,7 +5,7 @@
 #include <limits>
 #include <numeric>
 
-#include "algebra/Zero.h"
+#include "algebra/Tolerances.h"
 #include "kestol/findings/Inspection.h"
 
 namespace kestol {

@@ -6,7 +6,7 @@
 #include <tuple>
 
 #include "algebra/Matriu.h"
-#include "algebra/Zero.h"
+#include "algebra/Tolerances.h"
 #include "input/ProjectReader.h"
 #include "kestol/findings/Geometry.h"
 #include "kestol/findings/Inspection.h"

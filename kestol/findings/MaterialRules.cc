@@ -4,7 +4,7 @@
 #include <map>
 #include <string>
 
-#include "algebra/Zero.h"
+#include "algebra/Tolerances.h"
 #include "kestol/findings/Geometry.h"
 #include "kestol/findings/Inspection.h"
 #include "kestol/findings/MaterialUse.h"

@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "algebra/Matriu.h"
-#include "algebra/Zero.h"
+#include "algebra/Tolerances.h"
 #include "analysis/ElementRoutines.h"
 
 #include "analysis/ShellPoints.h"
@@ -52,7 +52,7 @@ std::string ElementRefusal(const Project& project, const Elem& elem) {
       material->ConstructLocalK(elem.number, L * L, project.problemType, BothFixed, Kii, Kij, Kjj);
     } else if (elem.mesh->elemType == Triangle) {
       ShellElement shell(project);
-      shell.Take(elem);
+      shell.SetElem(elem);
       if (elem.nnode == 3) {
         ShellPoints<3, 1> points;
         shell.Evaluate(points);

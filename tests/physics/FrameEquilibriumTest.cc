@@ -60,7 +60,7 @@ TEST(FrameEquilibrium, HoldsForLocalLoadsAndCouples) {
     const auto project =
         RunDeck(SpaceFrame().LineLoad("local_pressure_loads", beam, "2 -3 4 5").Text());
     BeamElement element(*project);
-    element.Take(*project->meshes[0]->elems.Get(beam));
+    element.SetElem(*project->meshes[0]->elems.Get(beam));
     Vector3 total, couple;
     for (int i = 1; i <= 3; ++i) {
       const Matriu& T = element.T;

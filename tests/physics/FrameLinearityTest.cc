@@ -43,7 +43,7 @@ double WorkOfStrengths(const SolvedProject& project) {
   double u1[6] = {}, u2[6] = {};
   double work = 0.0;
   for (const auto [number, elem] : project.meshes[0]->elems) {
-    beam.Take(*elem);
+    beam.SetElem(*elem);
     beam.LocalDisplacements(project.results.displacements, u1, u2);
     for (int d = 0; d < dofs; ++d) work += f[d] * u1[d] + f[dofs + d] * u2[d];
     f += 2 * dofs;

@@ -5,7 +5,7 @@
 #include <ostream>
 
 #include "algebra/Txolesky.h"
-#include "algebra/Zero.h"
+#include "algebra/Tolerances.h"
 #include "output/InfoFile.h"
 
 namespace kestol {

@@ -76,7 +76,7 @@ inline std::vector<double> EndForces(const SolvedProject& project, int elemNumbe
         const double* const stored = project.results.meshes[m].local.begin() + 2 * dofs * position;
         forces.assign(stored, stored + 2 * dofs);
         BeamElement beam(project);
-        beam.Take(*elem);
+        beam.SetElem(*elem);
         for (const BeamLoad& load : beam.loads) {
           const BeamEndForces f =
               EquivalentEndForces(load, beam.L, project.problemType, beam.endCode);
@@ -104,7 +104,7 @@ inline std::vector<double> SupportForces(const SolvedProject& project, int nodeN
         if (elem->nodes[end] != &node) continue;
         const std::vector<double> forces = EndForces(project, number);
         BeamElement beam(project);
-        beam.Take(*elem);
+        beam.SetElem(*elem);
         for (int i = 1; i <= dofs; ++i)
           for (int j = 1; j <= dofs; ++j) sum[i - 1] += beam.T(i, j) * forces[end * dofs + j - 1];
       }

@@ -23,7 +23,7 @@ FrameDeck Upright() {
 TEST(BeamElement, TakesWeightFirstAndThenTheLoadsInInputOrder) {
   const auto project = ReadDeck(Upright().Text());
   BeamElement beam(*project);
-  beam.Take(ElemOf(*project, 5));
+  beam.SetElem(ElemOf(*project, 5));
   ASSERT_EQ(beam.loads.size(), 3U);
   EXPECT_DOUBLE_EQ(beam.loads[0].qx, -6.0);
   EXPECT_EQ(beam.loads[0].qy, 0.0);
@@ -35,9 +35,9 @@ TEST(BeamElement, ForgetsTheLoadsOfTheBeamBefore) {
   const auto project =
       ReadDeck(Upright().Node(3, 3, 2).Beam(6, 2, 3, 2).Material(2, "E=1 A=1 Iz=1").Text());
   BeamElement beam(*project);
-  beam.Take(ElemOf(*project, 5));
+  beam.SetElem(ElemOf(*project, 5));
   EXPECT_TRUE(beam.HasLoads(ElemOf(*project, 5)));
-  beam.Take(ElemOf(*project, 6));
+  beam.SetElem(ElemOf(*project, 6));
   EXPECT_TRUE(beam.loads.empty());
   EXPECT_FALSE(beam.HasLoads(ElemOf(*project, 6)));
   EXPECT_EQ(beam.L, 3.0);
@@ -46,7 +46,7 @@ TEST(BeamElement, ForgetsTheLoadsOfTheBeamBefore) {
 TEST(BeamElement, TurnsDisplacementsIntoLocalAxes) {
   const auto project = ReadDeck(Upright().Text());
   BeamElement beam(*project);
-  beam.Take(ElemOf(*project, 5));
+  beam.SetElem(ElemOf(*project, 5));
   ReaVecT global(6);
   for (int i = 1; i <= 6; ++i) global(i) = i;
   double u1[6], u2[6];
@@ -68,7 +68,7 @@ TEST(BeamElement, RefusesInItsOrder) {
   deck.Material(3, "E=1 A=1 Iz=1 Weight=1").LineLoad("face_loads", 4, "1 1");
   const auto project = ReadDeck(deck.Text());
   BeamElement beam(*project);
-  const auto take = [&](int number) { beam.Take(ElemOf(*project, number)); };
+  const auto take = [&](int number) { beam.SetElem(ElemOf(*project, number)); };
   EXPECT_FATAL(take(1), "error: Material in element: 1 doesn't exist\n");
   EXPECT_FATAL(take(2), "error: element: 2 has length 0\n");
   EXPECT_FATAL(take(3),
@@ -82,7 +82,7 @@ TEST(BeamElement, ABeamOutOfThePlaneIsRefused) {
       "problem a\ntype 2d\nmesh dimension 3 elemtype l nnode 2\ncoordinates\n1 0 0 0\n2 1 0 0.1\n"
       "end\nelements\n4 1 2 1\nend\nmaterials\n1 E=1 A=1 Iz=1\nend\n");
   BeamElement beam(*project);
-  EXPECT_FATAL(beam.Take(ElemOf(*project, 4)),
+  EXPECT_FATAL(beam.SetElem(ElemOf(*project, 4)),
                "error: element: 4 is not in the plane of a 2d problem\n");
 }
 
@@ -127,8 +127,8 @@ TEST(BeamElement, HasAWeightOnlyWhenBothOfItsFactorsArePositive) {
     BeamElement beam(*project);
     const Elem& elem = ElemOf(*project, 1);
     EXPECT_EQ(beam.HasLoads(elem), weighs) << keys;
-    beam.TakeAxes(elem);
-    beam.TakeLoads();
+    beam.SetAxes(elem);
+    beam.SetLoads();
     EXPECT_EQ(beam.loads.size(), weighs ? 1u : 0u) << keys;
   }
 }

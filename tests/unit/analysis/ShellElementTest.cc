@@ -64,7 +64,7 @@ TEST(ShellElement, PointsStandForTheAreaAndReproduceLinearFields) {
     const TestMesh mesh = Tilted(six);
     const auto project = ReadDeck(Deck(mesh, kPlate));
     ShellElement shell(*project);
-    shell.Take(*project->meshes[0]->elems.Get(1));
+    shell.SetElem(*project->meshes[0]->elems.Get(1));
     const Vector3 o = mesh.nodes[0];
     const double area = Norm(Cross(Minus(mesh.nodes[1], o), Minus(mesh.nodes[2], o))) / 2;
     const auto check = [&](const auto& points) {
@@ -100,7 +100,7 @@ TEST(ShellElement, PointsStandForTheAreaAndReproduceLinearFields) {
 TEST(ShellElement, LocalDegreesAreTheColumnsOfT6) {
   const auto project = ReadDeck(Deck(Tilted(false), kPlate));
   ShellElement shell(*project);
-  shell.Take(*project->meshes[0]->elems.Get(1));
+  shell.SetElem(*project->meshes[0]->elems.Get(1));
   for (int r = 0; r < 6; ++r) {
     double global[6] = {};
     global[r] = 1.0;
@@ -115,7 +115,7 @@ TEST(ShellElement, UniformTensionTurnsWithTheElement) {
     const TestMesh mesh = Tilted(six);
     const auto axes = ReadDeck(Deck(mesh, kPlate));
     ShellElement shell(*axes);
-    shell.Take(*axes->meshes[0]->elems.Get(1));
+    shell.SetElem(*axes->meshes[0]->elems.Get(1));
     std::string lines;
     for (std::size_t i = 0; i < mesh.nodes.size(); ++i) {
       const Vector3 d = Minus(mesh.nodes[i], mesh.nodes[0]);
@@ -182,7 +182,7 @@ TEST(ShellRefusals, JacobianOfAQuadrillionthIsEnough) {
     mesh.nodes[4] = {0.9 * h, (0.5 + y) * h, 0};
     const auto project = ReadDeck(Deck(mesh, kPlate));
     ShellElement shell(*project);
-    shell.Take(*project->meshes[0]->elems.Get(1));
+    shell.SetElem(*project->meshes[0]->elems.Get(1));
     ShellPoints<6, 3> points;
     shell.Evaluate(points);
     return 6 * points.weight[0];

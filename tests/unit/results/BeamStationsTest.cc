@@ -46,7 +46,7 @@ public:
   BeamElement& Solve() {
     ends = ReaVecT(2 * model.project.dofsPerNode);
     BeamStrengths(model.project, *model.project.meshes[0], model.results.displacements, ends);
-    beam.Take(*model.project.meshes[0]->elems.Get(1));
+    beam.SetElem(*model.project.meshes[0]->elems.Get(1));
     return beam;
   }
   double Strength(int c, double xi) {
