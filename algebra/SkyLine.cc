@@ -9,8 +9,8 @@
 #include "algebra/LargePages.h"
 #include "algebra/Matriu.h"
 #include "algebra/ReaVecT.h"
-#include "algebra/Txolesky.h"
 #include "algebra/Tolerances.h"
+#include "algebra/Txolesky.h"
 #include "main/ErrorChannel.h"
 #include "output/InfoFile.h"
 

@@ -1,9 +1,10 @@
+#include "analysis/ShellConversion.h"
+
 #include <algorithm>
 #include <cstdint>
 #include <unordered_map>
 
 #include "analysis/ElementsAround.h"
-#include "analysis/ShellConversion.h"
 #include "input/Project.h"
 #include "main/ErrorChannel.h"
 #include "model/Mesh.h"

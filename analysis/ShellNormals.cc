@@ -1,8 +1,9 @@
+#include "analysis/ShellNormals.h"
+
 #include <algorithm>
 #include <cmath>
 
 #include "analysis/ElementsAround.h"
-#include "analysis/ShellNormals.h"
 #include "input/Project.h"
 #include "main/ErrorChannel.h"
 #include "model/Mesh.h"

@@ -4,8 +4,8 @@
 #include <cmath>
 
 #include "algebra/ReaVec3.h"
-#include "algebra/Vector3.h"
 #include "algebra/Tolerances.h"
+#include "algebra/Vector3.h"
 #include "input/Project.h"
 #include "main/ErrorChannel.h"
 

@@ -3,8 +3,8 @@
 
 #include "algebra/FixedMatrix.h"
 #include "algebra/Matriu.h"
-#include "algebra/Vector3.h"
 #include "algebra/Tolerances.h"
+#include "algebra/Vector3.h"
 #include "main/ErrorChannel.h"
 #include "model/Elem.h"
 #include "model/EulerAngles.h"

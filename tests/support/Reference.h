@@ -4,8 +4,8 @@
 #include <cmath>
 #include <ostream>
 
-#include "algebra/Txolesky.h"
 #include "algebra/Tolerances.h"
+#include "algebra/Txolesky.h"
 #include "output/InfoFile.h"
 
 namespace kestol {

@@ -60,7 +60,7 @@ TEST(Reactions, AssembleOnceMoreInGlobalAxesAndDropTheSolver) {
   K->AddBlock(1, 1, Matriu(3, 3));  // of the solution, to be forgotten
   ComputeStrengths(*project, std::move(K), project->results, nullptr);
   ASSERT_NE(heir, nullptr);
-  ASSERT_EQ(heir->blocks.size(), 6u);  // three of each beam
+  ASSERT_EQ(heir->blocks.size(), 6u);               // three of each beam
   EXPECT_NEAR(heir->blocks[0](1, 1), 1.0, 1e-12);   // EA, not turned away
   EXPECT_NEAR(heir->blocks[0](2, 2), 12.0, 1e-12);  // 12 EI
   EXPECT_EQ(PrintedReaction(*project, 1, 2), 200.0);
@@ -117,7 +117,8 @@ TEST(Reactions, OfAnInclinedRollerAreShownInFullByASpringOfNoStiffness) {
   const auto partly = RunDeck(deck.Support(2, "010 0 0 0 Euler3=0.5235987755982988").Text());
   const auto fully = RunDeck(shown.Support(2, "210 0 0 0 Euler3=0.5235987755982988").Text());
   EXPECT_EQ(PrintedReaction(*partly, 2, 1), 0.0);
-  EXPECT_NEAR(PrintedReaction(*fully, 2, 1), -1000.0, 1e-6);  // the roller pushes with 1000 / sin 30
+  EXPECT_NEAR(PrintedReaction(*fully, 2, 1), -1000.0,
+              1e-6);  // the roller pushes with 1000 / sin 30
   for (const auto& project : {partly.get(), fully.get()})
     EXPECT_NEAR(PrintedReaction(*project, 2, 2), 1732.0508, 1e-4);
 }
