@@ -9,6 +9,7 @@
 
 #include "algebra/Tolerances.h"
 #include "input/ConstraintsReader.h"
+#include "input/HingesReader.h"
 #include "input/LoadsReader.h"
 #include "input/MappedWords.h"
 #include "input/MaterialReader.h"
@@ -122,8 +123,8 @@ void ReadSupports(Statement& s) {
   ReadConstraints(s.project, s.input, s.map);
 }
 
-void ReadHinges(Statement& s) {
-  ReadRotules(s.project, s.input, s.map);
+void ReadHingeNodes(Statement& s) {
+  ReadHinges(s.project, s.input, s.map);
 }
 
 void ReadNodeLoads(Statement& s) {
@@ -285,7 +286,7 @@ constexpr Keyword kKeywords[] = {
     {"materials",                       Match::Whole,  Value::None, ReadMaterialSection    },
     {"constraints",                     Match::Whole,  Value::None, ReadSupports           },
     {"nodal_point_loads",               Match::Whole,  Value::None, ReadNodeLoads          },
-    {"rotules",                         Match::Whole,  Value::None, ReadHinges             },
+    {"rotules",                         Match::Whole,  Value::None, ReadHingeNodes         },
     {"global_pressure_loads",           Match::Whole,  Value::None, ReadElementLoads       },
     {"global_projected_pressure_loads", Match::Whole,  Value::None, ReadElementLoads       },
     {"local_pressure_loads",            Match::Whole,  Value::None, ReadElementLoads       },

@@ -9,6 +9,6 @@ class TextInput;
 /// Reads the rotules section (the deck's word for hinges), one node number per line, up to and with
 /// the line that ends it: marks nodes where beams meet through a hinge, and the project as having
 /// such nodes.
-void ReadRotules(Project& project, TextInput& input, SourceMap* map = nullptr);
+void ReadHinges(Project& project, TextInput& input, SourceMap* map = nullptr);
 
 }  // namespace kestol

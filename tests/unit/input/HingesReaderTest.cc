@@ -1,6 +1,6 @@
 #include <string>
 
-#include "input/RotulesReader.h"
+#include "input/HingesReader.h"
 #include "input/Words.h"
 #include "tests/support/ExpectFatal.h"
 #include "tests/support/SmallModel.h"
@@ -9,16 +9,16 @@ namespace kestol {
 
 namespace {
 
-class RotulesReader : public ::testing::Test {
+class HingesReader : public ::testing::Test {
 protected:
-  RotulesReader() {
+  HingesReader() {
     small.AddMesh(Linear, 2);
     for (int number = 1; number <= 5; ++number) small.AddNode(number, number, 0);
   }
 
   std::string Read(const std::string& lines) {
     TextInput input(lines + "\nend rotules\nbehind\n");
-    ReadRotules(project, input);
+    ReadHinges(project, input);
     return ReadWord(input);
   }
 
@@ -28,7 +28,7 @@ protected:
 
 // --- the section ------------------------------------------------------------------------------
 
-TEST_F(RotulesReader, SectionMarksItsNodes) {
+TEST_F(HingesReader, SectionMarksItsNodes) {
   EXPECT_EQ(Read("# hinges\n 2 anything behind\n= 4"), "behind");
   EXPECT_TRUE(project.hasHinges);
   const int expected[] = {0, 1, 0, 1, 0};
@@ -36,12 +36,12 @@ TEST_F(RotulesReader, SectionMarksItsNodes) {
   EXPECT_TRUE(project.endCodes.empty());
 }
 
-TEST_F(RotulesReader, EmptySectionLeavesTheProjectWithoutRotules) {
+TEST_F(HingesReader, EmptySectionLeavesTheProjectWithoutRotules) {
   EXPECT_EQ(Read(""), "behind");
   EXPECT_FALSE(project.hasHinges);
 }
 
-TEST_F(RotulesReader, UnknownNodeEndsTheRun) {
+TEST_F(HingesReader, UnknownNodeEndsTheRun) {
   const char* const text = "error: Trying to assign rotule to unknown node\n";
   EXPECT_FATAL(Read("6"), text);
   EXPECT_FATAL(Read("0"), text);
@@ -49,20 +49,20 @@ TEST_F(RotulesReader, UnknownNodeEndsTheRun) {
   EXPECT_FATAL(Read("1"), text);
 }
 
-TEST_F(RotulesReader, NumberThatNothingFollowsEndsTheRun) {
+TEST_F(HingesReader, NumberThatNothingFollowsEndsTheRun) {
   TextInput input(std::string("2\n3"));
-  EXPECT_FATAL(ReadRotules(project, input), "Not reading correctly the rotules. Number=3\n");
+  EXPECT_FATAL(ReadHinges(project, input), "Not reading correctly the rotules. Number=3\n");
 }
 
-TEST_F(RotulesReader, LastLineWithoutNewlineIsALine) {
+TEST_F(HingesReader, LastLineWithoutNewlineIsALine) {
   TextInput input(std::string("3 "));
-  EXPECT_FATAL(ReadRotules(project, input), "can't find word ***end*** in input file\n");
+  EXPECT_FATAL(ReadHinges(project, input), "can't find word ***end*** in input file\n");
   EXPECT_EQ(small.NodeOf(3).isHinge, 1);
 }
 
-TEST_F(RotulesReader, MissingEndEndsTheRun) {
+TEST_F(HingesReader, MissingEndEndsTheRun) {
   TextInput input(std::string("3\n"));
-  EXPECT_FATAL(ReadRotules(project, input), "can't find word ***end*** in input file\n");
+  EXPECT_FATAL(ReadHinges(project, input), "can't find word ***end*** in input file\n");
 }
 
 }  // namespace

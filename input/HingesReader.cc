@@ -1,4 +1,4 @@
-#include "input/RotulesReader.h"
+#include "input/HingesReader.h"
 
 #include "input/NodeSections.h"
 #include "input/Project.h"
@@ -10,7 +10,7 @@ namespace kestol {
 
 namespace {
 
-void ReadRotule(Project& project, TextInput& input, int nodeNumber) {
+void ReadHinge(Project& project, TextInput& input, int nodeNumber) {
   Node* const node = FindNode(project, nodeNumber);
   if (node == nullptr) Fatal("error: Trying to assign rotule to unknown node\n");
   node->isHinge = true;
@@ -20,9 +20,9 @@ void ReadRotule(Project& project, TextInput& input, int nodeNumber) {
 
 }  // namespace
 
-void ReadRotules(Project& project, TextInput& input, SourceMap* map) {
+void ReadHinges(Project& project, TextInput& input, SourceMap* map) {
   const RecordList list{input, map, RecordKind::Hinge, input.RecordOffset()};
-  ReadRecords(list, [&](int nodeNumber) { ReadRotule(project, input, nodeNumber); });
+  ReadRecords(list, [&](int nodeNumber) { ReadHinge(project, input, nodeNumber); });
   TakeEnd(list);
 }
 
