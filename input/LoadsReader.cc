@@ -60,17 +60,6 @@ void ReadNodalLoad(Project& project, TextInput& input, int nodeNumber) {
 
 // --- distributed loads ------------------------------------------------------------------------
 
-struct LoadSection {
-  std::string_view keyword;
-  LoadKind kind;
-};
-constexpr LoadSection kLoadSections[] = {
-    {"global_pressure_loads",           GlobalPressure },
-    {"global_projected_pressure_loads", GlobalProjected},
-    {"local_pressure_loads",            LocalPressure  },
-    {"face_loads",                      FaceLoad       },
-};
-
 /// The first mesh that has an element of this number.
 const Mesh& MeshOfElement(const Project& project, int elemNumber) {
   for (const auto& mesh : project.meshes)

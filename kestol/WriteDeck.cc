@@ -7,6 +7,7 @@
 #include <utility>
 #include <vector>
 
+#include "input/LoadsReader.h"
 #include "input/Project.h"
 
 namespace kestol {
@@ -285,15 +286,15 @@ int TypeOfElement(const Project& project, int number) {
 /// The sections of the loads that stand at the same place in the chains of their elements.
 void WriteLoadSections(const std::vector<LoadOfElement>& loads, ProblemType problemType,
                        std::ostream& stream) {
-  constexpr const char* kKeywords[] = {"local_pressure_loads", "global_pressure_loads",
-                                       "global_projected_pressure_loads", "face_loads"};
   for (int kind = LocalPressure; kind <= FaceLoad; ++kind) {
     const auto isOfKind = [kind](const LoadOfElement& on) { return on.load->kind == kind; };
     if (std::none_of(loads.begin(), loads.end(), isOfKind)) continue;
-    stream << kKeywords[kind] << '\n';
+    const std::string_view keyword =
+        std::ranges::find(kLoadSections, kind, &LoadSection::kind)->keyword;
+    stream << keyword << '\n';
     for (const LoadOfElement& on : loads)
       if (isOfKind(on)) WriteLoad(on, problemType, stream);
-    stream << "end " << kKeywords[kind] << '\n';
+    stream << "end " << keyword << '\n';
   }
 }
 

@@ -131,10 +131,9 @@ private:
 
 void CaseReader::ReadStatement() {
   const std::string word = LowerCase(scanner_.PeekWord());
-  for (const std::string_view section :
-       {"nodal_point_loads", "global_pressure_loads", "global_projected_pressure_loads",
-        "local_pressure_loads", "face_loads"})
-    if (word == section) return ReadSection(word, &CaseReader::ReadLoad);
+  const bool isOfElements = std::ranges::any_of(
+      kLoadSections, [&](const LoadSection& section) { return section.keyword == word; });
+  if (isOfElements || word == "nodal_point_loads") return ReadSection(word, &CaseReader::ReadLoad);
   if (word == "constraints") return ReadSection(word, &CaseReader::ReadSettlement);
   if (word == "units_names") return ReadUnitNames();
   for (const std::string_view keyword : {"units_mesh", "units_mat_and_load", "units_res"})
