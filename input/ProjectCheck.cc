@@ -16,9 +16,8 @@ void CheckElementNumbers(const Project& project) {
       const bool repeated = std::any_of(
           project.meshes.begin(), mesh,
           [n = number](const auto& earlier) { return earlier->elems.Get(n) != nullptr; });
-      if (repeated) {
+      if (repeated)
         Fatal("error: All elements must have different number. Check elm num: ", number, "\n");
-      }
     }
   }
 }
@@ -27,9 +26,8 @@ void CheckTetrahedra(Project& project) {
   const auto count = std::count_if(project.meshes.begin(), project.meshes.end(),
                                    [](const auto& mesh) { return mesh->elemType == Tetrahedra; });
   if (count == 0) return;
-  if (count != static_cast<std::ptrdiff_t>(project.meshes.size())) {
+  if (count != static_cast<std::ptrdiff_t>(project.meshes.size()))
     Fatal("error: Element tetrahedra cannot be mixed with any other element type");
-  }
   project.DoSmoothing = true;
   project.dofsPerNode = 3;
 }

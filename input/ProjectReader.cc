@@ -16,7 +16,6 @@
 #include "input/NearestWord.h"
 #include "input/Project.h"
 #include "input/ProjectCheck.h"
-#include "input/RotulesReader.h"
 #include "input/SourceMap.h"
 #include "input/Words.h"
 #include "main/ErrorChannel.h"
@@ -89,9 +88,7 @@ int CountOf(const Plex<Elem>& elems) {
 void ReadMeshBlock(Statement& s) {
   Project& project = s.project;
   auto& meshes = project.meshes;
-  if (meshes.size() == kMaxMeshes) {
-    Fatal("error: maximum number of meshes is: ", kMaxMeshes, "\n");
-  }
+  if (meshes.size() == kMaxMeshes) Fatal("error: maximum number of meshes is: ", kMaxMeshes, "\n");
   meshes.push_back(meshes.empty() ? std::make_unique<Mesh>() : std::make_unique<Mesh>(*meshes[0]));
   Mesh& mesh = *meshes.back();
   try {
@@ -141,9 +138,8 @@ void SetUnitsMesh(Statement& s) {
   Units& units = s.project.units;
   const auto found = std::find_if(units.table.begin(), units.table.end(),
                                   [&](const UnitSystem& row) { return row.nameM == s.value; });
-  if (found == units.table.end()) {
+  if (found == units.table.end())
     Fatal("error: Unit length name '", s.value, "' has not been previously defined\n");
-  }
   if (!IsUnitFactor(found->facM)) Fatal("error: Units_mesh must be a positive number\n");
   units.meshLength = found->facM;
 }
@@ -151,9 +147,8 @@ void SetUnitsMesh(Statement& s) {
 void SetUnitsMatAndLoad(Statement& s) {
   Units& units = s.project.units;
   const UnitSystem& system = FindUnits(units, s.value);
-  if (!IsUnitFactor(system.facN) || !IsUnitFactor(system.facM)) {
+  if (!IsUnitFactor(system.facN) || !IsUnitFactor(system.facM))
     Fatal("error: units_mat_and_load must be two positive numbers\n");
-  }
   units.materialForce = system.facN;
   units.materialLength = system.facM;
 }
@@ -161,9 +156,8 @@ void SetUnitsMatAndLoad(Statement& s) {
 void SetUnitsRes(Statement& s) {
   Units& units = s.project.units;
   const UnitSystem& system = FindUnits(units, s.value);
-  if (!IsUnitFactor(system.facN) || !IsUnitFactor(system.facM)) {
+  if (!IsUnitFactor(system.facN) || !IsUnitFactor(system.facM))
     Fatal("error: units_res must be two positive numbers and three names\n");
-  }
   units.resultForce = system.facN;
   units.resultLength = system.facM;
   units.resultForceName = system.nameN;
@@ -192,16 +186,14 @@ void SetNumOfDivisions(Statement& s) {
 void SetDoSmoothing(Statement& s) {
   s.project.DoSmoothing = true;
   s.project.smoothingAngle = RealOf(s.value);
-  if (!IsAngle(s.project.smoothingAngle)) {
+  if (!IsAngle(s.project.smoothingAngle))
     Fatal("error: DoSmoothing must have angle >0 and <PI rad\n");
-  }
 }
 
 void SetCoplanarityAngle(Statement& s) {
   s.project.CoplanarityAngle = RealOf(s.value);
-  if (!IsAngle(s.project.CoplanarityAngle)) {
+  if (!IsAngle(s.project.CoplanarityAngle))
     Fatal("error: CoplanarityAngle must have angle >0 and <PI rad\n");
-  }
 }
 
 bool IsTolerance(double tolerance) {
@@ -238,9 +230,8 @@ void SetSolver(Statement& s) {
   const auto found = std::find_if(std::begin(kNames), std::end(kNames), [&](const Name& row) {
     return StartsWithAnyCase(s.value, row.name);
   });
-  if (found == std::end(kNames)) {
+  if (found == std::end(kNames))
     Fatal("error: type of solver must be: Automatic, SkyLine, Double or Sparse\n");
-  }
   s.project.solverChoice = found->choice;
   if (found->choice == SolveSparse) ReadSparseArguments(s);
 }
@@ -250,9 +241,8 @@ void SetGravityDirection(Statement& s) {
   const double y = RealOf(ReadNextNumber(s));
   const double z = RealOf(ReadNextNumber(s));
   const double length = std::hypot(x, y, z);
-  if (!(length >= kZero) || !std::isfinite(length)) {
+  if (!(length >= kZero) || !std::isfinite(length))
     Fatal("error: GravityDirection must be a vector no null");
-  }
   s.project.gravity = ReaVec3(x / length, y / length, z / length);
 }
 
@@ -401,11 +391,10 @@ void ReadMappedKeyword(Project& project, TextInput& input, std::string_view word
   const bool accepted =
       RefuseInto(map, statement.record, [&] { ReadKeyword(row, statement, glued); });
   if (!accepted) {
-    if (HasValue(row)) {
+    if (HasValue(row))
       SkipValue(input);
-    } else {
+    else
       SkipToKeyword(input);
-    }
   }
   input.Unmark();
 }
@@ -474,27 +463,24 @@ void ReadKeywords(Project& project, TextInput& input, SourceMap* map) {
     // The first word of a mesh block whose keyword is missing is read again as such.
     const bool isOfMesh = LowerCase(word) == kMeshWords[DimensionWord];
     if (map == nullptr || !isOfMesh) input.Advance(word.size());
-    if (word[0] == '#') {
+    if (word[0] == '#')
       SkipRestOfLine(input);
-    } else {
+    else
       ReadStatement(project, input, word, map);
-    }
   }
 }
 
 void ReadProject(Project& project, TextInput& input, SourceMap* map) {
-  if (map == nullptr) {
+  if (map == nullptr)
     ReadHeading(project, input);
-  } else {
+  else
     ReadMappedHeading(project, input, *map);
-  }
   ReadKeywords(project, input, map);
   input.BeginRecord(TextInput::kNowhere);
-  if (map == nullptr) {
+  if (map == nullptr)
     CheckProject(project);
-  } else {
+  else
     RefuseInto(*map, {RecordKind::Problem, 0, TextInput::kNowhere}, [&] { CheckProject(project); });
-  }
 }
 
 }  // namespace kestol

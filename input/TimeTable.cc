@@ -41,11 +41,10 @@ double TimeTable::CpuMilliseconds() {
 
 TimeTable::Handle TimeTable::Start(const char* name) {
   Node* const saved = current_;
-  if (saved == nullptr) {
+  if (saved == nullptr)
     Open(name);
-  } else {
+  else
     current_ = ChildNamed(name);
-  }
   return {saved, milliseconds_(), table_};
 }
 
@@ -84,9 +83,8 @@ void TimeTable::Stop(const Handle& handle) {
 void TimeTable::ErrorNotice(std::ostream& stream) {
   if (current_ == nullptr) return;
   stream << " Current time table stack:\n\n";
-  for (const Node* node = current_; node != nullptr; node = node->parent) {
+  for (const Node* node = current_; node != nullptr; node = node->parent)
     stream << "\t" << node->name << "\n";
-  }
   stream << "\n";
   report_ << "\n\n *** Time Table not produced due to error ***\n\n";
   Close();
@@ -114,15 +112,13 @@ void TimeTable::WriteNode(Node& node, int depth) {
   const double percent = parentSeconds == 0.0 ? 100.0 : seconds * 100.0 / parentSeconds;
   WriteLine(node.name, depth, seconds, percent, node.uses);
 
-  for (Node* child = node.firstChild; child != nullptr; child = child->next) {
+  for (Node* child = node.firstChild; child != nullptr; child = child->next)
     WriteNode(*child, depth + 1);
-  }
   if (!(seconds > kShortPhase) || node.childSeconds == 0.0) return;
   const double rest = seconds - node.childSeconds;
   const double restPercent = rest * 100.0 / seconds;
-  if (rest > kSmallRest && restPercent > kSmallRest) {
+  if (rest > kSmallRest && restPercent > kSmallRest)
     WriteLine("Other operations", depth + 1, rest, restPercent, 0);
-  }
 }
 
 void TimeTable::WriteLine(const char* name, int depth, double seconds, double percent, int uses) {

@@ -38,9 +38,8 @@ UnitSystem ParseRow(std::string_view line) {
   row.namePa = TakeName(line);
   const std::optional<double> facN = TakeReal(line);
   const std::optional<double> facM = TakeReal(line);
-  if (!facN || !facM) {
+  if (!facN || !facM)
     Fatal("error: 'units_names' items should be: name nameN nameM namePa facN facM\n");
-  }
   row.facN = *facN;
   row.facM = *facM;
   return row;
@@ -118,9 +117,8 @@ const UnitSystem& FindUnits(const Units& units, std::string_view name) {
   const auto found =
       std::lower_bound(units.table.begin(), units.table.end(), name,
                        [](const UnitSystem& row, std::string_view key) { return row.name < key; });
-  if (found == units.table.end() || found->name != name) {
+  if (found == units.table.end() || found->name != name)
     Fatal("error: Unit name '", name, "' has not been previously defined\n");
-  }
   return *found;
 }
 
@@ -144,9 +142,8 @@ UnitFactors DefaultFactors(const Units& units) {
 }
 
 UnitFactors FactorsOf(const Units& units, const UnitSystem& system) {
-  if (!IsUnitFactor(system.facN) || !IsUnitFactor(system.facM)) {
+  if (!IsUnitFactor(system.facN) || !IsUnitFactor(system.facM))
     Fatal("error: factors of unit system '", system.name, "' must be two positive numbers\n");
-  }
   return {system.facN / units.resultForce, system.facM / units.resultLength};
 }
 

@@ -80,9 +80,8 @@ std::size_t ParseReal(std::string_view text, double& value) {
   }
   if (result.ptr == digits) return 0;
   // Too large is infinity, too small what is left of it.
-  if (result.ec == std::errc::result_out_of_range) {
+  if (result.ec == std::errc::result_out_of_range)
     value = std::strtod(std::string(digits, result.ptr).c_str(), nullptr);
-  }
   if (*begin == '-') value = -value;
   return static_cast<std::size_t>(result.ptr - begin);
 }
@@ -124,13 +123,11 @@ void SkipSpace(TextInput& input) {
 }
 
 void SkipToRecord(TextInput& input) {
-  for (int c = input.Peek(); IsSpace(c) || IsPairSign(c) || c == '#'; c = input.Peek()) {
-    if (c == '#') {
+  for (int c = input.Peek(); IsSpace(c) || IsPairSign(c) || c == '#'; c = input.Peek())
+    if (c == '#')
       SkipRestOfLine(input);
-    } else {
+    else
       input.Get();
-    }
-  }
 }
 
 std::string ReadWord(TextInput& input) {
@@ -221,9 +218,8 @@ int IntegerOf(std::string_view text) {
   std::uint64_t magnitude = 0;
   const auto result = std::from_chars(text.data(), text.data() + text.size(), magnitude, base);
   constexpr std::uint64_t kLargest = std::numeric_limits<int>::max();
-  if (result.ec == std::errc::result_out_of_range || magnitude > kLargest + (negative ? 1 : 0)) {
+  if (result.ec == std::errc::result_out_of_range || magnitude > kLargest + (negative ? 1 : 0))
     OutOfRange();
-  }
   const auto value = static_cast<std::int64_t>(magnitude);
   return static_cast<int>(negative ? -value : value);
 }
