@@ -118,7 +118,7 @@ void RefuseUnsolved(const Project& project, int result) {
 Results AssembleAndSolve(const Project& project, StiffnessMatrix& K, std::ostream* info) {
   BuildStructure(project, K, info);
   Progress(info, "Just before filling global stiffness matrix\n");
-  AddStiffnessOfAllMeshes(project, K, BlockAxes::Constraint);
+  AddStiffnessOfAllMeshes(project, K, BlockAxes::Support);
   Progress(info, "Stiffness matrix filled\n");
 
   Results results;

@@ -35,7 +35,7 @@ NodeBlocks::NodeBlocks(const Project& project, BlockSink& matrix, BlockAxes axes
     : project_(project), matrix_(matrix), axes_(axes), dofs_(project.dofsPerNode) {}
 
 void NodeBlocks::Add(const Node& a, const Node& b, Matriu& K) {
-  if (axes_ == BlockAxes::Constraint && (a.constraint || b.constraint)) Turn(a, b, K);
+  if (axes_ == BlockAxes::Support && (a.constraint || b.constraint)) Turn(a, b, K);
   const Node* first = &a;
   const Node* second = &b;
   if (first->number > second->number) {  // the solvers keep the upper half

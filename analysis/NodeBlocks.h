@@ -14,7 +14,7 @@ struct Node;
 
 /// In which axes node blocks go into the matrix: those of inclined supports (the system to solve)
 /// or global axes (the reaction pass).
-enum class BlockAxes { Global = 0, Constraint = 1 };
+enum class BlockAxes { Global = 0, Support = 1 };
 
 /// The axes of a node's inclined support as columns, the same for translations and rotations; none
 /// for any other node. Ends the run for axes that leave the plane of a plane problem.

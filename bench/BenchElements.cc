@@ -86,7 +86,7 @@ void Stiffness(benchmark::State& state, Family family) {
         K.AddNodePair(elem->nodes[i]->number, elem->nodes[j]->number, project->dofsPerNode);
   K.Allocate(project->dofsPerNode);
   for (auto _ : state) {
-    NodeBlocks blocks(*project, K, BlockAxes::Constraint);
+    NodeBlocks blocks(*project, K, BlockAxes::Support);
     RoutinesFor(mesh).addStiffness(*project, mesh, blocks);
   }
   state.SetItemsProcessed(state.iterations() * ElementCount(mesh));

@@ -46,7 +46,7 @@ SolveSettings SettingsFor(Project& project, const SolveOptions& options) {
 
 void AssembleSupported(const Project& project, StiffnessMatrix& K, std::ostream* info) {
   BuildStructure(project, K, info);
-  AddStiffnessOfAllMeshes(project, K, BlockAxes::Constraint);
+  AddStiffnessOfAllMeshes(project, K, BlockAxes::Support);
   ReaVecT nothing(K.NumDegrees());
   ForEachHeldDegree(project, [&](int equation, int code, double value) {
     if (code == Prescribed) K.Prescribe(equation, 0.0, nothing);

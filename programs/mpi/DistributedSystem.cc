@@ -14,7 +14,7 @@ DistributedSystem::DistributedSystem(const Project& project, const Partition& pa
     : project_(project), partition_(partition) {
   const ElementShare share = ElementsOnOwnNodes(project, partition);
   rows_ = std::make_unique<OwnRows>(partition, OwnGraph(project, partition), project.dofsPerNode);
-  AddStiffness(project, share.Parts(), *rows_, BlockAxes::Constraint);
+  AddStiffness(project, share.Parts(), *rows_, BlockAxes::Support);
   ForEachHeldDegree(project, [&](int equation, int code, double value) {
     if (code == Spring && partition.IsOwn((equation - 1) / project.dofsPerNode))
       rows_->AddToDiagonal(equation, value);

@@ -38,7 +38,7 @@ public:
 /// Meets what the solver would refuse first, in its order.
 void MeetFirstRefusal(const Project& project) {
   DiscardedBlocks nowhere;
-  AddStiffness(project, WholeMeshes(project), nowhere, BlockAxes::Constraint);
+  AddStiffness(project, WholeMeshes(project), nowhere, BlockAxes::Support);
   LoadsOfDeck(project);
 }
 

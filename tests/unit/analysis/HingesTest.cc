@@ -2,7 +2,7 @@
 #include <vector>
 
 #include "analysis/Hinges.h"
-#include "input/RotulesReader.h"
+#include "input/HingesReader.h"
 #include "input/Words.h"
 #include "tests/support/ExpectFatal.h"
 #include "tests/support/SmallModel.h"
@@ -20,7 +20,7 @@ protected:
 
   std::string Read(const std::string& lines) {
     TextInput input(lines + "\nend rotules\nbehind\n");
-    ReadRotules(project, input);
+    ReadHinges(project, input);
     return ReadWord(input);
   }
 

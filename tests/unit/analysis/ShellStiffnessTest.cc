@@ -197,7 +197,7 @@ TEST_P(ShellStiffness, BlocksOfInclinedSupportsAreTurnedFromBothSides) {
   Matriu expected = ExpectedStiffness(GetParam());
   TurnNode(expected, 1, 6, EulerRotation(0.3, 0, 0.7));
   TurnNode(expected, 3, 6, EulerRotation(0, -0.4, 0));
-  ExpectEqual(GlobalStiffness(*ReadDeck(deck), BlockAxes::Constraint), expected, 1e-12);
+  ExpectEqual(GlobalStiffness(*ReadDeck(deck), BlockAxes::Support), expected, 1e-12);
   ExpectEqual(GlobalStiffness(*ReadDeck(deck)), ExpectedStiffness(GetParam()), 1e-12);
 }
 
