@@ -7,6 +7,7 @@
 #include "algebra/SkyLine.h"
 #include "algebra/SparseSolver.h"
 #include "analysis/BeamElement.h"
+#include "analysis/MeshPart.h"
 #include "input/Project.h"
 
 namespace kestol {

@@ -9,6 +9,7 @@
 #include "algebra/SparseSolver.h"
 #include "analysis/Counts.h"
 #include "analysis/ElementRoutines.h"
+#include "analysis/MeshPart.h"
 #include "analysis/PointLayout.h"
 #include "analysis/ShellConversion.h"
 #include "analysis/ShellNormals.h"

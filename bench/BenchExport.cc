@@ -8,6 +8,7 @@
 #include <string>
 
 #include "analysis/BeamElement.h"
+#include "analysis/MeshPart.h"
 #include "programs/common/OutputFile.h"
 #include "programs/common/ResultGrid.h"
 #include "programs/common/ResultJson.h"

@@ -7,6 +7,7 @@
 #include <string>
 
 #include "analysis/BeamElement.h"
+#include "analysis/MeshPart.h"
 #include "output/OutputText.h"
 #include "output/VemoFiles.h"
 #include "tests/support/SmallModel.h"
