@@ -143,8 +143,8 @@ int RecordsBehind(const SourceMap& map, std::uint64_t begin) {
 std::string MissingEndText(const Inspection& deck, const Refusal& refusal) {
   if (refusal.message.empty()) return "the section has no end: the deck ends first";
   const int count = RecordsBehind(deck.map, refusal.record.offset);
-  return "the section has no end: " + Quoted(refusal.message) + " and its " +
-         std::to_string(count) + (count == 1 ? " record are" : " records are") + " swallowed";
+  return "the section has no end: " + Quoted(refusal.message) + " and " + std::to_string(count) +
+         (count == 1 ? " record are swallowed" : " records are swallowed");
 }
 
 std::string UnknownWordText(const Refusal& refusal) {
@@ -202,28 +202,40 @@ void RefuseElemType(Inspection& deck, int element) {
   }
 }
 
+/// What the reader said of a record that it gave up.
+void AddReaderRefusal(Inspection& deck, const Refusal& refusal) {
+  const auto& [kind, number, offset] = refusal.record;
+  const NamedRefusal* const name = NameOf(refusal);
+  const std::string_view code = name == nullptr ? "syntax" : name->code;
+  if (code == "syntax")
+    AddReaderText(deck, refusal);
+  else if (code != kOwnRule)
+    deck.AddCode(code, Severity::Error, At(refusal), WithoutLineEnd(refusal.message));
+  if (kind == RecordKind::Keyword && number == KeywordOf("mesh")) SpoilMesh(deck);
+  if (code != kOwnRule || name->text == kBothEqual) deck.Spoil(kind, number, offset);
+  if (number < 1 && IsNumbered(kind)) deck.AddUnnumbered(kind);
+  if (name != nullptr && name->text == kUnknownType) RefuseElemType(deck, number);
+}
+
+/// A list that runs into the next section, or to the end of the deck.
+void AddMissingEnd(Inspection& deck, const Refusal& refusal) {
+  // Without supports the deck is cut off: nobody knows what was to come.
+  if (refusal.message.empty() && !deck.HasKeyword("constraints")) {
+    SpoilMesh(deck);
+    SpoilSections(deck);
+  }
+  deck.AddCode("missing-end", Severity::Error, At(refusal), MissingEndText(deck, refusal));
+}
+
 void AddRefusal(Inspection& deck, const Refusal& refusal) {
   const auto& [kind, number, offset] = refusal.record;
   const bool isSaid = deck.IsSpoiltAt(offset);
   switch (refusal.cause) {
     case Cause::UnknownNode:
       return;
-    case Cause::Reader: {
-      const NamedRefusal* const name = NameOf(refusal);
-      if (isSaid) return;
-      if (name == nullptr)
-        AddReaderText(deck, refusal);
-      else if (name->code == "syntax")
-        AddReaderText(deck, refusal);
-      else if (name->code != kOwnRule)
-        deck.AddCode(name->code, Severity::Error, At(refusal), WithoutLineEnd(refusal.message));
-      if (kind == RecordKind::Keyword && number == KeywordOf("mesh")) SpoilMesh(deck);
-      if (name == nullptr || name->code != kOwnRule || name->text == kBothEqual)
-        deck.Spoil(kind, number, offset);
-      if (number < 1 && IsNumbered(kind)) deck.AddUnnumbered(kind);
-      if (name != nullptr && name->text == kUnknownType) RefuseElemType(deck, number);
+    case Cause::Reader:
+      if (!isSaid) AddReaderRefusal(deck, refusal);
       return;
-    }
     case Cause::TooFewValues:
       if (isSaid) return;
       deck.AddCode("syntax", Severity::Error, At(refusal),
@@ -240,13 +252,7 @@ void AddRefusal(Inspection& deck, const Refusal& refusal) {
       if (kind == RecordKind::MeshWord) deck.Spoil(kind, number, offset);
       return;
     case Cause::MissingEnd:
-      // Without supports the deck is cut off: nobody knows what was to come.
-      if (refusal.message.empty() && !deck.HasKeyword("constraints")) {
-        SpoilMesh(deck);
-        SpoilSections(deck);
-      }
-      deck.AddCode("missing-end", Severity::Error, At(refusal), MissingEndText(deck, refusal));
-      return;
+      return AddMissingEnd(deck, refusal);
     case Cause::WordInText:
       deck.AddCode("keyword-in-text", Severity::Warning, At(refusal),
                    Quoted(refusal.word) + " is taken as the keyword " + Quoted(refusal.message));
