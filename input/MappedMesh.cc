@@ -220,7 +220,8 @@ void CorrectNodesPerElement(Mesh& mesh, TextInput& input, SourceMap& map) {
   const auto written = static_cast<int>(CommonCount(lines));
   const int meant = written - 2;  // without the element's number and that of its material
   const bool fits = written == 1 + mesh.nnode || meant == mesh.nnode;
-  if (written == 0 || fits || lines.size() < 3 || !AreNumbered(lines) ||
+  const bool mayRunOn = written < 1 + mesh.nnode && lines.size() < 3;
+  if (written == 0 || fits || mayRunOn || !AreNumbered(lines) ||
       std::find(kCounts.begin(), kCounts.end(), meant) == kCounts.end())
     return;
   RefuseHeading(map, NnodeWord,
