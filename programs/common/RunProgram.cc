@@ -1,6 +1,5 @@
 #include "programs/common/RunProgram.h"
 
-#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -36,14 +35,15 @@ void PrintRefusal(const std::string& deck, const FatalError& refusal) {
   PrintRefusal(deck, refusal, refusal.Line() > 0 ? "syntax" : "model");
 }
 
+// Nothing is opened: the writer of a pipe would take the end of that for the end of its reader.
 void RequireReadable(const std::string& deck) {
   struct stat status {};
-  const int file = ::open(deck.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
-  const bool isFolder = file >= 0 && ::fstat(file, &status) == 0 && S_ISDIR(status.st_mode);
-  const int reason = isFolder ? EISDIR : errno;
-  if (file >= 0) ::close(file);
-  if (file < 0 || isFolder)
-    throw ProgramError("can't open file " + deck + ": " + std::strerror(reason));
+  int reason = 0;
+  if (::stat(deck.c_str(), &status) != 0 || ::access(deck.c_str(), R_OK) != 0)
+    reason = errno;
+  else if (S_ISDIR(status.st_mode))
+    reason = EISDIR;
+  if (reason != 0) throw ProgramError("can't open file " + deck + ": " + std::strerror(reason));
 }
 
 int RunProgram(const std::string& program, const std::string& deck,
