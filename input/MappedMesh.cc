@@ -53,6 +53,16 @@ struct PassedWords {
   }
 };
 
+/// How a word of the text stands for a word of the block.
+enum class Spelling { Right, Glued, Near, Other };
+
+Spelling SpellingOf(const FoundWord& word, std::string_view name) {
+  constexpr int kApart = 3;
+  if (word.text == name) return Spelling::Right;
+  if (GluedTo(name, word.text)) return Spelling::Glued;
+  return NearestWord(word.text, {&name, 1}, kApart).empty() ? Spelling::Other : Spelling::Near;
+}
+
 /// Whether the word is the value of elemtype, whose keyword was left out.
 bool IsElemType(std::string_view word) {
   constexpr std::string_view kTypes[] = {"linear", "triangle", "tetrahedra", "quadrilateral",
@@ -97,17 +107,15 @@ void FindMappedMeshWord(TextInput& input, SourceMap& map, MeshWordNumber which) 
     }
     if ((word->startsLine && IsKeyword(word->text)) || IsLaterWord(word->text, which)) break;
     if (IsList(which) && word->startsLine && word->text == "end") break;
-    const bool glued = GluedTo(name, word->text).has_value();
-    constexpr int kApart = 3;
-    const bool near =
-        !glued && word->text != name && !NearestWord(word->text, {&name, 1}, kApart).empty();
-    if (!glued && !near && word->text != name) {
+    const Spelling spelling = SpellingOf(*word, name);
+    if (spelling == Spelling::Other) {
       passed.Pass(*word, which);
       continue;
     }
+    const bool glued = spelling == Spelling::Glued;
     if (glued)
       map.Refuse(record, Cause::Reader, NotFound(name));
-    else if (near)
+    else if (spelling == Spelling::Near)
       map.Refuse(record, Cause::UnknownWord, name, word->written);
     else if (inComment)
       map.Refuse({RecordKind::MeshWord, which, inComment->offset}, Cause::TextAsKeyword, name,

@@ -87,6 +87,7 @@ Mechanisms Describe(const Project& project, const Parts& parts, const ScaledSyst
                     const std::vector<ReaVecT>& null, int explained) {
   const std::vector<RigidMotion> motions = FreeRigidMotions(project, parts);
   std::vector<ReaVecT> rigid;
+  rigid.reserve(motions.size());
   for (const RigidMotion& motion : motions)
     rigid.push_back(DisplacementsOf(project, parts, motion));
   const double size = SizeOfParts(parts);

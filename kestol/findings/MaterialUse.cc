@@ -60,6 +60,7 @@ std::vector<UsedMaterial> UsedMaterials(const Inspection& deck) {
     entry.longest = std::max(entry.longest, elem.Length());
   });
   std::vector<UsedMaterial> list;
+  list.reserve(used.size());
   for (auto& [key, entry] : used) list.push_back(std::move(entry));
   return list;
 }

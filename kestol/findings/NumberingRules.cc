@@ -70,6 +70,20 @@ void FindDoubleHinges(Inspection& deck) {
   }
 }
 
+/// Numbers of elements that two meshes use.
+void FindDoubleElements(Inspection& deck) {
+  const auto& meshes = deck.project.meshes;
+  for (std::size_t m = 1; m < meshes.size(); ++m)
+    for (const auto [number, elem] : meshes[m]->elems)
+      for (std::size_t earlier = 0; earlier < m; ++earlier) {
+        if (meshes[earlier]->elems.Get(number) == nullptr) continue;
+        const std::vector<std::uint64_t> records = deck.RecordsOf(RecordKind::Element, number);
+        if (records.size() < 2 || deck.IsSpoiltAt(records[1])) continue;
+        AddDuplicate(deck, RecordKind::Element, "element", number, records[0], records[1]);
+        break;
+      }
+}
+
 }  // namespace
 
 void FindDuplicateNumbers(Inspection& deck) {
@@ -90,16 +104,7 @@ void FindDuplicateNumbers(Inspection& deck) {
                        list[i].offset);
     });
   FindDoubleHinges(deck);
-  const auto& meshes = deck.project.meshes;
-  for (std::size_t m = 1; m < meshes.size(); ++m)
-    for (const auto [number, elem] : meshes[m]->elems)
-      for (std::size_t earlier = 0; earlier < m; ++earlier) {
-        if (meshes[earlier]->elems.Get(number) == nullptr) continue;
-        const std::vector<std::uint64_t> records = deck.RecordsOf(RecordKind::Element, number);
-        if (records.size() < 2 || deck.IsSpoiltAt(records[1])) continue;
-        AddDuplicate(deck, RecordKind::Element, "element", number, records[0], records[1]);
-        break;
-      }
+  FindDoubleElements(deck);
 }
 
 // --- gaps -------------------------------------------------------------------------------------
@@ -124,7 +129,7 @@ std::vector<Gap> GapsOf(std::vector<SourceMap::Record>& list) {
 }
 
 std::string RangeText(const Gap& gap) {
-  const std::string first = std::to_string(gap.first);
+  std::string first = std::to_string(gap.first);
   if (gap.first == gap.last) return first;
   return first + (gap.last == gap.first + 1 ? " and " : " to ") + std::to_string(gap.last);
 }

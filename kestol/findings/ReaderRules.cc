@@ -131,9 +131,7 @@ int RecordsBehind(const SourceMap& map, std::uint64_t begin) {
     if (kind == RecordKind::ListStop) {
       if (stopped) break;
       stopped = true;
-    } else if (stopped && kind >= RecordKind::Node && kind < RecordKind::ListStop) {
-      ++count;
-    } else if (stopped && kind == RecordKind::UnitSystem) {
+    } else if (stopped && (kind >= RecordKind::Node || kind == RecordKind::UnitSystem)) {
       ++count;
     }
   }

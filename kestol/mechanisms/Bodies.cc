@@ -24,6 +24,7 @@ namespace {
 
 std::vector<int> IndicesOf(const Elem& elem) {
   std::vector<int> indices;
+  indices.reserve(static_cast<std::size_t>(elem.nnode));
   for (int i = 0; i < elem.nnode; ++i) indices.push_back(elem.nodes[i]->number);
   return indices;
 }
