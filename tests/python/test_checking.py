@@ -29,7 +29,8 @@ def test_every_kind_of_finding(deck):
     found = kestol.check(deck)
     assert found
     wanted = by_program(deck)
-    members = ("code", "severity", "text", "file", "line", "column", "endColumn", "nodes", "elements")
+    members = ("code", "severity", "text", "file", "line", "column", "endColumn", "nodes",
+               "elements")
     assert [(f.code, f.severity, f.text, f.file, *place(f), f.nodes, f.elements)
             for f in found] == [tuple(f[member] for member in members) for f in wanted]
 

@@ -86,17 +86,20 @@ TEST(SourceMap, RefusedRecordOfAListIsGivenUpAlone) {
                                          "Not reading correctly the constraints. Number=1\n"));
   EXPECT_EQ(map.Refusals()[0].record.number, 2);
   EXPECT_EQ(deck.substr(map.Refusals()[1].record.offset, 5), "9 111");
-  EXPECT_EQ(project.materials.Get(2), nullptr);
+  // It stays for the elements that refer to it, without the value that was refused.
+  ASSERT_NE(project.materials.Get(2), nullptr);
+  EXPECT_EQ(project.materials.Get(2)->E1, -1.0);  // not given
   EXPECT_EQ(project.materials.Get(3)->E1, 3.0);
   EXPECT_NE(project.meshes[0]->nodes->Get(2)->constraint, nullptr);
 }
 
+// The element that refers to the node has no mistake of its own.
 TEST(SourceMap, RecordThatRunsIntoTheNextLineIsGivenUpFromItsOwn) {
   const SourceMap map = MapOf(std::string(kHeader) +
                               "mesh dimension 2 elemtype Linear nnode 2\ncoordinates\n"
                               "1 0 0\n2 0\nend coordinates\nelements\n1 1 2\nend\n");
-  EXPECT_THAT(Messages(map), ElementsAre("error: node: 2 has not correct coordinates\n", "2"));
-  EXPECT_EQ(map.Refusals()[1].cause, SourceMap::Cause::UnknownNode);
+  EXPECT_THAT(Messages(map), ElementsAre("error: node: 2 has not correct coordinates\n"));
+  EXPECT_EQ(map.Refusals()[0].record.number, 2);
 }
 
 TEST(SourceMap, ReadingGoesOnAtTheNextKeyword) {
