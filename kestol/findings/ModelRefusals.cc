@@ -7,7 +7,6 @@
 #include "algebra/Matriu.h"
 #include "algebra/Tolerances.h"
 #include "analysis/ElementRoutines.h"
-
 #include "analysis/ShellPoints.h"
 #include "analysis/ShellTriangle.h"
 #include "analysis/SolidPoints.h"

@@ -7,9 +7,7 @@
 namespace kestol {
 
 ScaledSystem::ScaledSystem(const LinearSystem& system, SolverName solver)
-    : system_(system),
-      solver_(solver),
-      scale_(system.SupportedDiagonal()) {
+    : system_(system), solver_(solver), scale_(system.SupportedDiagonal()) {
   for (double& entry : scale_) {
     const double diagonal = std::abs(entry);
     entry = diagonal > 0.0 ? 1.0 / std::sqrt(diagonal) : 1.0;
