@@ -21,7 +21,8 @@ std::string Counted(int count, const char* what) {
 void PrintFindings(const std::string& deck, const Findings& findings, bool quiet) {
   const bool colour = WantsColour(stderr);
   for (const Finding& finding : findings.list)
-    if (!quiet || finding.severity == Severity::Error) std::fputs(FindingText(deck, finding, colour).c_str(), stderr);
+    if (!quiet || finding.severity == Severity::Error)
+      std::fputs(FindingText(deck, finding, colour).c_str(), stderr);
   if (quiet) return;
   const int errors = findings.Count(Severity::Error), warnings = findings.Count(Severity::Warning);
   std::string text = deck + ": ";

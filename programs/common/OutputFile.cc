@@ -140,7 +140,8 @@ void RefuseSharedNames(const std::vector<std::string>& names) {
     const bool direct = name != "-" && StatusOf(name, status) && !S_ISREG(status.st_mode);
     if (direct) continue;  // devices may take more than one
     std::error_code failed;
-    const auto place = std::filesystem::weakly_canonical(std::filesystem::absolute(name), failed).string();
+    const auto place =
+        std::filesystem::weakly_canonical(std::filesystem::absolute(name), failed).string();
     if (std::find(places.begin(), places.end(), place) != places.end())
       throw ProgramError("two outputs have the name " + name);
     places.push_back(place);

@@ -317,7 +317,7 @@ class Results:
 
     @property
     def reactions_in_support_axes(self) -> Floats:
-        """(supports, 6): the same in the axes of turned supports."""
+        """(supports, 6): the same in the axes of inclined supports."""
         return self._solution.array("reactions_in_support_axes")
 
     @property

@@ -1,8 +1,8 @@
 #include <fstream>
 
+#include "kestol/LoadedHinges.h"
 #include "kestol/ReadDeck.h"
 #include "kestol/combine/CaseReader.h"
-#include "kestol/LoadedHinges.h"
 #include "kestol/combine/Superposition.h"
 #include "tests/support/ExpectFatal.h"
 
