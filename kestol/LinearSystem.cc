@@ -83,8 +83,9 @@ LinearSystem::~LinearSystem() = default;
 void LinearSystem::Factorise() {
   if (factorised_) return;
   error.Clear();
-  const int result = matrix_->Factorise(info_);
-  if (result != 0) RefuseUnsolved(project_, result);
+  // What a failure leaves of the matrix must not be factorised as if it were one.
+  if (failure_ == 0) failure_ = matrix_->Factorise(info_);
+  if (failure_ != 0) RefuseUnsolved(project_, failure_);
   factorised_ = true;
 }
 

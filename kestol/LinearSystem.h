@@ -120,6 +120,7 @@ private:
   std::unique_ptr<StiffnessMatrix> matrix_;             // supported
   mutable std::unique_ptr<StiffnessMatrix> stiffness_;  // K; null until it is asked for
   bool factorised_ = false;
+  int failure_ = 0;  // of the factorisation
 };
 
 /// The answer of the program itself, to the same digits: one solution by the deck's solver (or
