@@ -119,7 +119,7 @@ void Solution::TakeReactions() {
     reactions.between.push_back(support.between);
     reactions.values.push_back(Joined(force));
     reactions.inSupportAxes.push_back(
-        Joined(IsInclined(*support.node) ? InSupportAxes(*support.node, force) : force));
+        Joined(SupportForceInItsAxes(*project, results, *support.node)));
     reactions.printed.push_back(printed != nullptr ? printed->values : Six{});
   }
 }

@@ -1,5 +1,7 @@
 #include "programs/common/FindingJson.h"
 
+#include <span>
+
 #include "programs/common/FindingMessages.h"
 #include "programs/common/JsonWriter.h"
 
@@ -9,12 +11,6 @@ std::string WholeText(const Finding& finding) {
   std::string text = finding.text;
   for (const std::string& line : finding.more) text += "\n" + line;
   return text;
-}
-
-void WriteNumbers(JsonWriter& json, std::string_view key, const std::vector<int>& numbers) {
-  json.Key(key).BeginArray();
-  for (const int number : numbers) json.Value(number);
-  json.EndArray();
 }
 
 void WriteFindings(JsonWriter& json, const std::string& file, const std::vector<Finding>& findings,
@@ -29,8 +25,8 @@ void WriteFindings(JsonWriter& json, const std::string& file, const std::vector<
     json.Member("column", std::int64_t{finding.column});
     json.Member("endColumn", std::int64_t{finding.endColumn});
     json.Member("text", WholeText(finding));
-    WriteNumbers(json, "nodes", finding.nodes);
-    WriteNumbers(json, "elements", finding.elements);
+    json.Member("nodes", std::span<const int>(finding.nodes));
+    json.Member("elements", std::span<const int>(finding.elements));
     json.EndObject();
   }
   json.EndArray();

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "kestol/Mechanisms.h"
@@ -13,9 +12,6 @@ class JsonWriter;
 
 /// The text of a finding with its further lines.
 std::string WholeText(const Finding& finding);
-
-/// The member `key`: an array of numbers of the deck.
-void WriteNumbers(JsonWriter& json, std::string_view key, const std::vector<int>& numbers);
 
 /// The member "findings". `file` is the name of the deck.
 void WriteFindings(JsonWriter& json, const std::string& file, const std::vector<Finding>& findings,

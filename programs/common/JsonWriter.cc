@@ -96,6 +96,12 @@ JsonWriter& JsonWriter::Value(std::span<const double> values) {
   return EndArray();
 }
 
+JsonWriter& JsonWriter::Value(std::span<const int> values) {
+  BeginArray();
+  for (const int value : values) Value(value);
+  return EndArray();
+}
+
 void JsonWriter::Quote(std::string_view text) {
   constexpr char kHex[] = "0123456789abcdef";
   output_ << '"';

@@ -37,6 +37,7 @@ public:
 
   /// An array of numbers on one line.
   JsonWriter& Value(std::span<const double> values);
+  JsonWriter& Value(std::span<const int> values);
 
   template <class T>
   JsonWriter& Member(std::string_view key, const T& value) {

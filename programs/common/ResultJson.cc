@@ -1,6 +1,7 @@
 #include "programs/common/ResultJson.h"
 
 #include <algorithm>
+#include <span>
 
 #include "results/ElementLoads.h"
 #include "results/ShellResults.h"
@@ -183,6 +184,14 @@ void WriteLoads(JsonWriter& json, const ResultData& data) {
   json.EndArray();
 }
 
+/// What the report prints at a node; null: nothing, which is 0.
+void WritePrinted(JsonWriter& json, const Project& project, const Reaction* printed) {
+  json.Key("printed").BeginArray();
+  for (int d = 0; d < project.dofsPerNode; ++d)
+    json.Value(printed == nullptr ? 0.0 : printed->values[static_cast<std::size_t>(d)]);
+  json.EndArray();
+}
+
 }  // namespace
 
 void WriteUnitsMember(JsonWriter& json, const UnitNames& units) {
@@ -202,21 +211,14 @@ void WriteReactionsMember(JsonWriter& json, const Project& project, const Result
     const NodeForces force = SupportForce(project, results, *supported.node);
     json.NewLine().BeginObject();
     json.Member("node", supported.number);
-    if (supported.number == 0) {
-      json.Key("between").BeginArray();
-      for (const int corner : supported.between) json.Value(corner);
-      json.EndArray();
-    }
+    if (supported.number == 0) json.Member("between", std::span<const int>(supported.between));
     WriteForceMembers(json, force);
     if (IsInclined(*supported.node)) {
       json.Key("inSupportAxes").BeginObject();
-      WriteForceMembers(json, InSupportAxes(*supported.node, force));
+      WriteForceMembers(json, SupportForceInItsAxes(project, results, *supported.node));
       json.EndObject();
     }
-    if (const Reaction* const printed = FindReaction(results, supported.node->number))
-      json.Member("printed",
-                  std::span<const double>(printed->values.data(),
-                                          static_cast<std::size_t>(project.dofsPerNode)));
+    WritePrinted(json, project, FindReaction(results, supported.node->number));
     json.EndObject();
   }
   json.EndArray();
