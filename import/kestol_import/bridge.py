@@ -24,8 +24,16 @@ def read_with_meshio(path: str) -> Mesh:
         raise Refusal("files of this kind need the package python3-meshio", CODE,
                       Place(path)) from None
     suffix = pathlib.Path(path).suffix or "no suffix"
-    with refusing(path, CODE, f"meshio cannot read this file ({suffix})"):
-        return convert(path, meshio.read(path))
+    with refusing(path, CODE, f"meshio cannot read this file ({suffix})") as heard:
+        mesh = convert(path, meshio.read(path))
+    mesh.warnings += warnings_in(heard.getvalue())
+    return mesh
+
+
+def warnings_in(heard: str) -> list[str]:
+    """What meshio warned of, each once: what it leaves out would be missed in the deck."""
+    said = [" ".join(part.split()) for part in heard.split("Warning: ")[1:]]
+    return [f"meshio: {text}" for text in dict.fromkeys(said)]
 
 
 def convert(path: str, read: Any) -> Mesh:

@@ -185,6 +185,8 @@ def read_mesh(options: argparse.Namespace, messages: Messages) -> Mesh:
             del data
             from .bridge import read_with_meshio
             mesh = read_with_meshio(path)
+    for text in mesh.warnings:
+        messages.warn(text, "reader", Place(path))
     if not len(mesh.points) or not any(len(b.nodes) for b in mesh.blocks.values()):
         raise Refusal("the mesh has no cells", "mesh", Place(path))
     for text in mesh.notes:

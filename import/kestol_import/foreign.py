@@ -10,12 +10,13 @@ from .errors import Place, Refusal
 
 
 @contextlib.contextmanager
-def refusing(path: str, code: str, text: str) -> Iterator[None]:
-    """Turns any failure within into the Refusal "text: what was said"; nothing is printed."""
+def refusing(path: str, code: str, text: str) -> Iterator[io.StringIO]:
+    """Turns any failure within into the Refusal "text: what was said"; nothing is printed, and
+    what is said without a failure is in the text that this gives."""
     heard = io.StringIO()
     try:
         with contextlib.redirect_stdout(heard), contextlib.redirect_stderr(heard):
-            yield
+            yield heard
     except (Refusal, MemoryError):
         raise
     except (Exception, SystemExit) as failure:

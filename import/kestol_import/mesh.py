@@ -94,6 +94,7 @@ class Mesh:
     blocks: dict[str, Block]
     groups: dict[str, Group]
     notes: list[str] = field(default_factory=list)
+    warnings: list[str] = field(default_factory=list)
     merged: Ints | None = None  # for each point the one that stands for it
 
     def dimensions(self, group: Group) -> list[int]:

@@ -504,40 +504,6 @@ class OtherFormats(Case):
                 self.assertEqual(done.returncode, 2, done.stderr)
                 self.assertRegex(done.stderr, rf"^{re.escape(name)}: error: .* \[mesh\]\n$")
 
-    def test_from_mesh_to_deck_to_grid_to_deck(self):
-        """The deck as a grid of VTK, imported again: the same displacements."""
-        self.mesh("box.msh", BOX, "-3", "-order", "2")
-        self.write("box.toml", RECIPE)
-        self.made("box.msh", "box.toml", "-o", "model.dat")
-        first = self.solve()
-        deck = first.deck
-        held = np.zeros(len(deck.nodes), np.int64)
-        held[[n - 1 for n, codes, _ in deck.supports]] = 1
-        forces = {}
-        for number, force in deck.forces:
-            forces[number] = forces.get(number, np.zeros(3)) + force
-        marks = np.zeros(len(deck.nodes), np.int64)
-        marks[[n - 1 for n in forces]] = range(1, len(forces) + 1)
-        numbers = sorted(deck.elements)
-        cells = np.array([deck.elements[n][0] for n in numbers]) - 1
-        meshio.write(self.folder / "model.vtu", meshio.Mesh(
-            np.array([deck.nodes[n] for n in sorted(deck.nodes)]), [("tetra10", cells)],
-            cell_data={"material": [np.array([deck.elements[n][1] for n in numbers])]},
-            point_data={"held": held, "forced": marks}))
-        recipe = ['[material.s]\ngroups = ["material:1"]\n' + STEEL,
-                  '[support.f]\ngroups = ["held:1"]\ncodes = "111"\n']
-        recipe += [f'[load.{k}]\ngroups = ["forced:{k}"]\nforce = {list(map(float, f))}\n'
-                   for k, f in enumerate(forces.values(), 1)]
-        self.write("again.toml", "".join(recipe))
-        self.made("model.vtu", "again.toml", "-o", "again.dat")
-        # surface loads are no part of a grid: they are compared by the deck's own lines
-        again = self.read("again.dat")
-        loads = [line for line in self.read("model.dat").split("# load \"roof\"")[1].split("\n")]
-        stop = next(k for k, line in enumerate(loads) if "nodal_point_loads" in line) - 1
-        self.write("again.dat", again + "\n" + "\n".join(loads[1:stop]) + "\n")
-        second = self.solve("again.dat")
-        self.assertEqual(second.displacements, first.displacements)
-
 
 if __name__ == "__main__":
     unittest.main()
