@@ -1,10 +1,12 @@
 // What the page says is what kestol-export writes, bit for bit.
 
 import assert from 'node:assert/strict';
-import {readdirSync} from 'node:fs';
+import {copyFileSync, readdirSync} from 'node:fs';
+import {basename, join} from 'node:path';
 import {after, before, test} from 'node:test';
 
-import {combined, drawnBox, example, exported, open, openBrowser, pageOf, settled} from './support.mjs';
+import {combined, deckOf, drawnBox, example, exported, folder, open, openBrowser, pageOf, settled}
+  from './support.mjs';
 
 /** @type {import('playwright-core').Browser} */ let browser;
 before(async () => { browser = await openBrowser(); });
@@ -156,3 +158,68 @@ test('--cases: cases, combinations and envelopes are those of kestol-combine', a
   assert.deepEqual(page.noise, []);
   await page.close();
 });
+
+/** The largest or smallest of each number, whatever stands around it. */
+function extremes(side, documents) {
+  const [first] = documents;
+  if (typeof first === 'number') return side > 0 ? Math.max(...documents) : Math.min(...documents);
+  if (Array.isArray(first)) return first.map((_, k) => extremes(side, documents.map((d) => d[k])));
+  if (!first || typeof first !== 'object') return first;
+  return Object.fromEntries(Object.keys(first).map((key) =>
+    [key, extremes(side, documents.map((d) => d[key]))]));
+}
+
+for (const [name, load, quantity, stresses] of [
+  ['12-plate-under-pressure.dat', '45 500 300 40 0 0 0', 'mises-top',
+   ({shells}) => shells.map(({points}) => points.map(({top, bottom}) => [top, bottom]))],
+  ['20-solid-cantilever.dat', '354 5 0 3', 'mises',
+   ({solids, nodalStresses}) => [solids.map(({points}) => points.map((p) => p.stress)),
+                                 nodalStresses.map((n) => [n.stress, n.vonMises])]]])
+  test(`${name}: envelopes are those of each combination's stresses`, async () => {
+    // The two combinations have stresses of opposite sign: their extremes together belong to none.
+    const deck = join(folder, basename(name));
+    copyFileSync(example(name), deck);
+    deckOf(`nodal_point_loads\n${load}\nend nodal_point_loads\n`, 'other.dat');
+    const file = deckOf(`model = "${name}"\n[cases.G]\nloads = "model"\n[cases.Q]\n` +
+      'loads = "other.dat"\n[combinations]\nA = {G = 1, Q = 0.5}\nB = {G = -1, Q = 1}\n', 'two.toml');
+    const page = await open(browser, await pageOf(deck, {options: ['--cases', file]}));
+    const document = await combined(file);
+    const results = document.combinations.map(({result}) => result);
+    const show = async (one) => {
+      assert.ok(await page.evaluate((n) => window.kestol.setResult(n), one));
+      return page.evaluate(() => window.kestol.result);
+    };
+    const size = Math.max(...results.flatMap((r) => stresses(r).flat(9)).map(Math.abs));
+    const largestIn = async () => {
+      await page.getByLabel('Quantity').selectOption(quantity);
+      await settled(page);
+      return page.locator('#legend').getAttribute('aria-label');
+    };
+    const legends = [];
+    for (const one of ['A', 'B']) {
+      await show(one);
+      legends.push(await largestIn());
+    }
+    const number = (text) => Number(/largest ([−\d.e+-]+)/.exec(text)[1].replaceAll('−', '-'));
+    for (const [one, side] of [['envelope: largest', 1], ['envelope: smallest', -1]]) {
+      const {nodes, equilibrium, schema, ...rest} = await show(one);
+      assert.deepEqual([schema, equilibrium], ['kestol-result/1', null]);
+      near(nodes.map((n) => n.u), extremes(side, results.map((r) => r.nodes.map((n) => n.u))), 1);
+      near(stresses(rest), extremes(side, results.map(stresses)), size);
+      const text = await largestIn();
+      if (side > 0) assert.equal(number(text), Math.max(...legends.map(number)));
+    }
+
+    // What a click keeps is the same number, and the name of its combination stands beside it.
+    await show('envelope: largest');
+    if (document.combinations[0].result.nodalStresses.length) {
+      await page.evaluate(() => window.kestol.select('node', 1));
+      const node = (r) => r.nodalStresses.find((n) => n.number === 1).vonMises;
+      const {values} = await page.evaluate(() => window.kestol.value());
+      near(values.vonMises, Math.max(...results.map(node)), size);
+      const by = document.combinations[node(results[0]) > node(results[1]) ? 0 : 1].name;
+      assert.match(await page.locator('#details').innerText(), new RegExp(`vonMises.*\\s${by}$`, 'm'));
+    }
+    assert.deepEqual(page.noise, []);
+    await page.close();
+  });

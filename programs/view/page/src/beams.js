@@ -97,9 +97,17 @@ export function stationValues(model, result, quantity) {
 /** @param {Mesh} mesh @param {Result} result @param {Quantity} quantity
  *  @param {Float32Array} out */
 function nodeQuantityAtStations(mesh, result, quantity, out) {
-  const u = result.meshes[mesh.index].stationU;
-  if (quantity.place !== 'node' || quantity.id.startsWith('r') || !u) out.fill(NaN);
-  else quantity.of({...result, u}, null, out);
+  if (quantity.place !== 'node' || quantity.id.startsWith('r') ||
+      !result.meshes[mesh.index].stationU) {
+    out.fill(NaN);
+    return;
+  }
+  /** @type {(r: Result) => Result} */
+  const alongBeams = (r) => Object.create(r, {
+    u: {value: r.meshes[mesh.index].stationU},
+    members: {value: r.members?.map(alongBeams)},
+  });
+  quantity.of(alongBeams(result), null, out);
 }
 
 /**

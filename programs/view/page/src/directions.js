@@ -61,6 +61,7 @@ function crossed(mesh) {
  * @param {Model} model @param {Result} result @param {Quantity | null} quantity
  */
 export function directionSegments(model, result, quantity) {
+  if (result.kind === 'envelope') return new Float32Array(0);  // its components belong to no tensor
   const which = shellTensor(quantity);
   /** @type {{at: Vec3, u: Vec3, size: number, lines: Line[]}[]} */ const crosses = [];
   let largest = 0;

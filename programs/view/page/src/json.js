@@ -2,6 +2,7 @@
 
 import {axesOf, elementNumber, materialOf, nodesOf} from './model.js';
 import {faceStress} from './quantities.js';
+import {extremesOver} from './results.js';
 import {at3, minus, plus, times} from './vectors.js';
 import {mises} from './tensors.js';
 
@@ -50,14 +51,15 @@ function shellPoint(model, mesh, i, p) {
 function shellJson(model, result, mesh, i) {
   const {values} = result.meshes[mesh.index], axes = axesOf(model, mesh, i);
   const t = Number(materialOf(model, mesh, i).t);
+  const face = (/** @type {number} */ at, /** @type {1 | -1} */ side) => extremesOver(result, (r) =>
+    toGlobal(faceStress(/** @type {Reals} */ (r.meshes[mesh.index].values), at, t, side), axes));
   return {
     ...heading(model, mesh, i), axes,
     points: Array.from({length: values ? mesh.points : 0}, (_, p) => {
       const at = 8 * (i * mesh.points + p), v = /** @type {Reals} */ (values);
       return {x: shellPoint(model, mesh, i, p),
               n: part(v, at, 3), m: part(v, at + 3, 3), q: part(v, at + 6, 2),
-              top: toGlobal(faceStress(v, at, t, 1), axes),
-              bottom: toGlobal(faceStress(v, at, t, -1), axes)};
+              top: face(at, 1), bottom: face(at, -1)};
     }),
   };
 }
@@ -108,7 +110,8 @@ export function resultJson({model, result}) {
     shells: all('shell', shellJson),
     solids: all('solid', solidJson),
     nodalStresses: stress ? Array.from({length: head.deckNodes}, (_, i) => ({
-      number: model.nodeNumber(i), stress: part(stress, 6 * i, 6), vonMises: mises(stress, 6 * i)}))
+      number: model.nodeNumber(i), stress: part(stress, 6 * i, 6),
+      vonMises: extremesOver(result, (r) => [mises(/** @type {Reals} */ (r.nodalStress), 6 * i)])[0]}))
       : [],
     reactions: result.reactionRecords ?? Array.from(result.reactionNodes, (n, k) => ({
       node: model.nodeNumber(n), force: part(result.reactions, 6 * k, 3),

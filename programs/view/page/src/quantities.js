@@ -130,8 +130,31 @@ function solidQuantities(model) {
   ];
 }
 
+/**
+ * The same quantity, of an envelope the extreme of its members: a stress that is computed from the
+ * extremes of components would be that of no combination. @param {Quantity} quantity
+ * @returns {Quantity}
+ */
+const withEnvelopes = (quantity) => ({
+  ...quantity,
+  of(result, mesh, out) {
+    const {members, side = 1} = result;
+    if (!members) {
+      quantity.of(result, mesh, out);
+      return;
+    }
+    const start = Float32Array.from(out), one = new Float32Array(out.length);
+    members.forEach((member, k) => {
+      one.set(start);
+      quantity.of(member, mesh, one);
+      for (let i = 0; i < out.length; ++i)
+        if (k === 0 || side * one[i] > side * out[i]) out[i] = one[i];
+    });
+  },
+});
+
 /** Everything that this model has, in the order of the menu. @param {Model} model */
 export function quantitiesOf(model) {
   return [...displacements(model), ...beamQuantities(model), ...shellQuantities(model),
-          ...solidQuantities(model)];
+          ...solidQuantities(model)].map(withEnvelopes);
 }

@@ -147,8 +147,22 @@ function envelopeResult(name, side, members) {
   const parts = members.map((result) => ({factor: 1, result}));
   const formula = `${side > 0 ? 'largest' : 'smallest'} of ${members.length} combinations, ` +
                   'each value by itself';
-  return merged({name, kind: 'envelope', formula, equilibrium: null,
-                 loads: {nodal: [], elements: [], weight: false, gravity: [0, 0, 0]}}, parts, extreme(side));
+  /** @type {Loads} */ const loads = {nodal: [], elements: [], weight: false, gravity: [0, 0, 0]};
+  const envelope = merged({name, kind: 'envelope', formula, equilibrium: null, loads}, parts,
+                          extreme(side));
+  return Object.assign(envelope, {members, side});  // a spread would compute all arrays at once
+}
+
+/**
+ * Numbers of a result; of an envelope the extremes of those of its members, each by itself.
+ * @param {Result} result @param {(r: Result) => number[]} get
+ */
+export function extremesOver(result, get) {
+  const {members, side = 1} = result;
+  if (!members) return get(result);
+  const [first, ...others] = members.map(get);
+  return first.map((value, c) =>
+    others.reduce((best, list) => (side * list[c] > side * best ? list[c] : best), value));
 }
 
 /**

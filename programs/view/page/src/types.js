@@ -67,12 +67,14 @@
 
 /**
  * The answer of one load case or combination. Values of meshes: beams 6 per station, shells 8 per
- * point, solids 6 per point.
+ * point, solids 6 per point. An envelope
+ * has its combinations as members: what is not linear is computed for each of them.
  * @typedef {{values: Reals | null, stationU: Reals | null}} MeshResult
  * @typedef {{name: string, kind: 'case'|'combination'|'envelope', formula: string, u: Reals,
  *            rotation: Reals | null, meshes: MeshResult[], nodalStress: Reals | null,
  *            reactionNodes: Indices, reactions: Reals, equilibrium: Equilibrium | null,
- *            reactionRecords: object[] | null, loads: Loads}} Result
+ *            reactionRecords: object[] | null, loads: Loads, members?: Result[],
+ *            side?: 1 | -1}} Result
  */
 
 /**

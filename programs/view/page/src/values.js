@@ -1,6 +1,7 @@
 // The values of a node or element, exactly as they are stored.
 
 import {elementNumber} from './model.js';
+import {extremesOver} from './results.js';
 import {mises} from './tensors.js';
 
 /** @import {Model, Reals, Result, ValueUnder} from './types.js' */
@@ -49,5 +50,11 @@ function elementValues(model, result, {mesh, index, point}) {
 }
 
 /** @param {Model} model @param {Result} result @param {Hit} hit @returns {ValueUnder} */
-export const valuesOf = (model, result, hit) =>
-  hit.kind === 'node' ? nodeValues(model, result, hit.index) : elementValues(model, result, hit);
+export function valuesOf(model, result, hit) {
+  const of = (/** @type {Result} */ r) =>
+    (hit.kind === 'node' ? nodeValues(model, r, hit.index) : elementValues(model, r, hit));
+  const found = of(result), names = Object.keys(found.values);
+  const numbers = extremesOver(result, (r) => names.map((name) => Number(of(r).values[name])));
+  names.forEach((name, k) => { found.values[name] = numbers[k]; });
+  return found;
+}
