@@ -5,7 +5,7 @@ import {chmodSync, existsSync, mkdirSync, readdirSync, readFileSync, writeFileSy
 import {join} from 'node:path';
 import {after, before, test} from 'node:test';
 
-import {deckOf, example, folder, open, openBrowser, pageOf, view} from './support.mjs';
+import {checked, deckOf, example, folder, open, openBrowser, pageOf, view} from './support.mjs';
 
 /** @type {import('playwright-core').Browser} */ let browser;
 before(async () => { browser = await openBrowser(); });
@@ -124,6 +124,26 @@ test('a deck with an error opens with the finding, and draws what was read', asy
   assert.match(await page.getByRole('tab', {selected: true}).innerText(), /Findings \(1\)/);
   assert.match(await page.locator('#sheet').innerText(), /error/);
   assert.ok(await page.evaluate(() => window.kestol.screen('node', 3)));
+  assert.deepEqual(page.noise, []);
+  await page.close();
+});
+
+test('a deck with several mistakes opens with all of them, as kestol-check tells them', async () => {
+  const text = readFileSync(example('02-portal-frame.dat'), 'latin1')
+    .replace('1  E=2.1e11', '1  E=2.1e11 colour=').replace('3  6 4', '3  6 4 0')
+    .replace('end constraints', 'end constraints\nnodal_point_loads\n77 1 0 0\nend nodal_point_loads');
+  const deck = deckOf(text, 'several.dat');
+  const page = await open(browser, await pageOf(deck, {status: 1}));
+  const findings = await page.evaluate(() => window.kestol.findings), wanted = await checked(deck);
+  assert.ok(wanted.length >= 3, `${wanted.length} findings`);
+  assert.deepEqual(new Set(wanted.map((f) => f.severity)), new Set(['error', 'warning']));
+  assert.deepEqual(findings, wanted.map((f) => ({...f, file: 'several.dat'})));
+  assert.equal(await page.getByRole('tab', {selected: true}).innerText(),
+               `Findings (${wanted.length})`);
+  const sheet = await page.locator('#sheet').innerText();
+  for (const {text: said, code, line} of wanted)
+    for (const part of [said.split('\n')[0], code, String(line)])
+      assert.ok(sheet.includes(part), part);
   assert.deepEqual(page.noise, []);
   await page.close();
 });

@@ -10,7 +10,7 @@ import {promisify} from 'node:util';
 import {chromium} from 'playwright-core';
 
 const run = promisify(execFile);
-const {KESTOL_VIEW, KESTOL_EXPORT, KESTOL_COMBINE, KESTOL_SOURCE, CHROMIUM} = process.env;
+const {KESTOL_VIEW, KESTOL_CHECK, KESTOL_EXPORT, KESTOL_COMBINE, KESTOL_SOURCE, CHROMIUM} = process.env;
 
 export const folder = mkdtempSync(join(tmpdir(), 'kestol-view-'));
 process.on('exit', () => rmSync(folder, {recursive: true, force: true}));
@@ -47,6 +47,15 @@ export async function exported(deck, ...options) {
   const file = join(folder, `${basename(deck)}.json`);
   await run(KESTOL_EXPORT, [...options, '--json', file, deck]);
   return JSON.parse(readFileSync(file, 'utf8'));
+}
+
+/** The findings of kestol-check for the same deck. */
+export async function checked(deck) {
+  const file = join(folder, `${basename(deck)}.findings.json`);
+  await run(KESTOL_CHECK, ['--format', 'json', '-o', file, deck]).catch(({code}) => {
+    if (code !== 1) throw new Error(`kestol-check ends with ${code}`);
+  });
+  return JSON.parse(readFileSync(file, 'utf8')).findings;
 }
 
 /** The document of kestol-combine for a combination file. */

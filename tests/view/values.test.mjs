@@ -101,6 +101,8 @@ for (const [name, type, list] of [['14-cylindrical-roof.dat', 'shell', 'shells']
 
 test('scripts choose, scale and ask', async () => {
   const page = await open(browser, await pageOf(example('02-portal-frame.dat')));
+  assert.deepEqual(await page.evaluate(() => Object.keys(window.kestol)), [
+    'ready', 'result', 'findings', 'screen', 'value', 'setResult', 'setScale', 'select']);
   const at = () => page.evaluate(() => window.kestol.screen('node', 3));
   await page.evaluate(() => window.kestol.setScale(0));
   const still = await at();
