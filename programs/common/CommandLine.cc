@@ -1,5 +1,6 @@
 #include "programs/common/CommandLine.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <map>
@@ -13,6 +14,14 @@ namespace {
 
 std::string FirstLine(std::string text) {
   return text.substr(0, text.find('\n'));
+}
+
+/// The first word that looks like an option and is none; "--" ends the options.
+std::string UnknownOption(const std::vector<std::string>& words) {
+  const auto end = std::find(words.begin(), words.end(), "--");
+  const auto found = std::find_if(words.begin(), end,
+                                  [](const std::string& word) { return word.starts_with('-'); });
+  return found == end ? "" : *found;
 }
 
 [[noreturn]] void EndAfter(const std::string& text) {
@@ -57,9 +66,8 @@ void CommandLine::Parse(int argc, char** argv) {
     EndAfter(std::string(version.what()) + "\n");
   } catch (const CLI::ParseError& error) {
     // An option that nobody knows comes before an argument that is missing because of it.
-    const std::vector<std::string> unknown = app.remaining();
-    if (!unknown.empty() && unknown.front().starts_with('-'))
-      Refuse("unknown option " + unknown.front());
+    const std::string unknown = UnknownOption(app.remaining());
+    if (!unknown.empty()) Refuse("unknown option " + unknown);
     Refuse(FirstLine(error.what()));
   }
   if (solver_ != nullptr && *solver_ == SolverName::Direct && !DirectSolverIsBuilt())

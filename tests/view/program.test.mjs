@@ -33,6 +33,17 @@ for (const [name, args] of [['an unknown option', ['--colour', cantilever]], ['n
     assert.match(done.stderr, /^kestol-view: [^\n]*try kestol-view --help\n$/);
   });
 
+test('"--" ends the options and is none', async () => {
+  const none = await view('--'), second = await view(cantilever, '--', '--more.dat');
+  assert.deepEqual([none.status, second.status], [2, 2]);
+  assert.match(none.stderr, /DECK is required; try/);
+  assert.match(second.stderr, /not expected: --more\.dat/);
+  assert.match((await view('--colour', '--', 'a.dat')).stderr, /unknown option --colour; try/);
+  const page = await view('--', cantilever);
+  assert.equal(page.status, 0);
+  assert.match(page.stdout, /^<!DOCTYPE html>/);
+});
+
 test('--cases: the file must be for this deck, and without mistakes; no drawings beside it', async () => {
   const file = example('combinations/frame.toml');
   const other = await view('--cases', file, cantilever);
