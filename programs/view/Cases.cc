@@ -51,6 +51,13 @@ bool CasesAreBuilt() {
   return true;
 }
 
+std::vector<std::string> InputsOfCases(const std::string& path, const std::string& deck) {
+  std::vector<std::string> inputs = {path};
+  for (const CaseEntry& entry : ReadFile(path, deck).cases)
+    if (!entry.ofModel) inputs.push_back(entry.loads);
+  return inputs;
+}
+
 SolvedCases SolveCases(Project& project, const std::string& deck, const std::string& path,
                        const SolveOptions& options) {
   const CombinationFile file = ReadFile(path, deck);

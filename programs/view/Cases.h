@@ -20,6 +20,11 @@ struct SolvedCases {
 /// Whether this program can read combination files.
 bool CasesAreBuilt();
 
+/// The files that a run with the combination file `path` reads beside the deck: no output may
+/// replace one of them. Mistakes of the combination file are told on standard error and end the
+/// program.
+std::vector<std::string> InputsOfCases(const std::string& path, const std::string& deck);
+
 /// Reads the file `path` and solves its cases on the model of `deck`, which must be the one that
 /// the file names.
 ///

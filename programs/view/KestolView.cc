@@ -42,13 +42,21 @@ void WriteThePage(OutputFile& page, const ViewOptions& options, const PageModel&
   page.Commit();
 }
 
-int Run(const ViewOptions& options) {
+std::vector<std::string> InputsOf(const ViewOptions& options) {
+  RequireReadable(options.deck);
   std::vector<std::string> inputs = {options.deck};
-  if (!options.cases.empty()) inputs.push_back(options.cases);
+  if (options.cases.empty()) return inputs;
+  const std::vector<std::string> ofCases = InputsOfCases(options.cases, options.deck);
+  inputs.insert(inputs.end(), ofCases.begin(), ofCases.end());
+  return inputs;
+}
+
+int Run(const ViewOptions& options) {
+  const std::vector<std::string> inputs = InputsOf(options);
   std::optional<OutputFile> page;
   if (options.WantsPage()) page.emplace(options.output, inputs);
   std::optional<SvgFiles> drawings;
-  if (!options.svg.empty()) drawings.emplace(options.svg, options.deck);
+  if (!options.svg.empty()) drawings.emplace(options.svg, options.output, options.deck);
 
   ProgressLine progress(options.quiet);
   Subject subject = Study(options, options.verbose ? &std::cerr : progress.Info());

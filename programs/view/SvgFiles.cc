@@ -6,18 +6,29 @@
 
 namespace kestol {
 
-SvgFiles::SvgFiles(const std::string& prefix, const std::string& deck)
+SvgFiles::SvgFiles(const std::string& prefix, const std::string& page, const std::string& deck)
     : prefix_(prefix), deck_(deck) {
-  const OutputFile tried(prefix_ + "_model.svg", {deck_});
+  std::vector<std::string> names;
+  if (!page.empty()) names.push_back(page);
+  for (const char* ending : {"_model.svg", "_deformed.svg", "_N.svg", "_V.svg", "_M.svg"}) {
+    const OutputFile tried(prefix_ + ending, {deck_});
+    names.push_back(tried.Name());
+  }
+  RefuseSharedNames(names);
 }
 
 void SvgFiles::WriteOne(const char* name, const std::string& drawing) {
-  OutputFile file(prefix_ + name, {deck_});
+  OutputFile& file = *files_.emplace_back(
+      std::make_unique<OutputFile>(prefix_ + name, std::vector<std::string>{deck_}));
   file << drawing;
-  file.Commit();
 }
 
 void SvgFiles::Write(const PageModel& model, const Results* results) {
+  DrawAll(model, results);
+  for (const auto& file : files_) file->Commit();
+}
+
+void SvgFiles::DrawAll(const PageModel& model, const Results* results) {
   WriteOne("_model.svg", ModelDrawing(model));
   if (results == nullptr) return;
   WriteOne("_deformed.svg", DeformedDrawing(model, *results));

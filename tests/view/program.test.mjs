@@ -1,7 +1,7 @@
 // The program: options, refusals, files and drawings.
 
 import assert from 'node:assert/strict';
-import {chmodSync, existsSync, mkdirSync, readdirSync, readFileSync, writeFileSync} from 'node:fs';
+import {chmodSync, cpSync, existsSync, mkdirSync, readdirSync, readFileSync, writeFileSync} from 'node:fs';
 import {join} from 'node:path';
 import {after, before, test} from 'node:test';
 
@@ -57,6 +57,26 @@ test('--cases: the file must be for this deck, and without mistakes; no drawings
   assert.match(both.stderr, /leave --cases out/);
 });
 
+test('--cases: a page on a file that is read is refused', async () => {
+  const place = join(folder, 'cases');
+  cpSync(example('combinations'), place, {recursive: true});
+  for (const name of ['frame.toml', 'snow.dat']) {
+    const file = join(place, name), text = readFileSync(file);
+    const done = await view('--cases', join(place, 'frame.toml'), '-o', file, join(place, 'frame.dat'));
+    assert.equal(done.status, 2);
+    assert.match(done.stderr, /the output .* is the input /);
+    assert.deepEqual(readFileSync(file), text);
+  }
+});
+
+test('-v: the solver\'s words on standard error; -q: errors alone', async () => {
+  const loud = await view('-v', '--solver', 'skyline', cantilever);
+  assert.match(loud.stderr, /INFORMATION ABOUT STIFFNESS MATRIX/);
+  assert.equal((await view('-q', cantilever)).stderr, '');
+  const deck = deckOf(readFileSync(cantilever, 'latin1').replace('111', '110'), 'quiet.dat');
+  assert.match((await view('-q', deck)).stderr, /error: .*\[rigid-motion\]/);
+});
+
 test('the page goes to standard output when nothing names it', async () => {
   const done = await view(cantilever);
   assert.equal(done.status, 0);
@@ -104,6 +124,10 @@ test('nothing to draw: exit 2', async () => {
   const done = await view(deckOf('PROBLEM empty\nTYPE 2d\n', 'empty.dat'));
   assert.equal(done.status, 2);
   assert.equal(done.stdout, '');
+  assert.match(done.stderr, /there is nothing to draw/);
+  const wrong = await view(deckOf('PROBLEM empty\nTYPE 2d\nmesh\nfoo\n', 'wrong-word.dat'));
+  assert.equal(wrong.status, 2);
+  assert.match(wrong.stderr, /wrong-word\.dat:4:1: error: "foo" is not known/);
 });
 
 for (const [tables, tabs] of [['none', []], ['supports', ['Reactions', 'Supports']],
@@ -222,6 +246,37 @@ test('the first picture of the README is what the program draws', async () => {
   await view('--solver', 'skyline', '--svg', prefix, example('portal/portal.dat'));
   assert.equal(readFileSync(`${prefix}_M.svg`, 'utf8'),
                readFileSync(example('../docs/view/portal-moments.svg'), 'utf8'));
+});
+
+test('a drawing on the deck is refused before any is written; so is one on the page', async () => {
+  const place = join(folder, 'drawings'), deck = join(place, 'x_M.svg');
+  mkdirSync(place);
+  writeFileSync(deck, readFileSync(cantilever));
+  const done = await view('--svg', join(place, 'x'), deck);
+  assert.equal(done.status, 2);
+  assert.match(done.stderr, /the output .*x_M\.svg is the input /);
+  const page = await view('--svg', join(place, 'y'), '-o', join(place, 'y_N.svg'), deck);
+  assert.equal(page.status, 2);
+  assert.match(page.stderr, /two outputs have the name .*y_N\.svg/);
+  assert.deepEqual(readdirSync(place), ['x_M.svg']);
+  assert.deepEqual(readFileSync(deck), readFileSync(cantilever));
+});
+
+test('with -o the drawings and the page are written', async () => {
+  const prefix = join(folder, 'both'), done = await view('--svg', prefix, '-o', `${prefix}.html`, cantilever);
+  assert.deepEqual([done.status, done.stdout], [0, '']);
+  for (const name of [...drawings.map((one) => `_${one}.svg`), '.html'])
+    assert.ok(existsSync(prefix + name), name);
+});
+
+test('a model that moves is drawn without results: exit 1', async () => {
+  const prefix = join(folder, 'moves');
+  const deck = deckOf(readFileSync(cantilever, 'latin1').replace('111', '110'), 'moves.dat');
+  const done = await view('--svg', prefix, deck);
+  assert.equal(done.status, 1);
+  assert.match(done.stderr, /\[rigid-motion\]/);
+  assert.deepEqual(drawings.map((name) => existsSync(`${prefix}_${name}.svg`)),
+                   [true, false, false, false, false]);
 });
 
 test('shells have no diagrams', async () => {
