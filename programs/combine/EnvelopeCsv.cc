@@ -49,13 +49,11 @@ bool Has(const Project& project, ValueKind kind) {
 
 }  // namespace
 
-EnvelopeCsv::EnvelopeCsv(const std::string& prefix, const Project& project,
-                         const std::vector<std::string>& inputs)
+EnvelopeCsv::EnvelopeCsv(const std::string& prefix, const Project& project, OutputFiles& files)
     : project_(project), units_(UnitNamesOf(project.units)) {
   for (const Table& table : kTables)
     if (Has(project, table.kind))
-      files_[table.kind] =
-          std::make_unique<OutputFile>(prefix + "_envelope_" + table.name + ".csv", inputs);
+      files_[table.kind] = &files.Open(prefix + "_envelope_" + table.name + ".csv");
 }
 
 void EnvelopeCsv::WriteHeader(ValueKind kind, OutputBuffer& output) const {
@@ -95,10 +93,6 @@ void EnvelopeCsv::Write(Envelopes& envelopes, const std::vector<Combination>& co
     lengths_[beams.beams[b]->number] = beams.lengths[b];
   for (const auto& [kind, file] : files_) WriteHeader(kind, *file);
   while (envelopes.Next()) WritePlace(envelopes.Current(), combinations);
-}
-
-void EnvelopeCsv::Commit() {
-  for (const auto& [kind, file] : files_) file->Commit();
 }
 
 }  // namespace kestol

@@ -1,12 +1,11 @@
 #pragma once
 
 #include <map>
-#include <memory>
 #include <string>
 #include <vector>
 
 #include "kestol/combine/Envelopes.h"
-#include "programs/common/OutputFile.h"
+#include "programs/common/OutputFiles.h"
 #include "results/UnitNames.h"
 
 namespace kestol {
@@ -19,12 +18,10 @@ namespace kestol {
 ///     12,10,1.5,Mz,min,ULS7,-41,88,...
 class EnvelopeCsv {
 public:
-  /// Opens the files.
-  EnvelopeCsv(const std::string& prefix, const Project& project,
-              const std::vector<std::string>& inputs);
+  /// Opens its files among those of the run. The project must outlive this.
+  EnvelopeCsv(const std::string& prefix, const Project& project, OutputFiles& files);
 
   void Write(Envelopes& envelopes, const std::vector<Combination>& combinations);
-  void Commit();
 
 private:
   void WriteHeader(ValueKind kind, OutputBuffer& output) const;
@@ -33,7 +30,7 @@ private:
   const Project& project_;
   UnitNames units_;
   std::map<int, double> lengths_;  ///< of beams, by element number
-  std::map<ValueKind, std::unique_ptr<OutputFile>> files_;
+  std::map<ValueKind, OutputFile*> files_;
 };
 
 }  // namespace kestol

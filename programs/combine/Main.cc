@@ -71,33 +71,43 @@ std::optional<ExtremeFinder> FinderFor(const CombinationFile& file,
   return finder;
 }
 
-int Combine(const CombineOptions& options) {
-  const std::optional<CombinationFile> file = ReadFile(options.deck);
-  if (!file) return kFailed;
-  const std::vector<Combination> combinations = file->AllCombinations();
-  if (options.list) return List(options, *file, combinations);
-
+int Solve(const CombineOptions& options, const CombinationFile& file,
+          const std::vector<Combination>& combinations) {
   ProgressLine progress(options.quiet);
-  Project project = ReadDeck(file->model);
-  std::vector<CaseLoads> cases = ReadCases(project, *file);
-  Outputs outputs(options, *file, combinations, InputsOf(options.deck, *file));
+  Project project = ReadDeck(file.model);
+  std::vector<CaseLoads> cases = ReadCases(project, file);
+  Outputs outputs(options, file, combinations, project, InputsOf(options.deck, file));
   SolveOptions solve;
   solve.solver = options.solver;
   solve.info = options.verbose ? &std::cerr : progress.Info();
   Superposition sums(project, std::move(cases), solve);
   const std::vector<LoadedHinge> obstacles = sums.Obstacles();
   if (!obstacles.empty()) {
-    PrintLoadedHinges(file->model, obstacles);
+    PrintLoadedHinges(file.model, obstacles);
     return kFindings;
   }
   try {
     sums.Solve();
   } catch (const FatalError& refusal) {
-    EndUnsolved(file->model, refusal);
+    EndUnsolved(file.model, refusal);
   }
-  const std::optional<ExtremeFinder> finder = FinderFor(*file, combinations);
+  const std::optional<ExtremeFinder> finder = FinderFor(file, combinations);
   outputs.Write(sums, finder ? &*finder : nullptr, progress);
   return kDone;
+}
+
+int Combine(const CombineOptions& options) {
+  const std::optional<CombinationFile> file = ReadFile(options.deck);
+  if (!file) return kFailed;
+  const std::vector<Combination> combinations = file->AllCombinations();
+  if (options.list) return List(options, *file, combinations);
+  try {
+    return Solve(options, *file, combinations);
+  } catch (const FatalError& refusal) {
+    // What the text of no line is to blame for is the model's fault, not the combinations'.
+    PrintRefusal(file->model, refusal);
+    return kFailed;
+  }
 }
 
 }  // namespace

@@ -2,8 +2,8 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <set>
 
-#include "programs/combine/EnvelopeCsv.h"
 #include "programs/combine/EnvelopeJson.h"
 #include "programs/combine/EnvelopeText.h"
 #include "programs/common/ResultGrid.h"
@@ -28,40 +28,61 @@ std::string SafeName(std::string name) {
 }  // namespace
 
 Outputs::Outputs(const CombineOptions& options, const CombinationFile& file,
-                 const std::vector<Combination>& combinations, std::vector<std::string> inputs)
+                 const std::vector<Combination>& combinations, const Project& project,
+                 std::vector<std::string> inputs)
     : options_(options),
       file_(file),
       combinations_(combinations),
-      inputs_(std::move(inputs)),
-      needsResults_(options.WritesFiles() && (options.cases || options.combinations)) {
-  const bool wantsText = !options.output.empty() || !options.WritesFiles();
-  if (wantsText && (combinations.empty() || !options.envelopes))
+      needsResults_(options.WritesFiles() && (options.cases || options.combinations)),
+      files_(std::move(inputs)) {
+  OpenDocuments();
+  OpenTables(project);
+  if (collection_ != nullptr) NameVtuFiles();
+  files_.RefuseSharedNames(vtuNames_);
+}
+
+void Outputs::OpenDocuments() {
+  const bool wantsText = !options_.output.empty() || !options_.WritesFiles();
+  if (wantsText && (combinations_.empty() || !options_.envelopes))
     throw ProgramError(
         "the text holds envelopes, and there is no combination to make one of; --json, --csv or "
         "--vtu write the cases");
-  if (wantsText)
-    text_ = std::make_unique<OutputFile>(options.output.empty() ? "-" : options.output, inputs_);
-  if (!options.json.empty()) json_ = std::make_unique<OutputFile>(options.json, inputs_);
-  if (!options.vtu.empty() && needsResults_)
-    collection_ = std::make_unique<OutputFile>(options.vtu + ".pvd", inputs_);
-  std::vector<std::string> names;
-  for (const auto* output : {&text_, &json_, &collection_})
-    if (*output) names.push_back((*output)->Name());
-  RefuseSharedNames(names);
-  if (!options.csv.empty() && needsResults_)
-    tables_ = std::make_unique<ResultTables>(options.csv, inputs_);
+  if (wantsText) text_ = &files_.Open(options_.output.empty() ? "-" : options_.output);
+  if (!options_.json.empty()) json_ = &files_.Open(options_.json);
+  if (!options_.vtu.empty() && needsResults_) collection_ = &files_.Open(options_.vtu + ".pvd");
+}
+
+void Outputs::OpenTables(const Project& project) {
+  if (options_.csv.empty()) return;
+  if (needsResults_) tables_ = std::make_unique<ResultTables>(options_.csv, files_);
+  if (options_.envelopes && !combinations_.empty())
+    envelopeTables_ = std::make_unique<EnvelopeCsv>(options_.csv, project, files_);
+}
+
+void Outputs::NameVtuFiles() {
+  std::vector<std::string> results;
+  if (options_.cases) results = file_.CaseNames();
+  if (options_.combinations)
+    for (const Combination& combination : combinations_) results.push_back(combination.name);
+  std::set<std::string> taken;
+  for (const std::string& result : results) {
+    std::string safe = SafeName(result);
+    for (int n = 2; !taken.insert(safe).second; ++n)
+      safe = SafeName(result) + '_' + std::to_string(n);
+    vtuNames_.push_back(options_.vtu + '_' + safe + ".vtu");
+  }
 }
 
 void Outputs::Write(Superposition& sums, const ExtremeFinder* finder, ProgressLine& progress) {
-  if (json_) WriteHead(sums.Model());
+  if (json_ != nullptr) WriteHead(sums.Model());
   if (options_.cases && needsResults_) WriteCases(sums, progress);
   if (options_.combinations && needsResults_) WriteCombinations(sums, progress);
   progress.Show("envelopes");
   if (options_.envelopes && finder != nullptr) WriteAllEnvelopes(sums, *finder);
   WriteCollection();
   if (document_) document_->EndObject();
-  if (json_) *json_ << '\n';
-  Commit();
+  if (json_ != nullptr) *json_ << '\n';
+  files_.Commit();
 }
 
 void Outputs::WriteHead(const Project& project) {
@@ -113,17 +134,14 @@ void Outputs::WriteResult(const std::string& name, const Results& results, const
     document_->EndObject();
   }
   if (tables_) tables_->Add(name, data);
-  if (collection_) WriteVtuFile(name, data);
+  if (collection_ != nullptr) WriteVtuFile(data);
 }
 
-void Outputs::WriteVtuFile(const std::string& name, const ResultData& data) {
-  std::string safe = SafeName(name);
-  for (int n = 2; !vtuNames_.insert(safe).second; ++n)
-    safe = SafeName(name) + '_' + std::to_string(n);
-  const std::string path = options_.vtu + '_' + safe + ".vtu";
-  OutputFile file(path, inputs_);
+void Outputs::WriteVtuFile(const ResultData& data) {
+  const std::string& path = vtuNames_[vtuFiles_.size()];
+  OutputFile& file = files_.Open(path);
   WriteVtu(file, ResultGrid(data).Grid(), VtuEncoding::Raw);
-  file.Commit();
+  file.Close();
   vtuFiles_.emplace_back(static_cast<double>(vtuFiles_.size()),
                          std::filesystem::path(path).filename().string());
 }
@@ -134,26 +152,18 @@ void Outputs::WriteAllEnvelopes(Superposition& sums, const ExtremeFinder& finder
     document_->NewLine().Key("envelopes");
     WriteEnvelopes(*document_, sums.Model(), envelopes, combinations_);
   }
-  if (!options_.csv.empty()) {
+  if (envelopeTables_) {
     Envelopes envelopes(sums, finder);
-    EnvelopeCsv tables(options_.csv, sums.Model(), inputs_);
-    tables.Write(envelopes, combinations_);
-    tables.Commit();
+    envelopeTables_->Write(envelopes, combinations_);
   }
-  if (text_) {
+  if (text_ != nullptr) {
     Envelopes envelopes(sums, finder);
     WriteEnvelopeText(*text_, sums.Model(), envelopes, combinations_);
   }
 }
 
 void Outputs::WriteCollection() {
-  if (collection_) WritePvd(*collection_, vtuFiles_);
-}
-
-void Outputs::Commit() {
-  for (const auto* file : {&json_, &collection_, &text_})
-    if (*file) (*file)->Commit();
-  if (tables_) tables_->Commit();
+  if (collection_ != nullptr) WritePvd(*collection_, vtuFiles_);
 }
 
 }  // namespace kestol

@@ -17,9 +17,9 @@ std::string FieldText(std::string_view text) {
 
 }  // namespace
 
-ResultTables::ResultTables(const std::string& prefix, const std::vector<std::string>& inputs) {
+ResultTables::ResultTables(const std::string& prefix, OutputFiles& files) {
   for (const CsvTable& table : CsvTables())
-    files_.push_back(std::make_unique<OutputFile>(prefix + '_' + table.name + ".csv", inputs));
+    files_.push_back(&files.Open(prefix + '_' + table.name + ".csv"));
 }
 
 void ResultTables::Add(const std::string& name, const ResultData& data) {
@@ -37,10 +37,6 @@ void ResultTables::Add(const std::string& name, const ResultData& data) {
     }
   }
   first_ = false;
-}
-
-void ResultTables::Commit() {
-  for (const auto& file : files_) file->Commit();
 }
 
 }  // namespace kestol

@@ -1,10 +1,9 @@
 #pragma once
 
-#include <memory>
 #include <string>
 #include <vector>
 
-#include "programs/common/OutputFile.h"
+#include "programs/common/OutputFiles.h"
 #include "programs/common/ResultData.h"
 
 namespace kestol {
@@ -13,14 +12,13 @@ namespace kestol {
 /// below the other, with the name of the result in a first column.
 class ResultTables {
 public:
-  /// Opens the files.
-  ResultTables(const std::string& prefix, const std::vector<std::string>& inputs);
+  /// Opens its files among those of the run.
+  ResultTables(const std::string& prefix, OutputFiles& files);
 
   void Add(const std::string& name, const ResultData& data);
-  void Commit();
 
 private:
-  std::vector<std::unique_ptr<OutputFile>> files_;  ///< in the order of CsvTables
+  std::vector<OutputFile*> files_;  ///< in the order of CsvTables
   bool first_ = true;
 };
 

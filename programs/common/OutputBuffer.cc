@@ -38,6 +38,11 @@ void OutputBuffer::WriteZeros(std::size_t size) {
   }
 }
 
+void OutputBuffer::FreeBuffer() {
+  buffer_.reset();
+  cursor_ = limit_ = nullptr;
+}
+
 void OutputBuffer::Flush() {
   const auto size = static_cast<std::size_t>(cursor_ - buffer_.get());
   cursor_ = buffer_.get();

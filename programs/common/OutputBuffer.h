@@ -68,6 +68,10 @@ public:
 
   static constexpr std::size_t kLargestRoom = 256 * 1024;
 
+protected:
+  /// For an output that is at its end.
+  void FreeBuffer();
+
 private:
   virtual void HandOver(const char* data, std::size_t size) = 0;
   /// Skips `size` bytes that read as 0; false when this output cannot.

@@ -4,12 +4,12 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
 #include <filesystem>
 #include <system_error>
+#include <unordered_set>
 
 #include "programs/common/RunProgram.h"
 
@@ -114,13 +114,17 @@ std::string OutputFile::Path() const {
   return temporary_.empty() ? name_ : temporary_;
 }
 
-void OutputFile::Commit() {
+void OutputFile::Close() {
   Flush();
-  if (file_ > STDERR_FILENO) {
-    const int file = file_;
-    file_ = -1;
-    if (::close(file) != 0) Fail("failed writing to ");
-  }
+  FreeBuffer();
+  if (file_ <= STDERR_FILENO) return;
+  const int file = file_;
+  file_ = -1;
+  if (::close(file) != 0) Fail("failed writing to ");
+}
+
+void OutputFile::Commit() {
+  Close();
   if (temporary_.empty()) return;
   if (std::rename(temporary_.c_str(), target_.c_str()) != 0) Fail("failed writing to ");
   temporary_.clear();
@@ -134,7 +138,7 @@ void OutputFile::Fail(const char* what) {
 }
 
 void RefuseSharedNames(const std::vector<std::string>& names) {
-  std::vector<std::string> places;
+  std::unordered_set<std::string> places;
   for (const std::string& name : names) {
     struct stat status {};
     const bool direct = name != "-" && StatusOf(name, status) && !S_ISREG(status.st_mode);
@@ -142,9 +146,7 @@ void RefuseSharedNames(const std::vector<std::string>& names) {
     std::error_code failed;
     const auto place =
         std::filesystem::weakly_canonical(std::filesystem::absolute(name), failed).string();
-    if (std::find(places.begin(), places.end(), place) != places.end())
-      throw ProgramError("two outputs have the name " + name);
-    places.push_back(place);
+    if (!places.insert(place).second) throw ProgramError("two outputs have the name " + name);
   }
 }
 

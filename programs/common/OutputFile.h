@@ -19,7 +19,11 @@ public:
   OutputFile(const std::string& name, const std::vector<std::string>& inputs);
   ~OutputFile() override;
 
-  /// Everything is on its way to the disk, and the target has its name.
+  /// Everything is on its way to the disk, and nothing more is written; an open file and a buffer
+  /// less where many files wait for their names.
+  void Close();
+
+  /// Close, and the target has its name.
   void Commit();
 
   const std::string& Name() const { return name_; }

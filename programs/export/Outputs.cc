@@ -15,7 +15,8 @@ bool IsWritten(const CsvTable& table, const ExportOptions& options) {
 
 }  // namespace
 
-Outputs::Outputs(const ExportOptions& options, bool hasBeams) : options_(options) {
+Outputs::Outputs(const ExportOptions& options, bool hasBeams)
+    : options_(options), files_({options.deck}) {
   const bool drawn = !options.vtu.empty() && hasBeams && !options.meshOnly;
   vtu_ = Open(options.vtu);
   diagrams_ = Open(drawn ? options.Diagrams() : "");
@@ -25,15 +26,11 @@ Outputs::Outputs(const ExportOptions& options, bool hasBeams) : options_(options
   for (const CsvTable& table : CsvTables())
     tables_.push_back(
         Open(IsWritten(table, options) ? options.csv + '_' + table.name + ".csv" : ""));
-  std::vector<std::string> names;
-  for (const auto& file : files_) names.push_back(file->Name());
-  RefuseSharedNames(names);
+  files_.RefuseSharedNames();
 }
 
 OutputFile* Outputs::Open(const std::string& name) {
-  if (name.empty()) return nullptr;
-  files_.push_back(std::make_unique<OutputFile>(name, std::vector{options_.deck}));
-  return files_.back().get();
+  return name.empty() ? nullptr : &files_.Open(name);
 }
 
 void Outputs::Write(const ResultData& data) {
@@ -43,8 +40,7 @@ void Outputs::Write(const ResultData& data) {
   for (std::size_t t = 0; t < tables_.size(); ++t)
     if (tables_[t] != nullptr) CsvTables()[t].write(*tables_[t], data);
   WriteOwnFiles(data);
-  for (const auto& file : files_) file->Flush();
-  for (const auto& file : files_) file->Commit();
+  files_.Commit();
 }
 
 void Outputs::WriteOwnFiles(const ResultData& data) {

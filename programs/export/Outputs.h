@@ -1,9 +1,9 @@
 #pragma once
 
-#include <memory>
+#include <string>
 #include <vector>
 
-#include "programs/common/OutputFile.h"
+#include "programs/common/OutputFiles.h"
 #include "programs/common/ResultData.h"
 #include "programs/export/Options.h"
 
@@ -24,7 +24,7 @@ private:
   void WriteOwnFiles(const ResultData& data);
 
   const ExportOptions& options_;
-  std::vector<std::unique_ptr<OutputFile>> files_;
+  OutputFiles files_;
   OutputFile *vtu_, *diagrams_, *json_, *report_, *res_;  ///< null: not asked for
   std::vector<OutputFile*> tables_;                       ///< by place of the table
 };

@@ -7,6 +7,9 @@ its place, the exit status, and no file left behind.
 
 from __future__ import annotations
 
+import resource
+import signal
+import subprocess
 import sys
 import tempfile
 import unittest
@@ -18,6 +21,7 @@ COMBINE = sys.argv.pop(1) if len(sys.argv) > 1 else ""
 
 CASE = 'model = "portal.dat"\n[cases.G]\ncategory = "permanent"\nloads = "model"\n'
 RULES = CASES + "[eurocode]\n"
+COMBINED = CASES + "[combinations]\nU = { G = 1.35, Q1 = 1.5, W = 0.9 }\n"
 
 # text, then the first lines of the messages, all of them
 MISTAKES = [
@@ -176,6 +180,13 @@ class Mistakes(unittest.TestCase):
                 self.assertEqual(self.refuse("c.toml", "--json", "c.json"),
                                  [f"wind.dat:{line}: error: {wanted}"])
 
+    def test_model_that_cannot_be_solved_is_named(self) -> None:
+        self.folder.write("portal.dat", frame().replace("A=1e-2", "A=0"))
+        self.folder.write("c.toml", CASES)
+        found = self.refuse("c.toml", "--json", "c.json")
+        self.assertEqual(len(found), 1)
+        self.assertRegex(found[0], r"^portal\.dat: error: .*\[model\]$")
+
     def test_mistake_of_the_deck(self) -> None:
         self.folder.write("portal.dat", frame() + "materails\n")
         self.folder.write("c.toml", CASES)
@@ -225,6 +236,56 @@ class Mistakes(unittest.TestCase):
                          "^kestol-combine: error: .*no/where.json")
         self.assertRegex(self.refuse("c.toml", "--json", "/dev/full")[0],
                          "^kestol-combine: error: .*/dev/full.*No space left on device")
+
+    def test_outputs_of_one_name(self) -> None:
+        self.folder.write("c.toml", COMBINED)
+        for arguments in [("--csv", "t", "--json", "t_nodes.csv"),
+                          ("--csv", "t", "--json", "./t_envelope_nodes.csv"),
+                          ("--vtu", "t", "--json", "t_U.vtu"),
+                          ("--vtu", "t", "-o", "t.pvd"),
+                          ("--json", "-", "-o", "-")]:
+            with self.subTest(arguments=arguments):
+                self.assertRegex(self.refuse("c.toml", *arguments)[0],
+                                 "^kestol-combine: error: two outputs have the name ")
+
+    def test_no_output_without_all_others(self) -> None:
+        self.folder.write("c.toml", COMBINED)
+        self.folder.write("t_U.vtu", "old")
+        for arguments in [("--json", "/dev/full", "--csv", "t", "--vtu", "t"),
+                          ("-o", "/dev/full", "--json", "t.json", "--csv", "t", "--vtu", "t")]:
+            with self.subTest(arguments=arguments):
+                self.assertEqual(self.refuse("c.toml", *arguments), [
+                    "kestol-combine: error: failed writing to /dev/full: No space left on device"])
+        self.assertEqual(self.folder.read("t_U.vtu"), "old")
+
+    def test_standard_output_on_a_full_device(self) -> None:
+        self.folder.write("c.toml", COMBINED)
+        before = self.folder.names()
+        for arguments in [[], ["--list"], ["--json", "-", "--csv", "t"], ["--help"]]:
+            with self.subTest(arguments=arguments), open("/dev/full", "wb") as full:
+                done = subprocess.run([COMBINE, *arguments, "c.toml"], cwd=self.folder.path,
+                                      stdout=full, stderr=subprocess.PIPE, check=False)
+                self.assertEqual(done.returncode, 2)
+                if arguments != ["--help"]:
+                    self.assertEqual(done.stderr, b"kestol-combine: error: failed writing to "
+                                     b"standard output: No space left on device\n")
+                self.assertEqual(self.folder.names(), before)
+
+    def test_file_that_may_not_grow(self) -> None:
+        def no_space() -> None:
+            resource.setrlimit(resource.RLIMIT_FSIZE, (2000, 2000))
+            signal.signal(signal.SIGXFSZ, signal.SIG_IGN)
+
+        self.folder.write("c.toml", COMBINED)
+        before = self.folder.names()
+        for arguments in [("--json", "t.json"), ("--csv", "t"), ("--vtu", "t")]:
+            with self.subTest(arguments=arguments):
+                done = subprocess.run([COMBINE, "c.toml", *arguments], cwd=self.folder.path,
+                                      preexec_fn=no_space, capture_output=True, check=False)
+                self.assertEqual(done.returncode, 2)
+                self.assertRegex(done.stderr.decode(), "^kestol-combine: error: failed writing to "
+                                 "t[^\n]*: File too large\n$")
+                self.assertEqual(self.folder.names(), before)
 
     def test_output_that_is_an_input(self) -> None:
         self.folder.write("c.toml", CASES)
