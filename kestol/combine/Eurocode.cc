@@ -46,6 +46,11 @@ public:
   std::vector<Combination> combinations;
 
 private:
+  [[noreturn]] static void RefuseMore() {
+    Fatal("error: the rules give more than ", kMostCombinations,
+          " combinations: name actions that are never together in `exclusive`, or join cases\n");
+  }
+
   void AddSubsets(const std::vector<int>& accompanying, int leading) {
     ForEachSubset(accompanying, exclusions_, leading,
                   [&](const std::vector<int>& subset) { AddPermanentLevels(leading, subset); });
@@ -55,6 +60,8 @@ private:
   /// makes group g inferior; where both factors are the same there is one level.
   void AddPermanentLevels(int leading, const std::vector<int>& subset) {
     const bool oneLevel = SuperiorFactor(*expression_) == expression_->inferior;
+    constexpr std::size_t kMostGroups = 20;  // 2^20 levels are more than anyone may have
+    if (!oneLevel && groups_.size() > kMostGroups) RefuseMore();
     const std::size_t levels = oneLevel ? 1 : std::size_t{1} << groups_.size();
     for (std::size_t level = 0; level < levels; ++level) Add(level, leading, subset);
   }
@@ -70,9 +77,7 @@ private:
     PutPermanent(level, put);
     PutVariable(leading, subset, put);
     if (terms.empty() || !known_.insert(FactorKey(combination.factors)).second) return;
-    if (combinations.size() == kMostCombinations)
-      Fatal("error: the rules give more than ", kMostCombinations,
-            " combinations: name actions that are never together in `exclusive`, or join cases\n");
+    if (combinations.size() == kMostCombinations) RefuseMore();
     combination.name = std::string(expression_->name) + '-' + std::to_string(++number_);
     combination.formula = FormulaOf(terms);
     combinations.push_back(std::move(combination));

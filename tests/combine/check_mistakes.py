@@ -208,6 +208,15 @@ class Mistakes(unittest.TestCase):
         self.assertRegex(self.refuse("c.toml", "--list")[0],
                          "^c.toml: error: the rules give more than 100000 combinations: ")
 
+    def test_too_many_separate_permanent_cases(self) -> None:
+        text = CASES
+        for k in range(70):
+            text += (f'[cases.X{k}]\ncategory = "permanent"\nseparate = true\n'
+                     'loads = "office.dat"\n')
+        self.folder.write("c.toml", text + '[eurocode]\nrules = ["6.10"]\n')
+        self.assertRegex(self.refuse("c.toml", "--list")[0],
+                         "^c.toml: error: the rules give more than 100000 combinations: ")
+
     def test_command_lines(self) -> None:
         self.folder.write("c.toml", CASES)
         hint = "; try kestol-combine --help"
