@@ -4,6 +4,7 @@
 #include <cmath>
 #include <fstream>
 #include <iterator>
+#include <limits>
 #include <memory>
 #include <sstream>
 #include <string_view>
@@ -217,7 +218,9 @@ void CaseReader::ReadLoad(const std::string& keyword, std::string_view record) {
 /// The line is read as if the node had no support, and then held against the one that it has.
 void CaseReader::ReadSettlement(const std::string&, std::string_view record) {
   std::string_view text = record;
-  const auto nodeNumber = static_cast<int>(TakeReal(text).value_or(0.0));
+  const double number = TakeReal(text).value_or(0.0);
+  constexpr double kLargest = std::numeric_limits<int>::max();
+  const int nodeNumber = std::abs(number) <= kLargest ? static_cast<int>(number) : 0;
   Node* const node = FindNode(project_, nodeNumber);
   std::unique_ptr<Constraint> support;
   if (node != nullptr) support = std::move(node->constraint);

@@ -130,6 +130,8 @@ CASE_MISTAKES = [
     ("constraints\n 2 100 0 0 0\nend\n", 2, "node 2 has no support in the model [syntax]"),
     ("constraints\n 4 112 0 0 5\nend\n", 2,
      "code 2 of degree 3 of node 4 is not that of the model, 1 [syntax]"),
+    ("constraints\n 99999999999 111 0 0 0\nend\n", 2,
+     "number out of range in input file [syntax]"),
     ("nodal_point_loads\n 9 1 0 0\nend\n", 2, "Trying to assign Load to unknown node [syntax]"),
     ("global_pressure_loads\n 2 0\nend\n", 2,
      "Not reading correctly preassure_loads. ElemNum=2 [syntax]"),
