@@ -13,7 +13,7 @@
 #include "input/LoadsReader.h"
 #include "input/MappedWords.h"
 #include "input/MaterialReader.h"
-#include "input/NearestWord.h"
+#include "input/MeantKeyword.h"
 #include "input/Project.h"
 #include "input/ProjectCheck.h"
 #include "input/SourceMap.h"
@@ -307,72 +307,6 @@ void SkipToType(TextInput& input) {
 }
 
 // --- with a map -------------------------------------------------------------------------------
-
-// Goes to the next line whose first word is a keyword, or one letter away from one.
-void SkipToKeyword(TextInput& input) {
-  const std::vector<std::string_view> names = KeywordNames();
-  while (SkipRestOfLine(input)) {
-    SkipSpace(input);
-    const std::string_view word = input.PeekWord();
-    if (IsKeyword(word) || !NearestWord(word, names, 1).empty()) return;
-  }
-}
-
-// Where reading goes on behind a keyword whose value is refused: at the next line that does not
-// look like the rest of the value.
-void SkipValue(TextInput& input) {
-  input.Rewind();
-  for (;;) {
-    SkipRestOfLine(input);
-    SkipSpace(input);
-    std::string_view word = input.PeekWord();
-    if (!TakeReal(word)) return;
-  }
-}
-
-// Words for what the deck calls otherwise.
-struct Synonym {
-  std::string_view word, keyword;
-};
-constexpr Synonym kSynonyms[] = {
-    {"hinges",      "rotules"              },
-    {"releases",    "rotules"              },
-    {"supports",    "constraints"          },
-    {"restraints",  "constraints"          },
-    {"sections",    "materials"            },
-    {"nodal_loads", "nodal_point_loads"    },
-    {"point_loads", "nodal_point_loads"    },
-    {"beam_loads",  "global_pressure_loads"},
-    {"gravity",     "GravityDirection"     },
-    {"units",       "units_names"          },
-    {"dimension",   "mesh"                 },
-};
-
-// The keyword that was probably meant; empty when it cannot be told.
-std::string_view NearestKeyword(std::string_view word) {
-  const std::string lower = LowerCase(word);
-  for (const Synonym& synonym : kSynonyms)
-    if (lower == synonym.word) return synonym.keyword;
-  return NearestWord(word, KeywordNames());
-}
-
-// The row of the keyword that was meant; -1 when it cannot be told.
-int MeantKeyword(std::string_view word, const SourceMap::Record& record, SourceMap& map) {
-  const int row = KeywordOf(word);
-  if (row >= 0) return row;
-  const std::string_view nearest = NearestKeyword(word);
-  map.Refuse(record, SourceMap::Cause::UnknownWord, nearest, word);
-  return nearest.empty() ? -1 : KeywordOf(nearest);
-}
-
-// Whether what is glued to a keyword makes it another word: letters, with the value behind them.
-bool IsLongerWord(TextInput& input, std::string_view glued) {
-  const std::string first = LowerCase(glued.substr(0, 1));
-  if (first < "a" || first > "z") return false;
-  std::string_view rest = input.PeekLine();
-  const std::string_view next = TakeValue(rest);
-  return !next.empty() && next[0] != '#';
-}
 
 void ReadMappedKeyword(Project& project, TextInput& input, std::string_view word, SourceMap& map) {
   SourceMap::Record record{RecordKind::Keyword, -1, input.RecordOffset()};
