@@ -1,10 +1,9 @@
 #include "kestol/mechanisms/ElementEnergies.h"
 
-#include <ostream>
-
 #include "algebra/Matriu.h"
 #include "algebra/StiffnessMatrix.h"
 #include "analysis/Assembly.h"
+#include "analysis/MeshPart.h"
 
 namespace kestol {
 
@@ -12,7 +11,7 @@ namespace {
 
 /// Stands where a matrix is assembled and adds up the energies of the blocks instead. Elements
 /// come one after the other, each with a block for every pair of its nodes.
-class EnergyCounter final : public StiffnessMatrix {
+class EnergyCounter final : public BlockSink {
 public:
   EnergyCounter(const Project& project, const ReaVecT& z) : z_(z) {
     for (const auto& mesh : project.meshes)
@@ -33,23 +32,6 @@ public:
     ++element_;
   }
 
-  // Nothing is stored, nothing is solved.
-  int NumDegrees() const override { return z_.n; }
-  void AddNodePair(int, int, int) override {}
-  void Allocate(int) override {}
-  double& Entry(int, int) override { return nothing_; }
-  void SetZero() override {}
-  int Factorise(std::ostream*) override { return -1; }
-  int Substitute(ReaVecT&, std::ostream*) override { return -1; }
-  void Prescribe(int, double, ReaVecT&) override {}
-  double RowTimesVector(int, const ReaVecT&) const override { return 0.0; }
-  void Times(const ReaVecT&, ReaVecT&) const override {}
-  void ScaleAndShift(const ReaVecT&, double) override {}
-  void Print(std::ostream&) const override {}
-  void CopyFromYouToMat(Matriu&) const override {}
-  void WriteForVemo(std::ostream&) const override {}
-  void PrintInfo(std::ostream&) const override {}
-
   std::vector<ElementEnergy> energies;
 
 private:
@@ -57,14 +39,13 @@ private:
   std::vector<int> blocks_;  // of each element
   std::size_t element_ = 0;
   int seen_ = 0;
-  double nothing_ = 0.0;
 };
 
 }  // namespace
 
 std::vector<ElementEnergy> ElementEnergiesOf(const Project& project, const ReaVecT& z) {
   EnergyCounter counter(project, z);
-  AddStiffnessOfAllMeshes(project, counter, BlockAxes::Global);
+  AddStiffness(project, WholeMeshes(project), counter, BlockAxes::Global);
   return std::move(counter.energies);
 }
 
