@@ -145,6 +145,15 @@ bool EndsInASection(const Inspection& deck) {
   });
 }
 
+void AddWithoutMaterial(Inspection& deck, const std::vector<int>& without) {
+  Finding& finding =
+      deck.Add(deck.PlaceOfRecord(RecordKind::Element, without.front()),
+               std::string(without.size() == 1 ? "element " : "elements ") + ListText(without) +
+                   (without.size() == 1 ? " has" : " have") + " no material");
+  finding.elements = without;
+  for (const int number : without) deck.Spoil(RecordKind::Element, number, Finding::kNowhere);
+}
+
 }  // namespace
 
 void FindUnknownMaterials(Inspection& deck) {
@@ -172,13 +181,7 @@ void FindUnknownMaterials(Inspection& deck) {
   }
   missing.Report();
   if (missing.Any()) deck.AddUnnumbered(RecordKind::Material);
-  if (without.empty()) return;
-  Finding& finding =
-      deck.Add(deck.PlaceOfRecord(RecordKind::Element, without.front()),
-               std::string(without.size() == 1 ? "element " : "elements ") + ListText(without) +
-                   (without.size() == 1 ? " has" : " have") + " no material");
-  finding.elements = without;
-  for (const int number : without) deck.Spoil(RecordKind::Element, number, Finding::kNowhere);
+  if (!without.empty()) AddWithoutMaterial(deck, without);
 }
 
 }  // namespace kestol

@@ -5,7 +5,6 @@
 
 #include "algebra/FixedMatrix.h"
 #include "model/Constraint.h"
-#include "model/EulerAngles.h"
 #include "model/Frame.h"
 
 namespace kestol {
@@ -48,41 +47,49 @@ Six TranslationRow(const PartFrame& frame, const Node& node, const Vector3& dire
   return {direction[0], direction[1], direction[2], turned[0], turned[1], turned[2]};
 }
 
+bool Holds(const Constraint& support, int d) {
+  return support.codes[d] == Prescribed || (support.codes[d] == Spring && support.values[d] != 0.0);
+}
+
+/// The axes of a support: its own, or the global ones.
+Frame FrameOfSupport(const Constraint& support) {
+  if (support.hasLocalAxes != 0) return FrameOf(AxesOf(support));
+  return {
+      {1.0, 0.0, 0.0},
+      {0.0, 1.0, 0.0},
+      {0.0, 0.0, 1.0}
+  };
+}
+
+/// The rows of one supported node.
+void AddHoldingRows(const Project& project, const Parts& parts, int index, const PartFrame& frame,
+                    std::vector<Six>& rows) {
+  constexpr double kNothing = 1e-6;
+  const Node& node = parts.NodeAt(index);
+  const Constraint& support = *node.constraint;
+  const Frame axes = FrameOfSupport(support);
+  const Vector3 directions[] = {axes.x, axes.y, axes.z};
+  const bool isPlane = IsPlaneFrame(project);
+  const int firstRotation = isPlane ? 2 : 3;
+  for (int d = 0; d < std::min(project.dofsPerNode, support.dofs); ++d) {
+    if (!Holds(support, d)) continue;
+    if (d < firstRotation) {
+      rows.push_back(TranslationRow(frame, node, directions[d]));
+      continue;
+    }
+    // In a motion that nothing resists a node does not turn where only the ground feels it.
+    const Vector3 axis = isPlane ? Vector3{0.0, 0.0, 1.0} : parts.Felt(index, directions[d - 3]);
+    if (Norm(axis) >= kNothing) rows.push_back({0.0, 0.0, 0.0, axis[0], axis[1], axis[2]});
+  }
+}
+
 /// Rows of what holds the part: one per prescribed degree and per spring.
 std::vector<Six> HoldingRows(const Project& project, const Parts& parts, int part,
                              const PartFrame& frame) {
-  constexpr double kNothing = 1e-6;
   std::vector<Six> rows;
-  const bool isPlane = IsPlaneFrame(project);
-  for (const int index : parts.NodesOf(part)) {
-    const Node& node = parts.NodeAt(index);
-    if (!node.constraint) continue;
-    const Constraint& support = *node.constraint;
-    Frame axes{
-        {1.0, 0.0, 0.0},
-        {0.0, 1.0, 0.0},
-        {0.0, 0.0, 1.0}
-    };
-    if (support.hasLocalAxes != 0)
-      axes = FrameOf(EulerRotation(support.Euler1, support.Euler2, support.Euler3));
-    const Vector3 directions[] = {axes.x, axes.y, axes.z};
-    for (int d = 0; d < std::min(project.dofsPerNode, support.dofs); ++d) {
-      const bool holds = support.codes[d] == Prescribed ||
-                         (support.codes[d] == Spring && support.values[d] != 0.0);
-      if (!holds) continue;
-      const bool isRotation = isPlane ? d == 2 : d >= 3;
-      if (!isRotation) {
-        rows.push_back(TranslationRow(frame, node, directions[d]));
-      } else {
-        // In a motion that nothing resists a node does not turn where only the ground feels it.
-        const Vector3 axis =
-            isPlane ? Vector3{0.0, 0.0, 1.0} : parts.Felt(index, directions[d - 3]);
-        if (Norm(axis) < kNothing) continue;
-        rows.push_back({0.0, 0.0, 0.0, axis[0], axis[1], axis[2]});
-      }
-    }
-  }
-  if (isPlane) {
+  for (const int index : parts.NodesOf(part))
+    if (parts.NodeAt(index).constraint) AddHoldingRows(project, parts, index, frame, rows);
+  if (IsPlaneFrame(project)) {
     for (const int d : {2, 3, 4}) {
       Six row{};
       row[static_cast<std::size_t>(d)] = 1.0;
@@ -92,6 +99,31 @@ std::vector<Six> HoldingRows(const Project& project, const Parts& parts, int par
   return rows;
 }
 
+/// Where the largest entry stands of the rows from `first` on.
+struct Pivot {
+  std::size_t row, column;
+  double size;
+};
+Pivot LargestEntry(const std::vector<Six>& rows, std::size_t first) {
+  Pivot pivot{first, 0, 0.0};
+  for (std::size_t r = first; r < rows.size(); ++r)
+    for (std::size_t c = 0; c < 6; ++c)
+      if (std::abs(rows[r][c]) > pivot.size) pivot = {r, c, std::abs(rows[r][c])};
+  return pivot;
+}
+
+/// Gauss and Jordan: the column becomes that of the unit matrix, with its 1 in `pivotRow`.
+void Eliminate(std::vector<Six>& rows, std::size_t pivotRow, std::size_t column) {
+  const double pivot = rows[pivotRow][column];
+  for (double& entry : rows[pivotRow]) entry /= pivot;
+  for (std::size_t r = 0; r < rows.size(); ++r) {
+    const double factor = rows[r][column];
+    if (r == pivotRow || factor == 0.0) continue;
+    for (std::size_t c = 0; c < 6; ++c) rows[r][c] -= factor * rows[pivotRow][c];
+    rows[r][column] = 0.0;
+  }
+}
+
 /// The null space of the rows by elimination with complete pivoting: each vector has a 1 where the
 /// others have 0, so that pure motions stay pure.
 std::vector<Six> NullVectors(std::vector<Six> rows) {
@@ -99,27 +131,11 @@ std::vector<Six> NullVectors(std::vector<Six> rows) {
   std::vector<std::size_t> pivots;  // column of each eliminated row
   std::size_t rank = 0;
   for (; rank < 6; ++rank) {
-    std::size_t bestRow = rank, bestColumn = 0;
-    double best = kZeroRow;
-    for (std::size_t r = rank; r < rows.size(); ++r)
-      for (std::size_t c = 0; c < 6; ++c)
-        if (std::abs(rows[r][c]) > best) {
-          best = std::abs(rows[r][c]);
-          bestRow = r;
-          bestColumn = c;
-        }
-    if (best <= kZeroRow) break;
-    std::swap(rows[rank], rows[bestRow]);
-    const double pivot = rows[rank][bestColumn];
-    for (double& entry : rows[rank]) entry /= pivot;
-    for (std::size_t r = 0; r < rows.size(); ++r) {
-      if (r == rank) continue;
-      const double factor = rows[r][bestColumn];
-      if (factor == 0.0) continue;
-      for (std::size_t c = 0; c < 6; ++c) rows[r][c] -= factor * rows[rank][c];
-      rows[r][bestColumn] = 0.0;
-    }
-    pivots.push_back(bestColumn);
+    const Pivot pivot = LargestEntry(rows, rank);
+    if (pivot.size <= kZeroRow) break;
+    std::swap(rows[rank], rows[pivot.row]);
+    Eliminate(rows, rank, pivot.column);
+    pivots.push_back(pivot.column);
   }
   std::vector<Six> null;
   for (std::size_t free = 0; free < 6; ++free) {
