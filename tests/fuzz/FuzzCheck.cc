@@ -1,28 +1,17 @@
 // kestol-check on arbitrary text: read with a map, every rule, and the solution of what has no
 // error.
-#include <cctype>
 #include <cstddef>
 #include <cstdint>
 #include <string>
 
 #include "kestol/Check.h"
 #include "kestol/ReadDeck.h"
+#include "tests/fuzz/AsksForMuch.h"
 #include "tests/support/ExpectFatal.h"
 
 namespace kestol {
 
 namespace {
-
-/// Long numbers ask for honest but large work; what is looked for here does not need them.
-bool AsksForMuch(const std::string& text) {
-  constexpr int kLongest = 4;
-  int digits = 0;
-  for (const char c : text) {
-    digits = std::isdigit(static_cast<unsigned char>(c)) ? digits + 1 : 0;
-    if (digits > kLongest) return true;
-  }
-  return false;
-}
 
 void RunCheck(const std::string& text, bool syntaxOnly) {
   SourceMap map;

@@ -1,6 +1,5 @@
 // One whole run on arbitrary text: read, solve, strengths, all reports into memory. Built as a
 // libFuzzer target by script/fuzz, and as a program that replays files for the tests.
-#include <cctype>
 #include <cstddef>
 #include <cstdint>
 #include <sstream>
@@ -15,23 +14,12 @@
 #include "output/OutputText.h"
 #include "output/PrintProject.h"
 #include "output/VemoFiles.h"
+#include "tests/fuzz/AsksForMuch.h"
 #include "tests/support/ExpectFatal.h"
 
 namespace kestol {
 
 namespace {
-
-/// Long numbers ask for honest but large work (a table by element number, stations by the million);
-/// what is looked for here does not need them.
-bool AsksForMuch(const std::string& text) {
-  constexpr int kLongest = 4;
-  int digits = 0;
-  for (const char c : text) {
-    digits = std::isdigit(static_cast<unsigned char>(c)) ? digits + 1 : 0;
-    if (digits > kLongest) return true;
-  }
-  return false;
-}
 
 void RunAll(const std::string& text) {
   Project project(100);
