@@ -43,7 +43,10 @@ Outputs::Outputs(const CombineOptions& options, const CombinationFile& file,
 
 void Outputs::OpenDocuments() {
   const bool wantsText = !options_.output.empty() || !options_.WritesFiles();
-  if (wantsText && (combinations_.empty() || !options_.envelopes))
+  if (wantsText && !options_.envelopes)
+    throw ProgramError(
+        "the text holds envelopes alone; --json, --csv or --vtu write cases and combinations");
+  if (wantsText && combinations_.empty())
     throw ProgramError(
         "the text holds envelopes, and there is no combination to make one of; --json, --csv or "
         "--vtu write the cases");

@@ -238,6 +238,11 @@ class Mistakes(unittest.TestCase):
         self.assertEqual(self.refuse("c.toml"), [
             "kestol-combine: error: the text holds envelopes, and there is no combination to make "
             "one of; --json, --csv or --vtu write the cases"])
+        self.folder.write("c.toml", COMBINED)
+        for choice in ("--cases", "--combinations"):
+            self.assertEqual(self.refuse("c.toml", choice), [
+                "kestol-combine: error: the text holds envelopes alone; --json, --csv or --vtu "
+                "write cases and combinations"])
 
     def test_files_that_cannot_be_read_or_written(self) -> None:
         self.folder.write("c.toml", CASES)
