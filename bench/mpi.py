@@ -1,16 +1,19 @@
 #!/usr/bin/env python3
 """Times kestol-mpi beside kestol and writes the table into bench/README.md.
 
-    bench/mpi.py KESTOL KESTOL_MPI [--equations 10000 100000] [--processes 1 2] [--dry]
+    bench/mpi.py KESTOL KESTOL_MPI [--equations 10000 100000] [--processes 1 2] [--longest 120] [--dry]
 
-Every row is one run after another on the same machine: the whole run of kestol by SkyLine and by Sparse, then kestol-mpi
-by each of its solvers. The load of the machine stands above the table. Memory is the sum over all processes.
+Every row is one run after another on the same machine: the whole run of kestol by SkyLine and by Sparse, then
+kestol-mpi by each of its solvers. The load of the machine stands above the table. Memory is the sum over all
+processes. A run that takes longer than the longest asked for is ended and shown as "> 120". The factor of a solid of
+a million equations would fill the memory of most machines: its cells stay empty.
 """
 import argparse
 import datetime
 import os
 import pathlib
 import re
+import signal
 import subprocess
 import sys
 import tempfile
@@ -30,26 +33,39 @@ MODELS = [
                                           300_000: ["14", "--ten"], 1_000_000: ["22", "--ten"]}),
 ]
 LARGEST_SKYLINE = 110_000
+LARGEST_DIRECT_SOLID = 300_000
 ENVIRONMENT = {**os.environ, "OMPI_ALLOW_RUN_AS_ROOT": "1", "OMPI_ALLOW_RUN_AS_ROOT_CONFIRM": "1",
                "OMP_NUM_THREADS": "1", "OPENBLAS_NUM_THREADS": "1"}
 
 
-def seconds_of(command, folder):
+def timed(command, folder, longest):
+    """The seconds and the finished run; no run when it was ended."""
     start = time.monotonic()
-    run = subprocess.run(command, cwd=folder, capture_output=True, text=True, env=ENVIRONMENT, timeout=1800)
-    return time.monotonic() - start, run
+    process = subprocess.Popen(command, cwd=folder, stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True,
+                               env=ENVIRONMENT, start_new_session=True)
+    try:
+        out, err = process.communicate(timeout=longest)
+    except subprocess.TimeoutExpired:
+        os.killpg(process.pid, signal.SIGTERM)
+        process.communicate()
+        return longest, None
+    return time.monotonic() - start, subprocess.CompletedProcess(command, process.returncode, out, err)
 
 
-def of_kestol(program, solver, text, folder):
+def of_kestol(program, solver, text, folder, longest):
     (folder / "k.dat").write_text(text.replace("TYPE 3d\n", f"TYPE 3d\nSolver: {solver}\n", 1))
-    seconds, run = seconds_of([program, "k.dat", "report"], folder)
+    seconds, run = timed([program, "k.dat", "report"], folder, longest)
+    if run is None:
+        return f"> {longest}"
     return f"{seconds:.2f}" if run.returncode == 0 else "-"
 
 
-def of_mpi(program, solver, processes, text, folder):
+def of_mpi(program, solver, processes, text, folder, longest):
     (folder / "m.dat").write_text(text)
     command = ["mpirun", "--oversubscribe", "-n", str(processes), program, "-v", "--solver", solver, "m.dat", "report"]
-    seconds, run = seconds_of(command, folder)
+    seconds, run = timed(command, folder, longest)
+    if run is None:
+        return f"> {longest}"
     if run.returncode != 0:
         return "-"
     memory = re.search(r"peak memory (\d+) MB", run.stderr)[1]
@@ -64,11 +80,14 @@ def rows_of(arguments):
                                   check=True).stdout
             with tempfile.TemporaryDirectory() as folder:
                 folder = pathlib.Path(folder)
-                row = [name, f"{size // 1000} k",
-                       of_kestol(arguments.kestol, "SkyLine", text, folder) if size <= LARGEST_SKYLINE else "",
-                       of_kestol(arguments.kestol, "Sparse 1e-8 1e-6 100000", text, folder)]
+                row = [name, f"{size // 1000} k", ""]
+                if size <= LARGEST_SKYLINE:
+                    row[-1] = of_kestol(arguments.kestol, "SkyLine", text, folder, arguments.longest)
+                row.append(of_kestol(arguments.kestol, "Sparse 1e-8 1e-6 100000", text, folder, arguments.longest))
                 for solver in ("direct", "gamg"):
-                    row += [of_mpi(arguments.mpi, solver, p, text, folder) for p in arguments.processes]
+                    fits = solver != "direct" or "block" not in name or size <= LARGEST_DIRECT_SOLID
+                    row += [of_mpi(arguments.mpi, solver, p, text, folder, arguments.longest) if fits else ""
+                            for p in arguments.processes]
             print(" | ".join(row), flush=True)
             yield row
 
@@ -79,14 +98,15 @@ def main():
     parser.add_argument("mpi", type=os.path.abspath)
     parser.add_argument("--equations", type=int, nargs="+", default=[10_000, 100_000])
     parser.add_argument("--processes", type=int, nargs="+", default=[1, 2])
+    parser.add_argument("--longest", type=int, default=120, metavar="SECONDS")
     parser.add_argument("--dry", action="store_true", help="print the table only")
     arguments = parser.parse_args()
     head = ["model", "equations", "SkyLine s", "Sparse s"]
     head += [f"{solver}, {p} s" for solver in ("direct", "gamg") for p in arguments.processes]
     load = os.getloadavg()[0]
     rows = list(rows_of(arguments))
-    table = [f"{datetime.date.today()}; {os.cpu_count()} cores; load {load:.1f} at the start, {os.getloadavg()[0]:.1f} at "
-             "the end: above the number of cores, times are those of a busy machine.", "",
+    table = [f"{datetime.date.today()}; {os.cpu_count()} cores; load {load:.1f} at the start, "
+             f"{os.getloadavg()[0]:.1f} at the end: above the number of cores, times are those of a busy machine.", "",
              "| " + " | ".join(head) + " |", "|" + "---|" * len(head)]
     table += ["| " + " | ".join(row) + " |" for row in rows]
     if arguments.dry:

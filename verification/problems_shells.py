@@ -43,8 +43,7 @@ def extremes(points, component):
 
 def membrane_patch(page):
     for six in (False, True):
-        model = patch("membrane patch", six, lambda x, y, z: (1e-3 * (x + y / 2), 1e-3 * (y + x / 2),
-                                                             0, 0, 0, 0))
+        model = patch("membrane patch", six, lambda x, y, z: (1e-3 * (x + y / 2), 1e-3 * (y + x / 2), 0, 0, 0, 0))
         name = "six nodes" if six else "three nodes"
         r = page.run(f"S01-membrane-patch-{name.split()[0]}", model)
         for component, what, target in ((0, "x", 4000 / 3), (1, "y", 4000 / 3), (2, "xy", 400)):

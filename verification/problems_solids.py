@@ -79,10 +79,10 @@ def thick_plate(page):
                 2      3.25
 
     Stress along y at D (2, 0, 0.6), the mean of the elements there: -5.38 MPa. Two cells through the
-    thickness; that the coarsest mesh hits the target is an accident. The faces of the upper side have curved edges, so that their nodal forces depend a little
-    on the points of integration: with those of the inner points (1/6, 1/6), (2/3, 1/6), (1/6, 2/3),
-    given as nodal forces, an independent program with the same element (Debian package calculix-ccx)
-    gives -5.27468 on this mesh.
+    thickness; that the coarsest mesh hits the target is an accident. The faces of the upper side have curved
+    edges, so that their nodal forces depend a little on the points of integration: with those of the inner
+    points (1/6, 1/6), (2/3, 1/6), (1/6, 2/3), given as nodal forces, an independent program with the same
+    element (Debian package calculix-ccx) gives -5.27468 on this mesh.
     """
     for name, quadratic, cells in (("ten", True, (3, 4, 2)), ("ten", True, (6, 8, 2)),
                                    ("four", False, (6, 8, 2))):

@@ -3,8 +3,8 @@
 HEAD = """\
 # Verification manual
 
-This page is generated: `script/verify` builds kestol, runs every problem below and writes the page, its pictures and its
-decks. Do not edit it by hand. A test compares it with what the program gives.
+This page is generated: `script/verify` builds kestol, runs every problem below and writes the page, its pictures and
+its decks. Do not edit it by hand. A test compares it with what the program gives.
 
 Each problem names its source, its target and what kestol prints. The values are those of the direct solver
 (`Solver SkyLine`); every deck is also run with the iterative one (`Solver Sparse 1e-10 1e-8 20000` unless the page says
@@ -12,8 +12,8 @@ otherwise), whose displacements must be the same to 1e-5 of the largest.
 
 - *6 digits*: beams are exact at their nodes and patch tests are exact everywhere, so that value and target are the same
   in the six digits that the program prints. Tests in the build hold them to 1e-6 and closer.
-- A percentage: what the method, on this mesh, is expected to reach. Rows marked *shown* have no verdict: coarser meshes,
-  or elements that are not meant for the problem.
+- A percentage: what the method, on this mesh, is expected to reach. Rows marked *shown* have no verdict: coarser
+  meshes, or elements that are not meant for the problem.
 
 Signs: [conventions](conventions.md). Node orders and formulas: [elements](elements.md).
 

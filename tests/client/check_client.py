@@ -46,7 +46,8 @@ def main():
         printed = {"cmake": run([work / "build" / "client", deck])}
         if shutil.which("pkg-config"):
             where = next(prefix.rglob("kestol.pc")).parent
-            flags = run(["pkg-config", "--cflags", "--libs", "kestol"], env={**os.environ, "PKG_CONFIG_PATH": str(where)})
+            flags = run(["pkg-config", "--cflags", "--libs", "kestol"],
+                        env={**os.environ, "PKG_CONFIG_PATH": str(where)})
             run([compiler, work / "client.cc", "-o", work / "plain", *shlex.split(flags)])
             printed["pkg-config"] = run([work / "plain", deck])
     for way, text in printed.items():

@@ -21,7 +21,7 @@ from typing import Any, Iterator
 
 import jsonschema
 
-from combine_run import CASES, OFFICE, Folder, frame, run
+from combine_run import CASES, Folder, frame, run
 
 COMBINE, EXPORT, KESTOL, EXAMPLES = sys.argv[1:5] if len(sys.argv) >= 5 else ("", "", "", "")
 del sys.argv[1:5]

@@ -165,6 +165,7 @@ def check_full_device(bench):
         done = subprocess.run([bench.program, "deck.dat", "--json", "-"], cwd=bench.work, stdout=full,
                               stderr=subprocess.PIPE, check=False)
     bench.expect(done.returncode == 2 and b"standard output: No space left" in done.stderr, done)
+
     # A file that may not grow: nothing of it stays.
     def no_space():
         resource.setrlimit(resource.RLIMIT_FSIZE, (2000, 2000))

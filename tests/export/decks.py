@@ -23,8 +23,10 @@ def frame(rng):
     plane = rng.random() < 0.5
     dofs = 3 if plane else 6
     columns, rows = rng.randint(2, 4), rng.randint(2, 4)
+
     def jitter():
         return rng.uniform(-0.2, 0.2)
+
     nodes, at = [], {}
     for j in range(rows):
         for i in range(columns):
@@ -123,6 +125,7 @@ def block(rng):
             for i in range(sizes[0] + 1):
                 corners[i, j, k] = len(corners) + 1
     points = [tuple(c + rng.uniform(-0.1, 0.1) for c in key) for key in corners]
+
     def volume(tet):
         o, a, b, c = (points[n - 1] for n in tet)
         u, v, w = ([q[m] - o[m] for m in range(3)] for q in (a, b, c))

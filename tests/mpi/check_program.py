@@ -31,8 +31,15 @@ def kestol_mpi(*arguments, processes=1, cwd=None, mpirun=True):
     return run
 
 
+NUMBER = r"[-+]?\d+\.?\d*(?:[eE][-+]?\d+)?"
+
+
 def numbers(text):
-    return [float(word) for word in re.findall(r"[-+]?\d+\.?\d*(?:[eE][-+]?\d+)?", text)]
+    return [float(word) for word in re.findall(NUMBER, text)]
+
+
+def words(text):
+    return re.sub(NUMBER, "#", text).split()
 
 
 class Case(unittest.TestCase):
@@ -55,7 +62,6 @@ class Case(unittest.TestCase):
 class Outputs(Case):
     def assert_alike(self, name, other):
         ours, theirs = (self.here / name).read_text(), (self.here / other).read_text()
-        words = lambda text: re.sub(r"[-+]?\d+\.?\d*(?:[eE][-+]?\d+)?", "#", text).split()
         self.assertEqual(words(ours), words(theirs))
         a, b = numbers(ours), numbers(theirs)
         largest = max(map(abs, b))

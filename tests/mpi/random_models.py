@@ -26,7 +26,10 @@ class Deck:
     def text(self):
         numbers = list(range(1, len(self.places) + 1))
         self.rng.shuffle(numbers)
-        n = lambda place: numbers[self.places[place]]
+
+        def n(place):
+            return numbers[self.places[place]]
+
         lines = ["PROBLEM random", f"TYPE {self.dimension}d"] + self.options
         element = 0
         for m, (family, nnode, elements) in enumerate(self.meshes):
@@ -59,7 +62,10 @@ def values(rng, count, size):
 def plane_frame(rng):
     deck = Deck(rng, 2)
     columns, storeys = rng.randint(1, 5), rng.randint(1, 5)
-    at = lambda i, j: (4.0 * i + 0.1 * j, 3.0 * j)
+
+    def at(i, j):
+        return 4.0 * i + 0.1 * j, 3.0 * j
+
     for i in range(columns + 1):
         for j in range(storeys + 1):
             deck.node(at(i, j))
@@ -89,7 +95,10 @@ def plane_frame(rng):
 def space_frame(rng):
     deck = Deck(rng, 3)
     nx, ny, nz = (rng.randint(1, 3) for _ in range(3))
-    at = lambda i, j, k: (4.0 * i, 5.0 * j + 0.2 * i, 3.0 * k)
+
+    def at(i, j, k):
+        return 4.0 * i, 5.0 * j + 0.2 * i, 3.0 * k
+
     beams = []
     for i in range(nx + 1):
         for j in range(ny + 1):
@@ -116,7 +125,10 @@ def shell(rng):
     deck = Deck(rng, 3)
     nx, ny, six = rng.randint(2, 7), rng.randint(2, 7), rng.random() < 0.5
     curved = rng.choice([0.0, 0.05])
-    at = lambda i, j: (1.0 * i, 0.8 * j, curved * i * i)
+
+    def at(i, j):
+        return 1.0 * i, 0.8 * j, curved * i * i
+
     triangles = []
     for i in range(nx):
         for j in range(ny):
@@ -148,7 +160,10 @@ def solid(rng):
     deck = Deck(rng, 3)
     n, m, ten = rng.randint(2, 4), rng.randint(1, 2), rng.random() < 0.5
     h = 0.5
-    at = lambda corner: tuple(h * c for c in corner)
+
+    def at(corner):
+        return tuple(h * c for c in corner)
+
     tetrahedra = []
     for i in range(n):
         for j in range(m):
