@@ -29,7 +29,7 @@ void SetAxes(const Frame& frame, Matriu& T) {
 /// Block diagonal: one frame for translations, one for rotations.
 void SetAxes(const Frame& translations, const Frame& rotations, Matriu& T) {
   T.Redimension(6, 6);
-  T.Fill(0.0);
+  std::fill(T.begin(), T.end(), 0.0);  // inlined, as Fill is not: once for every visit of a beam
   SetBlock(RotationOf(translations), 1, 1, T);
   SetBlock(RotationOf(rotations), 4, 4, T);
 }

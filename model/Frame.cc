@@ -6,23 +6,6 @@
 
 namespace kestol {
 
-Frame FrameOf(const FixedMatrix<3, 3>& R) {
-  return {
-      {R(1, 1), R(2, 1), R(3, 1)},
-      {R(1, 2), R(2, 2), R(3, 2)},
-      {R(1, 3), R(2, 3), R(3, 3)}
-  };
-}
-
-FixedMatrix<3, 3> RotationOf(const Frame& frame) {
-  const auto& [x, y, z] = frame;
-  return {
-      {x[0], y[0], z[0], //
-       x[1], y[1], z[1], //
-       x[2], y[2], z[2]}
-  };
-}
-
 void CheckInPlane(const Frame& frame, int elementNumber) {
   constexpr double kOutOfPlane = 1e-10;
   const bool inPlane = std::abs(frame.x[2]) <= kOutOfPlane && std::abs(frame.y[2]) <= kOutOfPlane &&

@@ -16,14 +16,27 @@ struct Frame {
 };
 
 /// The axes that are the columns of the rotation R.
-Frame FrameOf(const FixedMatrix<3, 3>& R);
+inline Frame FrameOf(const FixedMatrix<3, 3>& R) {
+  return {
+      {R(1, 1), R(2, 1), R(3, 1)},
+      {R(1, 2), R(2, 2), R(3, 2)},
+      {R(1, 3), R(2, 3), R(3, 3)}
+  };
+}
 /// Those in the upper left 3x3 block of T.
 inline Frame FrameOf(const Matriu& T) {
   return FrameOf(BlockOf<3, 3>(T, 1, 1));
 }
 
 /// The rotation that has the axes as its columns.
-FixedMatrix<3, 3> RotationOf(const Frame& frame);
+inline FixedMatrix<3, 3> RotationOf(const Frame& frame) {
+  const auto& [x, y, z] = frame;
+  return {
+      {x[0], y[0], z[0], //
+       x[1], y[1], z[1], //
+       x[2], y[2], z[2]}
+  };
+}
 
 /// Plane problems turn about z only; z may point to either side. Ends the run for axes of the
 /// element that leave the plane of x and y by more than 1e-10.
