@@ -1,14 +1,16 @@
 #!/usr/bin/env python3
 """Flips one constant, sign or comparison at a time and reports the flips that no test notices.
 
-    script/mutate.py [--count N] [--seed S] [--only PATH-PREFIX] [--minutes M] [--jobs J]
+    script/mutate.py [--count N] [--seed S] [--only PATH-PREFIX] [--minutes M] [--jobs J] [--near] [--python]
     script/mutate.py --again SURVIVORS [--sanitize]
 
 Works on copies of the committed tree in build/mutation; the working tree is not touched. Each mutant
-is built and the tests are run until the first failure: the test programs, each as one process, and
-behind them what only ctest runs. Survivors are listed with their line; a survivor either gets a
-test, or shows that the line does not matter. --again tries those of an earlier list once more, after
-tests were added; --sanitize builds with the sanitizers, which see what is only undefined.
+is built and the tests are run until the first failure: those of its folder, the test programs, each
+as one process, and behind them what only ctest runs. With --near the last are left out: more mutants
+in the same time, and some survive that a test elsewhere would notice. Survivors are listed with
+their line; a survivor either gets a test, or shows that the line does not matter. --again tries those
+of an earlier list once more, after tests were added; --sanitize builds with the sanitizers, which see
+what is only undefined; --python takes the Python sources in place of the C++ ones.
 """
 import argparse
 import os
@@ -21,6 +23,7 @@ import subprocess
 import sys
 import threading
 import time
+import tokenize
 
 import check_includes
 
@@ -52,13 +55,44 @@ FLIPS = [
     (re.compile(r"(?<![\w.])3(?![\w.'])"), "4"),
     (re.compile(r"(?<![\w.])6(?![\w.'])"), "5"),
 ]
-SKIP = re.compile(r"^\s*(//|#|assert\(|static_assert|template|using|case )")
+SKIP = re.compile(r"^\s*(//|#|assert\(|static_assert|template|using|case |from |import )")
+# What Python writes in words.
+PYTHON_FLIPS = [
+    (re.compile(r" and "), " or "),
+    (re.compile(r" or "), " and "),
+    (re.compile(r"\bnot (?!in\b)"), ""),
+    (re.compile(r" not in "), " in "),
+    (re.compile(r"\bTrue\b"), "False"),
+    (re.compile(r"\bFalse\b"), "True"),
+]
+PYTHON_FOLDERS = ["import/kestol_import", "python/kestol"]
+# The tests of ctest that look at a folder first; the first row that fits.
+NEAR = [
+    ("kestol/combine/", r"^combine\.|^python\.combining"),
+    ("kestol/findings/", r"^check\."),
+    ("kestol/mechanisms/", r"^check\."),
+    ("kestol/", r"^check\.|^export\.|^combine\.|^python\."),
+    ("programs/check/", r"^check\."),
+    ("programs/combine/", r"^combine\."),
+    ("programs/common/", r"^export\.|^check\.|^combine\."),
+    ("programs/export/", r"^export\."),
+    ("programs/mpi/", r"^mpi\."),
+    ("programs/python/", r"^python\."),
+    ("programs/view/", r"^view_"),
+    ("direct/", r"^export\.|^check\."),
+    ("input/", r"^check\.|^case\.|^robustness\."),
+    ("results/", r"^export\.|^case\."),
+    ("import/", r"^import\."),
+    ("python/", r"^python\."),
+    ("", r"^case\."),
+]
 
 
 class Tree:
     """A copy of the committed tree with its build; one mutant at a time."""
 
-    def __init__(self, number, sanitize):
+    def __init__(self, number, sanitize, near):
+        self.near_only = near
         self.source = WORK / f"tree{number}"
         self.build_folder = WORK / f"build{number}"
         scratch = WORK / f"tmp{number}"
@@ -83,7 +117,7 @@ class Tree:
         # The quickest first.
         self.programs = sorted((p for p in self.build_folder.glob("tests/**/*_tests")
                                 if p.is_file()), key=lambda p: "faults" in p.name)
-        if self.tests_notice():
+        if self.tests_notice(""):
             sys.exit("the tree does not pass its tests without a mutation")
 
     def run(self, command, timeout):
@@ -98,12 +132,17 @@ class Tree:
     def build(self):
         return self.run(["cmake", "--build", "."], 1200)
 
-    def tests_notice(self):
+    def tests_notice(self, name):
+        near = next(tests for prefix, tests in NEAR if name.startswith(prefix))
+        ctest = ["ctest", "--stop-on-failure", "--timeout", "120"]
+        if not self.run([*ctest, "-R", near], 600):
+            return True
+        if name.endswith(".py") and self.near_only:
+            return False
         for program in self.programs:
             if not self.run([str(program), "--gtest_fail_fast"], 60):
                 return True
-        return not self.run(["ctest", "-E", r"_tests\.", "--stop-on-failure", "--timeout", "60"],
-                            600)
+        return not self.near_only and not self.run([*ctest, "-E", rf"_tests\.|{near}"], 900)
 
     def try_mutant(self, site):
         name, index, start, end, replacement = site
@@ -115,20 +154,31 @@ class Tree:
         try:
             if not self.build():
                 return "does not build"
-            return "noticed" if self.tests_notice() else "SURVIVED"
+            return "noticed" if self.tests_notice(name) else "SURVIVED"
         finally:
             path.write_text(text)
 
 
-def sites(source):
+def lines_of_strings(path):
+    """The lines, from 0, of strings that span several: they say what no test can notice."""
+    with tokenize.open(path) as file:
+        tokens = [t for t in tokenize.generate_tokens(file.readline) if t.type == tokenize.STRING]
+    return {line - 1 for t in tokens for line in range(t.start[0], t.end[0] + 1)
+            if t.start[0] != t.end[0]}
+
+
+def sites(source, python):
     """All places where a flip applies: (file, line index, start, end, replacement)."""
-    folders = check_includes.folders(source)
-    for path in sorted({path for folder in folders for path in (source / folder).rglob("*.cc")}):
+    folders = PYTHON_FOLDERS if python else check_includes.folders(source)
+    flips = FLIPS + PYTHON_FLIPS if python else FLIPS
+    files = "*.py" if python else "*.cc"
+    for path in sorted({path for folder in folders for path in (source / folder).rglob(files)}):
+        strings = lines_of_strings(path) if python else set()
         for index, line in enumerate(path.read_text().splitlines()):
-            code = line.split("//")[0]
-            if SKIP.match(line) or '"' in code:
+            code = line.split("  # " if python else "//")[0]
+            if index in strings or SKIP.match(line) or '"' in code:
                 continue
-            for pattern, replacement in FLIPS:
+            for pattern, replacement in flips:
                 for match in pattern.finditer(code):
                     yield (str(path.relative_to(source)), index, match.start(), match.end(),
                            replacement)
@@ -165,11 +215,13 @@ def main():
     parser.add_argument("--jobs", type=int, default=2)
     parser.add_argument("--again", type=pathlib.Path)
     parser.add_argument("--sanitize", action="store_true")
+    parser.add_argument("--near", action="store_true")
+    parser.add_argument("--python", action="store_true")
     arguments = parser.parse_args()
     stop = time.monotonic() + 60 * arguments.minutes
     tally = {"noticed": 0, "SURVIVED": 0, "does not build": 0}
-    trees = [Tree(number, arguments.sanitize) for number in range(arguments.jobs)]
-    chosen = [s for s in sites(trees[0].source) if s[0].startswith(arguments.only)]
+    trees = [Tree(number, arguments.sanitize, arguments.near) for number in range(arguments.jobs)]
+    chosen = [s for s in sites(trees[0].source, arguments.python) if s[0].startswith(arguments.only)]
     if arguments.again:
         again = set(listed(arguments.again))
         chosen = [s for s in chosen if (*s[:3], s[4]) in again]
