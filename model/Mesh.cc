@@ -12,34 +12,44 @@ namespace {
 
 constexpr int kNumbersPerBlock = 100;
 
-/// The edges of one element family, as places (from 0) of their two corners.
-struct EdgeList {
-  int count;
-  int corners[12][2];
+using Edge = std::array<int, 2>;
+constexpr Edge kLineEdges[] = {
+    {0, 1}
 };
-
-/// By element type less 1.
-/// clang-format off
-constexpr EdgeList kEdges[] = {
-    {1,  {{0, 1}}                                        },
-    {3,  {{0, 1}, {1, 2}, {2, 0}}                        },
-    {4,  {{0, 1}, {1, 2}, {2, 3}, {3, 0}}                },
-    {6,  {{0, 1}, {1, 2}, {2, 0}, {0, 3}, {1, 3}, {2, 3}}},
-    {12,
-     {{0, 1},
-      {1, 2},
-      {2, 3},
-      {3, 0},  // bottom
-      {4, 5},
-      {5, 6},
-      {6, 7},
-      {7, 4},  // top
-      {0, 4},
-      {1, 5},
-      {2, 6},
-      {3, 7}}                                            }, // between
+constexpr Edge kTriangleEdges[] = {
+    {0, 1},
+    {1, 2},
+    {2, 0}
 };
-// clang-format on
+constexpr Edge kQuadrilateralEdges[] = {
+    {0, 1},
+    {1, 2},
+    {2, 3},
+    {3, 0}
+};
+constexpr Edge kTetrahedraEdges[] = {
+    {0, 1},
+    {1, 2},
+    {2, 0},
+    {0, 3},
+    {1, 3},
+    {2, 3}
+};
+// Bottom, top, between them.
+constexpr Edge kHexahedraEdges[] = {
+    {0, 1},
+    {1, 2},
+    {2, 3},
+    {3, 0},
+    {4, 5},
+    {5, 6},
+    {6, 7},
+    {7, 4},
+    {0, 4},
+    {1, 5},
+    {2, 6},
+    {3, 7}
+};
 
 struct FemviewRow {
   ElemType type;
@@ -137,16 +147,30 @@ int Mesh::ExternalNumber(int index) const {
   return number == 0 ? index : number;
 }
 
+std::span<const Edge> EdgesOf(int elemType) {
+  switch (elemType) {
+    case Linear:
+      return kLineEdges;
+    case Triangle:
+      return kTriangleEdges;
+    case Quadrilateral:
+      return kQuadrilateralEdges;
+    case Tetrahedra:
+      return kTetrahedraEdges;
+    case Hexahedra:
+      return kHexahedraEdges;
+    default:
+      return {};
+  }
+}
+
 std::vector<std::pair<int, int>> Mesh::CalcEdges() const {
-  if (elemType < Linear || elemType > Hexahedra)
-    Fatal("error in Mesh::CalcEdges. Mesh not correctly defined\n");
-  const EdgeList& ofElem = kEdges[elemType - 1];
+  const std::span<const Edge> edgesOfOne = EdgesOf(elemType);
+  if (edgesOfOne.empty()) Fatal("error in Mesh::CalcEdges. Mesh not correctly defined\n");
   std::vector<std::pair<int, int>> edges;
   for (auto [number, elem] : elems)
-    for (int e = 0; e < ofElem.count; ++e) {
-      const auto& [p, q] = ofElem.corners[e];
+    for (const auto& [p, q] : edgesOfOne)
       edges.push_back(std::minmax({NumberOf(elem->nodes[p]), NumberOf(elem->nodes[q])}));
-    }
   std::sort(edges.begin(), edges.end());
   return edges;
 }

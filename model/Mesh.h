@@ -1,7 +1,9 @@
 #pragma once
 
+#include <array>
 #include <memory>
 #include <ostream>
+#include <span>
 #include <string_view>
 #include <utility>
 #include <vector>
@@ -102,5 +104,9 @@ public:
   /// share the nodes.
   std::shared_ptr<std::vector<int>> renumberMap;
 };
+
+/// Places (from 0) of the two corners of each edge of an element of this ElemType; empty for what
+/// is none. Mid-sides do not count.
+std::span<const std::array<int, 2>> EdgesOf(int elemType);
 
 }  // namespace kestol

@@ -12,23 +12,6 @@ namespace kestol {
 
 namespace {
 
-constexpr std::pair<int, int> kLineEdges[] = {
-    {0, 1}
-};
-constexpr std::pair<int, int> kTriangleEdges[] = {
-    {0, 1},
-    {1, 2},
-    {2, 0}
-};
-constexpr std::pair<int, int> kTetraEdges[] = {
-    {0, 1},
-    {1, 2},
-    {2, 0},
-    {0, 3},
-    {1, 3},
-    {2, 3}
-};
-
 Vector3 Corner(const Elem& elem, int i) {
   return PositionOf(*elem.nodes[i]);
 }
@@ -74,19 +57,6 @@ bool IsSound(const Inspection& deck, const Elem& elem) {
          std::none_of(elem.nodes.get(), elem.nodes.get() + elem.nnode, [&](const Node* node) {
            return deck.IsSpoilt(RecordKind::Node, node->number);
          });
-}
-
-std::span<const std::pair<int, int>> EdgesOf(int elemType) {
-  switch (elemType) {
-    case Linear:
-      return kLineEdges;
-    case Triangle:
-      return kTriangleEdges;
-    case Tetrahedra:
-      return kTetraEdges;
-    default:
-      return {};
-  }
 }
 
 int CornerCount(int elemType) {

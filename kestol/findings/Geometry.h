@@ -1,8 +1,5 @@
 #pragma once
 
-#include <array>
-#include <span>
-#include <utility>
 #include <vector>
 
 #include "algebra/Vector3.h"
@@ -27,11 +24,7 @@ bool IsWhole(const Elem& elem);
 /// Whether the element and its nodes were read as written.
 bool IsSound(const Inspection& deck, const Elem& elem);
 
-/// Places (from 0) of the corners that an edge joins, for elements of these families; empty for
-/// others. Mid-sides do not count.
-std::span<const std::pair<int, int>> EdgesOf(int elemType);
-
-/// Corners of an element of these families: 2, 3 or 4; 0 for others.
+/// Corners of a beam, triangle or tetrahedron; 0 for other families.
 int CornerCount(int elemType);
 
 /// Whether the element has no length, area or volume.
