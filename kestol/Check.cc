@@ -105,9 +105,7 @@ bool Assemble(Inspection& deck, const CheckOptions& options) {
     solution.mechanisms = FindMechanisms(*solution.system, *solution.scaled, how);
   });
   if (!isAssembled) return false;
-  if (solution.scaled) {
-    Run(deck, Stage::Assembled);
-  }
+  if (solution.scaled) Run(deck, Stage::Assembled);
   return solution.mechanisms->count == 0;
 }
 

@@ -34,9 +34,7 @@ std::vector<LoadedHinge> Superposition::Obstacles() {
 void Superposition::Solve() {
   error.Clear();
   const std::vector<LoadedHinge> obstacles = Obstacles();
-  if (!obstacles.empty()) {
-    Fatal("error: ", TextOf(obstacles.front()), '\n');
-  }
+  if (!obstacles.empty()) Fatal("error: ", TextOf(obstacles.front()), '\n');
   RequireSound(system_);
   displacements_.clear();
   for (int k = 0; k < CaseCount(); ++k) {

@@ -10,10 +10,15 @@ namespace kestol {
 enum class Severity { Warning, Error };
 
 /// In the text of a finding under way: with the character behind it, from '0', it stands for the
-/// line of one of its mentions.
+/// line of one of its mentions. Words of the deck come into a text without such characters: Quoted.
 constexpr char kLineNumber = '\1';
 /// Between two of these such characters stand for the lines of all of their mentions.
 constexpr char kLines = '\2';
+
+/// For the text of a finding: the line of its first mention.
+inline std::string LineOfMention() {
+  return {kLineNumber, '0'};
+}
 
 /// Something that is wrong with a deck, or suspicious.
 struct Finding {

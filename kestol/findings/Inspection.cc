@@ -115,8 +115,10 @@ std::string ListText(const std::vector<int>& numbers, std::size_t most) {
 
 std::string Quoted(std::string_view word) {
   constexpr std::size_t kLongest = 40;
-  if (word.size() <= kLongest) return '"' + std::string(word) + '"';
-  return '"' + std::string(word.substr(0, kLongest)) + "...\"";
+  std::string text(word.substr(0, kLongest));
+  std::replace_if(
+      text.begin(), text.end(), [](char c) { return c == kLineNumber || c == kLines; }, '?');
+  return '"' + text + (word.size() > kLongest ? "...\"" : "\"");
 }
 
 }  // namespace kestol

@@ -138,9 +138,9 @@ void FindDuplicateLoads(Inspection& deck) {
   for (const Inspection::NodeLine& line : deck.nodalLoads) {
     const auto [first, isNew] = nodes.emplace(line.node, line.offset);
     if (isNew) continue;
-    Finding& finding = deck.Add({line.offset, 0}, "node " + std::to_string(line.node) +
-                                                      " has a load on line \1"
-                                                      "0 already: both are added");
+    Finding& finding =
+        deck.Add({line.offset, 0}, "node " + std::to_string(line.node) + " has a load on line " +
+                                       LineOfMention() + " already: both are added");
     finding.mentions.push_back(first->second);
     finding.nodes = {line.node};
   }
@@ -150,8 +150,8 @@ void FindDuplicateLoads(Inspection& deck) {
     if (isNew || deck.IsSpoiltAt(offset)) return;
     const std::string face = load.face >= 0 ? ", face " + std::to_string(load.face) + "," : "";
     Finding& finding = deck.Add({offset, 0}, "element " + std::to_string(number) + face +
-                                                 " has such a load on line \1"
-                                                 "0 already: both are added");
+                                                 " has such a load on line " + LineOfMention() +
+                                                 " already: both are added");
     finding.mentions.push_back(first->second);
     finding.elements = {number};
   });

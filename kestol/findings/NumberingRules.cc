@@ -18,8 +18,7 @@ namespace {
 void AddDuplicate(Inspection& deck, RecordKind kind, std::string_view what, int number,
                   std::uint64_t first, std::uint64_t second) {
   Finding& finding = deck.Add({second, 0}, std::string(what) + " " + std::to_string(number) +
-                                               " is given twice: first on line \1"
-                                               "0");
+                                               " is given twice: first on line " + LineOfMention());
   finding.mentions.push_back(first);
   deck.AddUnnumbered(kind);
   deck.Spoil(kind, number, second);
@@ -63,9 +62,8 @@ void FindDoubleHinges(Inspection& deck) {
     const auto [found, isNew] = first.emplace(record.number, record.offset);
     if (isNew) continue;
     deck.AddAs(Severity::Warning, {record.offset, 0},
-               "node " + std::to_string(record.number) +
-                   " is a hinge on line \1"
-                   "0 already")
+               "node " + std::to_string(record.number) + " is a hinge on line " + LineOfMention() +
+                   " already")
         .mentions.push_back(found->second);
   }
 }

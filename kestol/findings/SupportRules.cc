@@ -41,13 +41,11 @@ void Compare(Inspection& deck, const Inspection::NodeLine& line, Said& said) {
                          (said.codes[d] != line.codes[d] || said.values[d] != line.values[d]);
     if (differs && !isReported) {
       isReported = true;
-      Finding& finding =
-          deck.Add({line.offset, 0}, std::string(DegreeName(deck.project, d)) + " of node " +
-                                         std::to_string(line.node) + ": " +
-                                         CodeText(line.codes[d], line.values[d]) + " replaces " +
-                                         CodeText(said.codes[d], said.values[d]) +
-                                         " of line \1"
-                                         "0");
+      Finding& finding = deck.Add(
+          {line.offset, 0},
+          std::string(DegreeName(deck.project, d)) + " of node " + std::to_string(line.node) +
+              ": " + CodeText(line.codes[d], line.values[d]) + " replaces " +
+              CodeText(said.codes[d], said.values[d]) + " of line " + LineOfMention());
       finding.nodes = {line.node};
       finding.mentions.push_back(said.offsets[d]);
     }
@@ -59,8 +57,7 @@ void Compare(Inspection& deck, const Inspection::NodeLine& line, Said& said) {
   if (said.hasEuler && said.euler != line.euler && !isReported) {
     Finding& finding =
         deck.Add({line.offset, 0}, "the axes of the support at node " + std::to_string(line.node) +
-                                       " replace those of line \1"
-                                       "0");
+                                       " replace those of line " + LineOfMention());
     finding.nodes = {line.node};
     finding.mentions.push_back(said.eulerOffset);
   }

@@ -99,10 +99,10 @@ void FindDoubleSystems(Inspection& deck, const RecordFields& record) {
   const Field& name = record.fields.front();
   const auto [first, isNew] = deck.unitSystems.emplace(name.text, record.record.offset);
   if (isNew) return;
-  Finding& finding = deck.AddAs(Severity::Warning, PlaceOf(name),
-                                "unit system " + Quoted(name.text) +
-                                    " is defined twice: first on line \1"
-                                    "0, which counts");
+  Finding& finding =
+      deck.AddAs(Severity::Warning, PlaceOf(name),
+                 "unit system " + Quoted(name.text) + " is defined twice: first on line " +
+                     LineOfMention() + ", which counts");
   finding.mentions.push_back(first->second);
 }
 

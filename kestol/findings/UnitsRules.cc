@@ -67,10 +67,9 @@ void FindUnitsOrder(Inspection& deck) {
     const auto before = std::find_if(keywords.begin(), first, scaled);
     if (before == first) continue;
     Finding& finding =
-        deck.Add({first->offset, units.name.size()}, std::string(units.name) + " stands behind " +
-                                                         std::string(names[before->number]) +
-                                                         " on line \1"
-                                                         "0, whose values it does not scale");
+        deck.Add({first->offset, units.name.size()},
+                 std::string(units.name) + " stands behind " + std::string(names[before->number]) +
+                     " on line " + LineOfMention() + ", whose values it does not scale");
     finding.mentions.push_back(before->offset);
     deck.AddUnnumbered(RecordKind::UnitSystem);  // values are not in the units that were meant
   }

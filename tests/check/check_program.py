@@ -216,6 +216,14 @@ def check_memory(checker, score):
     score.equal((run.returncode, len(run.stderr.splitlines())), (2, 1), "no memory", run.stderr)
 
 
+def check_marks(checker, score):
+    """Characters that stand for line numbers within the program are shown, not followed."""
+    line = "  a\x01~\x02~\x02  N m Pa 1 1\n"
+    found = checker.findings(PORTAL.replace("units_names\n", "units_names\n" + 2 * line, 1))
+    score.expect(any(f["text"].startswith('unit system "a?~?~?" is defined twice: first on line ')
+                     for f in found), "marks in a name", found)
+
+
 def check_endings(checker, score):
     """A deck that ends early has findings; no beginning of a deck does more harm than that."""
     for text in (PORTAL, BASES["plate"]):
@@ -227,7 +235,7 @@ def check_endings(checker, score):
 def main():
     checker, score = Checker(os.path.abspath(sys.argv[1])), Score()
     checks = [check_exit_statuses, check_text, check_mechanism, check_modes, check_lookups,
-              check_refusals, check_outputs, check_pipe, check_terminal, check_endings]
+              check_refusals, check_outputs, check_pipe, check_terminal, check_marks, check_endings]
     if "--sanitized" not in sys.argv:  # a sanitizer asks for the whole address space
         checks.append(check_memory)
     for check in checks:
