@@ -24,7 +24,7 @@ Family FamilyOf(const Project& project) {
 
 MpiSolver FasterSolver(Family family, std::int64_t equations) {
   // The largest system that is factorised, by family; bench/README.md has the times.
-  constexpr std::int64_t kLargestDirect[] = {500'000, 5'000'000, 50'000, 250'000};
+  constexpr std::int64_t kLargestDirect[] = {200'000, 5'000'000, 50'000, 250'000};
   return equations <= kLargestDirect[static_cast<int>(family)] ? MpiSolver::Direct
                                                                : MpiSolver::Gamg;
 }
