@@ -1,7 +1,7 @@
 // What the tests share: the programs, a browser, and pages in it.
 
 import {execFile} from 'node:child_process';
-import {mkdtempSync, readFileSync, rmSync, writeFileSync} from 'node:fs';
+import {mkdirSync, mkdtempSync, readFileSync, rmSync, writeFileSync} from 'node:fs';
 import {tmpdir} from 'node:os';
 import {basename, join} from 'node:path';
 import {pathToFileURL} from 'node:url';
@@ -10,7 +10,8 @@ import {promisify} from 'node:util';
 import {chromium} from 'playwright-core';
 
 const run = promisify(execFile);
-const {KESTOL_VIEW, KESTOL_CHECK, KESTOL_EXPORT, KESTOL_COMBINE, KESTOL_SOURCE, CHROMIUM} = process.env;
+const {KESTOL_VIEW, KESTOL_CHECK, KESTOL_EXPORT, KESTOL_COMBINE, KESTOL_SOURCE, CHROMIUM,
+       KESTOL_PAGE_COVERAGE} = process.env;
 
 export const folder = mkdtempSync(join(tmpdir(), 'kestol-view-'));
 process.on('exit', () => rmSync(folder, {recursive: true, force: true}));
@@ -74,12 +75,28 @@ export const openBrowser = (extra = SOFTWARE) =>
 export const WITHOUT_DRAWING = ['--no-sandbox', '--disable-gpu', '--disable-3d-apis',
                                 '--disable-software-rasterizer'];
 
+let watched = 0;
+
+/** Lets the page leave a file of what ran of its script when it is closed. */
+async function watch(page) {
+  await page.coverage.startJSCoverage();
+  const close = page.close.bind(page);
+  page.close = async () => {
+    const scripts = await page.coverage.stopJSCoverage();
+    mkdirSync(KESTOL_PAGE_COVERAGE, {recursive: true});
+    writeFileSync(join(KESTOL_PAGE_COVERAGE, `${process.pid}-${++watched}.json`),
+                  JSON.stringify(scripts));
+    await close();
+  };
+}
+
 /**
  * Opens a page and waits for its picture. `noise` collects requests beside the file, errors of the
  * console and of scripts.
  */
 export async function open(browser, file, options = {}) {
   const page = await browser.newPage({viewport: {width: 1280, height: 800}, ...options});
+  if (KESTOL_PAGE_COVERAGE) await watch(page);
   page.noise = [];
   page.on('request', (r) => {
     if (r.url() !== pathToFileURL(file).href && !/^(data|blob):/.test(r.url()))

@@ -1,6 +1,8 @@
 // Builds the page as the program holds it: what stands before the data and what stands behind.
 //
 //   node build.mjs FOLDER        writes FOLDER/head.html and FOLDER/tail.html
+//
+// With KESTOL_READABLE_PAGE in the environment the script keeps its lines, for line coverage.
 
 import {mkdir, readFile, writeFile} from 'node:fs/promises';
 import {dirname, join} from 'node:path';
@@ -14,7 +16,7 @@ const folder = process.argv[2] ?? join(here, 'dist');
 /** @param {'js' | 'css'} kind @param {string} entry */
 async function bundle(kind, entry) {
   const result = await build({
-    entryPoints: [join(here, 'src', entry)], bundle: true, minify: true, write: false,
+    entryPoints: [join(here, 'src', entry)], bundle: true, minify: !process.env.KESTOL_READABLE_PAGE, write: false,
     format: kind === 'js' ? 'iife' : undefined, target: ['chrome111', 'firefox113', 'safari16.4'],
     legalComments: 'inline', logLevel: 'warning',
   });
