@@ -3,15 +3,12 @@
 #include <limits>
 #include <utility>
 
+#include "programs/common/ResultGridArrays.h"
 #include "programs/common/RunProgram.h"
 
 namespace kestol {
 
 namespace {
-
-const std::vector<std::string> kTensorNames = {"XX", "YY", "ZZ", "XY", "YZ", "XZ"};
-const std::vector<std::string> kVectorNames = {"x", "y", "z"};
-const std::vector<std::string> kSurfaceNames = {"xx", "yy", "xy"};
 
 VtuCell CellTypeOf(const Mesh& mesh) {
   switch (mesh.elemType) {
@@ -41,13 +38,6 @@ ResultGrid::ResultGrid(const ResultData& data)
   AddElementLoads();
 }
 
-/// Calls action(mesh, elem) in the order of the cells.
-template <class Action>
-void ResultGrid::ForEachElement(Action action) const {
-  for (std::size_t m = 0; m < elems_.size(); ++m)
-    for (const Elem* elem : elems_[m]) action(*data_.project.meshes[m], *elem);
-}
-
 void ResultGrid::TakeCells() {
   for (const auto& mesh : data_.project.meshes) {
     std::vector<const Elem*>& elems = elems_.emplace_back();
@@ -59,21 +49,6 @@ void ResultGrid::TakeCells() {
   constexpr std::int64_t kMost = std::numeric_limits<std::int32_t>::max();
   if (corners_ > kMost || PointCount() > kMost)
     throw ProgramError("the model is too large for one VTU file");
-}
-
-void ResultGrid::TakeShells() {
-  const Results* const results = data_.solved ? &data_.results : nullptr;
-  ForEachShell(data_.project, results, [&](const ShellView& shell) {
-    const ShellForces mean = shell.Mean();
-    shells_.push_back({shell.axes, shell.thickness, mean, ShellMainOf(mean, shell.axes)});
-  });
-}
-
-void ResultGrid::TakeMainStresses() {
-  if (!stresses_.Exist()) return;
-  mainStresses_.reserve(data_.nodes.size());
-  for (const Node* node : data_.nodes)
-    mainStresses_.push_back(MainStressOf(stresses_.Of(node->number)));
 }
 
 void ResultGrid::AddGeometry() {
@@ -111,19 +86,6 @@ void ResultGrid::AddGeometry() {
                      for (std::size_t e = 0; e < elems_[m].size(); ++e) out.Add(type);
                    }
                  }};
-}
-
-/// An array of N values of type T at nodes, valueAt(node); zeros at stations.
-template <class T, int N, class ValueAt>
-void ResultGrid::AddAtNodes(const std::string& name, VtuType type, ValueAt valueAt,
-                            std::vector<std::string> componentNames) {
-  grid_.pointData.push_back({name, type, N, PointCount(),
-                             [this, valueAt](VtuValues& out) {
-                               for (const Node* node : data_.nodes)
-                                 out.Add(std::array<T, N>(valueAt(*node)));
-                               out.AddZeros<T>(StationCount() * N);
-                             },
-                             std::move(componentNames)});
 }
 
 void ResultGrid::AddVectorWithStations(const std::string& name, bool rotations) {
@@ -201,39 +163,6 @@ void ResultGrid::AddBeamPointData() {
          }});
 }
 
-void ResultGrid::AddSolidPointData() {
-  AddAtNodes<double, 6>(
-      data_.Label("stress", "P"), VtuType::Float64,
-      [this](const Node& node) { return stresses_.Of(node.number); }, kTensorNames);
-  AddAtNodes<double, 1>(data_.Label("von Mises", "P"), VtuType::Float64, [this](const Node& node) {
-    return std::array<double, 1>{VonMises(stresses_.Of(node.number))};
-  });
-  const auto mainAt = [this](const Node& node) -> const MainStress& {
-    return mainStresses_[static_cast<std::size_t>(
-        data_.placeOfIndex[static_cast<std::size_t>(node.number)])];
-  };
-  AddAtNodes<double, 3>(data_.Label("main stress", "P"), VtuType::Float64,
-                        [mainAt](const Node& node) { return mainAt(node).values; },
-                        {"1", "2", "3"});
-  for (std::size_t k = 0; k < 3; ++k)
-    AddAtNodes<double, 3>(
-        "main direction " + std::to_string(k + 1), VtuType::Float64,
-        [mainAt, k](const Node& node) { return mainAt(node).directions[k]; }, kVectorNames);
-}
-
-/// An array of N values of type T at all elements, valueAt(mesh place, elem).
-template <class T, int N, class ValueAt>
-void ResultGrid::AddAtElements(const std::string& name, VtuType type, ValueAt valueAt,
-                               std::vector<std::string> componentNames) {
-  grid_.cellData.push_back({name, type, N, cells_,
-                            [this, valueAt](VtuValues& out) {
-                              for (std::size_t m = 0; m < elems_.size(); ++m)
-                                for (const Elem* elem : elems_[m])
-                                  out.Add(std::array<T, N>(valueAt(static_cast<int>(m), *elem)));
-                            },
-                            std::move(componentNames)});
-}
-
 void ResultGrid::AddElementData() {
   const auto add = [this](const std::string& name, auto valueAt) {
     AddAtElements<std::int32_t, 1>(name, VtuType::Int32, [valueAt](int m, const Elem& elem) {
@@ -275,52 +204,6 @@ void ResultGrid::AddAxes() {
                                 });
                               },
                               kVectorNames});
-}
-
-/// An array of N values at shells, valueAt(cell); zeros at other elements.
-template <int N, class ValueAt>
-void ResultGrid::AddAtShells(const std::string& name, ValueAt valueAt,
-                             std::vector<std::string> componentNames) {
-  grid_.cellData.push_back({name, VtuType::Float64, N, cells_,
-                            [this, valueAt](VtuValues& out) {
-                              std::size_t shell = 0;
-                              ForEachElement([&](const Mesh& mesh, const Elem&) {
-                                out.Add(mesh.elemType == Triangle
-                                            ? std::array<double, N>(valueAt(shells_[shell++]))
-                                            : std::array<double, N>{});
-                              });
-                            },
-                            std::move(componentNames)});
-}
-
-void ResultGrid::AddShellData() {
-  using Cell = ShellCell;
-  AddAtShells<3>(
-      data_.Label("n", "F/L"), [](const Cell& c) { return c.mean.n; }, kSurfaceNames);
-  AddAtShells<3>(
-      data_.Label("m", "F L/L"), [](const Cell& c) { return c.mean.m; }, kSurfaceNames);
-  AddAtShells<2>(data_.Label("q", "F/L"), [](const Cell& c) { return c.mean.q; }, {"x", "y"});
-  const auto addMain = [this](const char* letter, const char* unit, auto values, auto directions) {
-    const std::string name(letter);
-    AddAtShells<2>(data_.Label(name + " main", unit),
-                   [values](const Cell& c) { return c.main.*values; }, {"1", "2"});
-    for (std::size_t k = 0; k < 2; ++k)
-      AddAtShells<3>(
-          name + " direction " + std::to_string(k + 1),
-          [directions, k](const Cell& c) { return (c.main.*directions)[k]; }, kVectorNames);
-  };
-  addMain("n", "F/L", &ShellMain::n, &ShellMain::nDirections);
-  addMain("m", "F L/L", &ShellMain::m, &ShellMain::mDirections);
-  for (const ShellFace face : {ShellFace::Top, ShellFace::Bottom}) {
-    const std::string name = face == ShellFace::Top ? "top" : "bottom";
-    const auto stressOf = [face](const Cell& c) {
-      return FaceStress(c.mean, c.thickness, face, c.axes);
-    };
-    AddAtShells<6>(data_.Label("stress " + name, "P"), stressOf, kTensorNames);
-    AddAtShells<1>(data_.Label("von Mises " + name, "P"), [face](const Cell& c) {
-      return std::array<double, 1>{VonMises(FaceStress(c.mean, c.thickness, face))};
-    });
-  }
 }
 
 void ResultGrid::AddLoadArray(const std::string& name, Vector3 ElementLoads::*part) {
