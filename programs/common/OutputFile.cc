@@ -36,11 +36,17 @@ void RefuseInputs(const std::string& name, const std::vector<std::string>& input
       throw ProgramError("the output " + name + " is the input " + other);
 }
 
-/// The file that a link names, so that the link survives the renaming.
+/// The file that a link names, so that the link survives the renaming; it need not be there yet.
 std::string BehindLinks(const std::string& name) {
-  std::error_code failed;
-  const auto target = std::filesystem::canonical(name, failed);
-  return failed ? name : target.string();
+  constexpr int kMostLinks = 40;  // as the system follows
+  std::filesystem::path target = name;
+  for (int k = 0; k < kMostLinks; ++k) {
+    std::error_code none;
+    const auto next = std::filesystem::read_symlink(target, none);
+    if (none) break;
+    target = target.parent_path() / next;  // an absolute one replaces it
+  }
+  return target.string();
 }
 
 }  // namespace
@@ -145,7 +151,8 @@ void RefuseSharedNames(const std::vector<std::string>& names) {
     if (direct) continue;  // devices may take more than one
     std::error_code failed;
     const auto place =
-        std::filesystem::weakly_canonical(std::filesystem::absolute(name), failed).string();
+        std::filesystem::weakly_canonical(std::filesystem::absolute(BehindLinks(name)), failed)
+            .string();
     if (!places.insert(place).second) throw ProgramError("two outputs have the name " + name);
   }
 }

@@ -97,6 +97,20 @@ TEST_F(OutputFileTest, WritesThroughALink) {
   EXPECT_TRUE(std::filesystem::is_symlink(Path("link")));
 }
 
+TEST_F(OutputFileTest, WritesThroughALinkToNothingYet) {
+  std::filesystem::create_directory(Path("folder"));
+  std::filesystem::create_symlink("folder/a.txt", Path("relative"));
+  std::filesystem::create_symlink(Path("b.txt"), Path("folder/second"));
+  std::filesystem::create_symlink("folder/second", Path("first"));
+  Write("relative", "new");
+  Write("first", "newer");
+  EXPECT_EQ(Get("folder/a.txt"), "new");
+  EXPECT_EQ(Get("b.txt"), "newer");
+  EXPECT_TRUE(std::filesystem::is_symlink(Path("relative")));
+  std::filesystem::create_symlink("none/a.txt", Path("lost"));
+  EXPECT_EQ(Refusal("lost"), "can't open file " + Path("lost") + ": No such file or directory");
+}
+
 TEST_F(OutputFileTest, RefusesTheDeckUnderEveryName) {
   std::filesystem::create_symlink("deck.dat", Path("link"));
   std::filesystem::create_hard_link(Path("deck.dat"), Path("hard"));
@@ -161,6 +175,8 @@ TEST_F(OutputFileTest, TwoOutputsOfOneNameAreRefused) {
   EXPECT_NO_THROW(RefuseSharedNames({Path("a.txt"), Path("b.txt"), "/dev/null", "/dev/null"}));
   EXPECT_THROW(RefuseSharedNames({Path("a.txt"), Path("link")}), ProgramError);
   EXPECT_THROW(RefuseSharedNames({Path("b"), Path("./b")}), ProgramError);
+  std::filesystem::create_symlink("b", Path("later"));
+  EXPECT_THROW(RefuseSharedNames({Path("later"), Path("b")}), ProgramError);
 }
 
 }  // namespace
