@@ -235,6 +235,7 @@ Results SolveOnce(Project& project, const SolveOptions& options) {
   if (options.requireSound) {
     LinearSystem system(project, std::move(solution.matrix));
     RequireSound(system);
+    RequireResisted(system, solution.results.displacements);
     solution.matrix = std::move(system.matrix_);
   }
   ComputeStrengths(project, std::move(solution.matrix), solution.results, options.info,

@@ -189,6 +189,10 @@ void RequireSound(LinearSystem& system) {
   if (!IsSound(system)) RefuseUnsolved(system.Model(), kBreakdown);
 }
 
+void RequireResisted(const LinearSystem& system, const ReaVecT& displacements) {
+  if (IsFree(system, displacements)) RefuseUnsolved(system.Model(), kBreakdown);
+}
+
 Mechanisms FindRigidMotions(const Project& project, int explained) {
   const Parts parts(project);
   return Describe(project, parts, nullptr, {}, explained);

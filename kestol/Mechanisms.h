@@ -71,6 +71,10 @@ bool IsFree(const LinearSystem& system, const ReaVecT& displacements);
 /// Refuses, as the solver refuses a singular matrix, a system that is not sound.
 void RequireSound(LinearSystem& system);
 
+/// Refuses in the same way displacements that nothing resists. They tell of the mechanisms of a
+/// large system whose solver iterates, which RequireSound does not search.
+void RequireResisted(const LinearSystem& system, const ReaVecT& displacements);
+
 /// The rigid motions alone: what the supports leave to each connected part. Factorises nothing.
 Mechanisms FindRigidMotions(const Project& project, int explained);
 

@@ -36,12 +36,15 @@ void Superposition::Solve() {
   const std::vector<LoadedHinge> obstacles = Obstacles();
   if (!obstacles.empty()) Fatal("error: ", TextOf(obstacles.front()), '\n');
   RequireSound(system_);
-  displacements_.clear();
+  std::vector<ReaVecT> displacements;
   for (int k = 0; k < CaseCount(); ++k) {
     Carry(Only(k));
-    displacements_.push_back(
+    displacements.push_back(
         system_.SolveForDisplacements(system_.DeckLoads(), system_.DeckSettlements()));
+    // With a factor, that has shown already that everything is resisted.
+    if (!system_.HasFactor()) RequireResisted(system_, displacements.back());
   }
+  displacements_ = std::move(displacements);
 }
 
 Results Superposition::Combine(const std::vector<double>& factors) {

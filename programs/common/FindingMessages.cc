@@ -4,9 +4,9 @@
 #include <string_view>
 
 #include "kestol/Check.h"
-#include "kestol/ReadDeck.h"
 #include "kestol/findings/DeckLines.h"
 #include "main/ErrorChannel.h"
+#include "programs/common/KeptText.h"
 #include "programs/common/Messages.h"
 #include "programs/common/RunProgram.h"
 
@@ -29,7 +29,7 @@ std::uint64_t PlaceOfElement(const SourceMap& map, int number) {
 /// Whether there was anything to say.
 bool TellErrors(const std::string& deck) {
   SourceMap map;
-  Project project = ReadDeck(deck, &map);
+  Project project = ReadKeptDeck(deck, &map);
   CheckOptions options;
   options.solve = options.condition = false;
   const Findings findings = Check(project, map, options);
@@ -63,7 +63,7 @@ void EndUnsolved(const std::string& deck, const FatalError& refusal) {
 
 void PrintLoadedHinges(const std::string& deck, const std::vector<LoadedHinge>& hinges) {
   SourceMap map;
-  ReadDeck(deck, &map);
+  ReadKeptDeck(deck, &map);
   std::vector<Finding> findings;
   for (const LoadedHinge& hinge : hinges) {
     Finding& finding = findings.emplace_back();

@@ -4,7 +4,13 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <filesystem>
 #include <fstream>
+#include <memory>
+#include <sstream>
+#include <system_error>
+
+#include "programs/common/KeptText.h"
 
 namespace kestol {
 
@@ -75,9 +81,17 @@ bool WantsColour(std::FILE* stream) {
 }
 
 bool ReadSourceLine(const std::string& file, long line, std::string& text) {
-  std::ifstream stream(file, std::ios::binary);
+  const std::string* const kept = KeptText(file);
+  std::unique_ptr<std::istream> stream;
+  std::error_code unknown;
+  if (kept != nullptr)
+    stream = std::make_unique<std::istringstream>(*kept);
+  else if (std::filesystem::is_regular_file(file, unknown))  // a pipe would wait for its writer
+    stream = std::make_unique<std::ifstream>(file, std::ios::binary);
+  else
+    return false;
   for (long k = 0; k < line; ++k)
-    if (!std::getline(stream, text)) return false;
+    if (!std::getline(*stream, text)) return false;
   text = WithoutLineEnd(text);
   return line > 0;
 }

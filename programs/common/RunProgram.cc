@@ -36,14 +36,16 @@ void PrintRefusal(const std::string& deck, const FatalError& refusal) {
 }
 
 // Nothing is opened: the writer of a pipe would take the end of that for the end of its reader.
-void RequireReadable(const std::string& deck) {
+std::string WhyUnreadable(const std::string& path) {
   struct stat status {};
-  int reason = 0;
-  if (::stat(deck.c_str(), &status) != 0 || ::access(deck.c_str(), R_OK) != 0)
-    reason = errno;
-  else if (S_ISDIR(status.st_mode))
-    reason = EISDIR;
-  if (reason != 0) throw ProgramError("can't open file " + deck + ": " + std::strerror(reason));
+  if (::stat(path.c_str(), &status) != 0 || ::access(path.c_str(), R_OK) != 0)
+    return std::strerror(errno);
+  return S_ISDIR(status.st_mode) ? std::strerror(EISDIR) : "";
+}
+
+void RequireReadable(const std::string& deck) {
+  const std::string reason = WhyUnreadable(deck);
+  if (!reason.empty()) throw ProgramError("can't open file " + deck + ": " + reason);
 }
 
 int RunProgram(const std::string& program, const std::string& deck,

@@ -2,9 +2,9 @@
 
 #include "analysis/Assembly.h"
 #include "kestol/Mechanisms.h"
-#include "kestol/ReadDeck.h"
 #include "main/ErrorChannel.h"
 #include "programs/common/FindingMessages.h"
+#include "programs/common/KeptText.h"
 
 namespace kestol {
 
@@ -16,7 +16,7 @@ Results SolveSystem(Project& project, const std::string& deck, const SolveOption
   try {
     RequireSound(system);
     Results results = system.Solve(loads);
-    if (IsFree(system, results.displacements)) RefuseUnsolved(project, kBreakdown);
+    RequireResisted(system, results.displacements);
     return results;
   } catch (const FatalError& refusal) {
     EndUnsolved(deck, refusal);
@@ -35,7 +35,7 @@ Results SolveModel(Project& project, const std::string& deck, const SolveOptions
   } catch (const FatalError&) {
     // The same in steps, on a fresh model, tells a fault of the deck from a system without a
     // solution.
-    Project fresh = ReadDeck(deck);
+    Project fresh = ReadKeptDeck(deck);
     SolveSystem(fresh, deck, options);
     throw;
   }

@@ -1,6 +1,6 @@
 #include <iostream>
 
-#include "kestol/ReadDeck.h"
+#include "programs/common/KeptText.h"
 #include "programs/common/ProgressLine.h"
 #include "programs/common/ResultData.h"
 #include "programs/common/RunProgram.h"
@@ -24,7 +24,8 @@ Results Solve(Project& project, const ExportOptions& options, std::ostream* info
 }
 
 int Run(const ExportOptions& options) {
-  Project project = ReadDeck(options.deck);
+  KeepText(options.deck);
+  Project project = ReadKeptDeck(options.deck);
   Outputs outputs(options, HasBeams(project));
   ProgressLine progress(options.quiet);
   std::ostream* const info = options.verbose ? &std::cerr : progress.Info();

@@ -36,6 +36,7 @@ void SolveLoadsOf(Subject& subject, const SolveOptions& solve) {
   LinearSystem system(*subject.project, solve);
   RequireSound(system);
   subject.results = system.SolveDeck();
+  RequireResisted(system, subject.results->displacements);
 }
 
 /// The same deck with the reason why it cannot be solved.

@@ -165,6 +165,20 @@ def block(rng):
     return "\n".join(["PROBLEM random block\nTYPE 3d", *units(rng), "GravityDirection 0 0 -1", *deck, ""])
 
 
+def large_mechanism(nodes=7000):
+    """A portal that sways, beside so many clamped beams that a solver that iterates is not searched for
+    mechanisms before it has an answer."""
+    return "\n".join([
+        "PROBLEM sway", "TYPE 2d", "mesh dimension = 2 elemtype Linear nnode = 2",
+        "coordinates", "1 0 0", "2 0 3", "3 4 3", "4 4 0", *(f"{n} {n} 0" for n in range(5, nodes + 1)),
+        "end coordinates", "elements", "1 1 2 1", "2 3 2 1", "3 4 3 1",
+        *(f"{n} {n} {n + 1} 1" for n in range(5, nodes)), "end elements",
+        *lines("materials", ["1 E=2e8 A=1e-2 Iz=1e-4"]), *lines("rotules", ["2", "3"]),
+        *lines("constraints", ["1 110 0 0 0", "4 110 0 0 0",
+                               *(f"{n} 111 0 0 0" for n in range(6, nodes + 1))]),
+        *lines("nodal_point_loads", ["2 10 0 0"]), ""])
+
+
 def random_deck(seed):
     """The text of deck `seed`: half of them frames, the others sheets and blocks."""
     rng = random.Random(seed)
