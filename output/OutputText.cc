@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <utility>
 
 #include "main/ErrorChannel.h"
 
@@ -19,21 +20,22 @@ constexpr mode_t kMode = 0644;
 
 }  // namespace
 
-OutputText::OutputText()
+OutputText::OutputText(TextTaker taker)
     : capacity_(kCapacity),
       buffer_(new char[kCapacity]),
       cursor_(buffer_.get()),
       limit_(cursor_ + kCapacity),
-      inMemory_(true) {}
+      taker_(std::move(taker)) {}
 
-OutputText::OutputText(const std::string& name) : OutputText() {
-  inMemory_ = false;
+OutputText::OutputText() : OutputText([this](std::string_view text) { memory_ += text; }) {}
+
+OutputText::OutputText(const std::string& name) : OutputText(TextTaker()) {
   file_ = ::open(name.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, kMode);
   if (file_ == kNoFile) Fatal("can't open file ", name, "\n");
 }
 
 OutputText::~OutputText() {
-  if (std::uncaught_exceptions() == exceptions_) HandOver(cursor_);
+  if (!taker_ && std::uncaught_exceptions() == exceptions_) HandOver(cursor_);
   if (file_ != kNoFile) ::close(file_);
 }
 
@@ -70,8 +72,8 @@ void OutputText::MakeRoom(std::size_t count) {
 /// Gives what stands before `end` away; the rest moves to the front.
 void OutputText::HandOver(const char* end) {
   const std::string_view text(buffer_.get(), static_cast<std::size_t>(end - buffer_.get()));
-  if (inMemory_)
-    memory_ += text;
+  if (taker_)
+    taker_(text);
   else
     WriteToFile(text);
   const auto begun = static_cast<std::size_t>(cursor_ - end);

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <cstring>
 #include <exception>
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -11,6 +12,9 @@
 #include "output/NumberText.h"
 
 namespace kestol {
+
+/// Takes a text piece by piece.
+using TextTaker = std::function<void(std::string_view)>;
 
 /// A result file. While it grows, text is handed over in pieces that end at a line end, so that a
 /// reader never sees half a line; a flush after each line would promise the same and cost more than
@@ -27,10 +31,12 @@ public:
   /// Creates or truncates the file (mode 0644 under the umask); ends the run with
   /// "can't open file " name "\n" when it cannot.
   explicit OutputText(const std::string& name);
+  /// Gives the text to `taker`, whose refusals pass through.
+  explicit OutputText(TextTaker taker);
   /// Gathers the text in memory; for tests.
   OutputText();
   /// What was written before an end without Close stays in the file; of a refusal that passes
-  /// through, only what was handed over before.
+  /// through, only what was handed over before. A taker gets nothing more.
   ~OutputText();
   OutputText(const OutputText&) = delete;
   OutputText& operator=(const OutputText&) = delete;
@@ -89,7 +95,7 @@ private:
   char* cursor_;
   char* limit_;
   int file_ = kNoFile;
-  bool inMemory_;
+  TextTaker taker_;       ///< none: a file
   bool refused_ = false;  ///< the disk took less than it was given; the rest is dropped
   std::string memory_;
   int exceptions_ = std::uncaught_exceptions();  ///< on their way when this was made

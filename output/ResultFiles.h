@@ -5,6 +5,7 @@
 
 #include "analysis/Results.h"
 #include "input/Project.h"
+#include "output/OutputText.h"
 
 namespace kestol {
 
@@ -20,6 +21,11 @@ void WriteReportFile(const Project& project, const Results& results, const std::
 /// Writes the post-processor's result file and, with a name, its mesh file. Refuses like
 /// WriteReportFile.
 void WriteResultFile(const Project& project, const Results& results, const std::string& name,
+                     const std::string* meshFileName = nullptr);
+
+/// The text of the report and of the result file, for a program that keeps its files by itself.
+void WriteReportText(const Project& project, const Results& results, TextTaker taker);
+void WriteResultText(const Project& project, const Results& results, TextTaker taker,
                      const std::string* meshFileName = nullptr);
 
 }  // namespace kestol

@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <functional>
 #include <memory>
 #include <span>
 #include <string>
@@ -96,5 +97,10 @@ private:
   void HandOver(const char* data, std::size_t size) override { text_.append(data, size); }
   std::string text_;
 };
+
+/// Hands texts to `output`, which must outlive it.
+inline std::function<void(std::string_view)> TakerOf(OutputBuffer& output) {
+  return [&output](std::string_view text) { output << text; };
+}
 
 }  // namespace kestol

@@ -28,7 +28,8 @@ public:
 
   const std::string& Name() const { return name_; }
 
-  /// Where another writer may put the file, by name, before Commit.
+  /// Where another writer may put the file, by name, before Commit. One that can write to this
+  /// object should: an open file, such as standard output, may not open again, or only empty.
   std::string Path() const;
 
 private:

@@ -44,8 +44,8 @@ void Outputs::Write(const ResultData& data) {
 }
 
 void Outputs::WriteOwnFiles(const ResultData& data) {
-  if (report_ != nullptr) WriteReportFile(data.project, data.results, report_->Path());
-  if (res_ != nullptr) WriteResultFile(data.project, data.results, res_->Path());
+  if (report_ != nullptr) WriteReportText(data.project, data.results, TakerOf(*report_));
+  if (res_ != nullptr) WriteResultText(data.project, data.results, TakerOf(*res_));
 }
 
 }  // namespace kestol

@@ -1,10 +1,10 @@
 #include "programs/mpi/Outputs.h"
 
-#include <memory>
+#include <string>
 #include <vector>
 
 #include "kestol/Reports.h"
-#include "programs/common/OutputFile.h"
+#include "programs/common/OutputFiles.h"
 #include "programs/mpi/Pieces.h"
 
 namespace kestol {
@@ -32,16 +32,13 @@ void CheckOutputs(const MpiOptions& options, int rank) {
 }
 
 void WriteOutputs(const MpiOptions& options, const Project& project, const Results& results) {
-  std::vector<std::unique_ptr<OutputFile>> files;
-  const auto open = [&](const std::string& name) {
-    files.push_back(std::make_unique<OutputFile>(name, std::vector{options.deck}));
-    return files.back()->Path();
-  };
-  if (!options.report.empty()) WriteReportFile(project, results, open(options.report));
-  const std::string resultFile = open(options.ResultFile());
-  const std::string meshFile = options.writeMesh ? open(options.MeshFile()) : "";
-  WriteResultFile(project, results, resultFile, options.writeMesh ? &meshFile : nullptr);
-  for (const auto& file : files) file->Commit();
+  OutputFiles files({options.deck});
+  if (!options.report.empty())
+    WriteReportText(project, results, TakerOf(files.Open(options.report)));
+  OutputFile& result = files.Open(options.ResultFile());
+  const std::string meshFile = options.writeMesh ? files.Open(options.MeshFile()).Path() : "";
+  WriteResultText(project, results, TakerOf(result), options.writeMesh ? &meshFile : nullptr);
+  files.Commit();
 }
 
 }  // namespace kestol

@@ -4,7 +4,9 @@ import json
 import os
 import pathlib
 import pty
+import re
 import resource
+import socket
 import subprocess
 import sys
 import tempfile
@@ -139,6 +141,29 @@ def check_inputs(bench):
                          "  mode 1: nodes 1 and 2 turn about z at (0, 0)\n", "deck.dat", "--vtu", "a.vtu", *options)
     done = bench.run("deck.dat", "--mesh-only", "--vtu", "a.vtu")
     bench.expect(done.returncode == 0, "--mesh-only of a mechanism", done)
+    bench.put(decks.large_mechanism())
+    for options in ((), ("--report", "r.txt"), ("--res", "r.res")):
+        bench.refused(1, "deck.dat: error: the model is a mechanism in 1 way [mechanism]\n", "deck.dat", "--json",
+                      "a.json", "--solver", "sparse", *options)
+
+
+def check_pipes(bench):
+    """A deck that can be read once only: what is wrong with it is said as of any other."""
+    for text, status, words in (
+            (SOUND, 0, ""),
+            (BROKEN, 2, ":18: error: Trying to assign Load to unknown node [syntax]\n   18 | 7 0 -1000 0\n"),
+            (WORTHLESS, 2, "[model]\n"),
+            (MECHANISM, 1, ": error: the supports leave the model a rigid motion [rigid-motion]\n  mode 1: ")):
+        bench.put(text)
+        os.mkfifo(bench.work / "pipe")
+        for options in ((), ("--report", "/dev/null")):
+            done = bench.run("/dev/stdin", "--json", "/dev/null", *options, input=text.encode())
+            told = done.stderr.decode()
+            bench.expect((done.returncode, words in told) == (status, True), "standard input", done)
+            bench.expect(told.startswith("/dev/stdin" if status else ""), "standard input", told)
+            with subprocess.Popen(["cp", "deck.dat", "pipe"], cwd=bench.work):
+                done = bench.run("pipe", "--json", "/dev/null", *options, timeout=20)
+            bench.expect((done.returncode, words in done.stderr.decode()) == (status, True), "pipe", done)
 
 
 def check_outputs(bench):
@@ -160,11 +185,13 @@ def check_outputs(bench):
 def check_full_device(bench):
     bench.put(SOUND)
     for option in ("--json", "--report", "--res", "--vtu"):
-        bench.refused(2, "", "deck.dat", option, "/dev/full", "--csv", "tables")
-    with open("/dev/full", "wb") as full:
-        done = subprocess.run([bench.program, "deck.dat", "--json", "-"], cwd=bench.work, stdout=full,
-                              stderr=subprocess.PIPE, check=False)
-    bench.expect(done.returncode == 2 and b"standard output: No space left" in done.stderr, done)
+        told = bench.refused(2, "", "deck.dat", option, "/dev/full", "--csv", "tables")
+        bench.expect(told == "kestol-export: error: failed writing to /dev/full: No space left on device\n",
+                     option, told)
+        with open("/dev/full", "wb") as full:
+            done = subprocess.run([bench.program, "deck.dat", option, "-"], cwd=bench.work, stdout=full,
+                                  stderr=subprocess.PIPE, check=False)
+        bench.expect(done.returncode == 2 and b"standard output: No space left" in done.stderr, done)
 
     # A file that may not grow: nothing of it stays.
     def no_space():
@@ -220,6 +247,20 @@ def check_streams(bench):
     out = bench.run("deck.dat", "--vtu", "-", "--mesh-only").stdout
     bench.expect(out.startswith(b"<?xml") and b"AppendedData" in out, "--vtu -")
     bench.expect(b"NODAL DISPLACEMENTS" in bench.run("deck.dat", "--report", "-").stdout, "--report -")
+    # What stands in the file behind standard output already stays; a socket has no name to open.
+    for option in ("--json", "--vtu", "--report", "--res"):
+        alone = bench.run("deck.dat", option, "-").stdout
+        (bench.work / "log").write_text("before\n")
+        with open(bench.work / "log", "ab") as log:
+            subprocess.run([bench.program, "deck.dat", option, "-"], cwd=bench.work, stdout=log, check=True)
+        bench.expect((bench.work / "log").read_bytes() == b"before\n" + alone, option, "is appended")
+        ours, theirs = socket.socketpair()
+        done = subprocess.run([bench.program, "deck.dat", option, "-"], cwd=bench.work, stdout=theirs,
+                              stderr=subprocess.PIPE, check=False)
+        theirs.close()
+        with ours.makefile("rb") as stream:
+            bench.expect(done.returncode == 0 and stream.read() == alone, option, "into a socket", done.stderr)
+        ours.close()
     bench.put(SOUND, "-deck.dat")
     bench.expect(bench.run("--json", "-", "--", "-deck.dat").returncode == 0, "-- ends the options")
     bench.put(SOUND, "bad\udcff\".dat".encode("utf-8", "surrogateescape").decode("latin-1"))
@@ -315,21 +356,52 @@ def check_mesh_only(bench):
     bench.refused(2, "error: element: 1 has an unknown node [model]", "deck.dat", "--mesh-only", "--vtu", "a")
 
 
+NUMBER = re.compile(r"[-+]?\d+\.?\d*(?:e[-+]\d+)?")
+
+
+def same_but_for_rounding(one, other):
+    """The same words; numbers alike to their last digits, or to the rounding beside the largest one."""
+    lines, others = one.splitlines(), other.splitlines()
+    if len(lines) != len(others):
+        return False
+    largest = max((abs(float(n)) for line in lines for n in NUMBER.findall(line)), default=0.0)
+    for line, twin in zip(lines, others):
+        if line == twin:
+            continue
+        values, twins = ([float(n) for n in NUMBER.findall(text)] for text in (line, twin))
+        if NUMBER.sub("#", line).split() != NUMBER.sub("#", twin).split() or len(values) != len(twins):
+            return False
+        if any(abs(a - b) > 2e-5 * abs(a) + 1e-12 * largest for a, b in zip(values, twins)):
+            return False
+    return True
+
+
 def check_own_files(bench):
-    """The solver's own files, byte for byte, from the solver that the deck names."""
+    """The solver's own files: byte for byte those of a run with the solver that is named, and of the
+    direct one the same but for rounding."""
     for example in sorted((bench.root / "examples").glob("*.dat")):
-        bench.put(example.read_text(encoding="latin-1"))
-        subprocess.run([bench.solver, "deck.dat", "wanted.txt"], cwd=bench.work, check=True)
-        bench.run("deck.dat", "--report", "found.txt", "--res", "found.res", "--solver", "deck")
-        for wanted, found in (("wanted.txt", "found.txt"), ("deck.kestol.res", "found.res")):
-            bench.expect((bench.work / wanted).read_bytes() == (bench.work / found).read_bytes(),
-                         example.name, found)
+        text = example.read_text(encoding="latin-1")
+        named = re.search(r"(?im)^[ \t]*solver.*\n", text)
+        plain = text.replace(named.group(), "") if named else text
+        for solver, choice in (("deck", None), ("skyline", "SkyLine"), ("sparse", "Sparse 1e-8 1e-6 100000")):
+            bench.put(text if choice is None else
+                      re.sub(r"(?im)^([ \t]*type.*\n)", rf"\1Solver {choice}\n", plain, count=1))
+            subprocess.run([bench.solver, "deck.dat", "wanted.txt"], cwd=bench.work, check=True)
+            bench.run("deck.dat", "--report", "found.txt", "--res", "found.res", "--solver", solver)
+            bench.run("deck.dat", "--report", "direct.txt", "--res", "direct.res", "--solver", "direct")
+            for wanted, end in (("wanted.txt", "txt"), ("deck.kestol.res", "res")):
+                words = (bench.work / wanted).read_bytes()
+                bench.expect(words == (bench.work / f"found.{end}").read_bytes(), example.name, solver, end)
+                direct = bench.work / f"direct.{end}"
+                if solver == "skyline" and direct.exists():
+                    bench.expect(same_but_for_rounding(words.decode("latin-1"), direct.read_text("latin-1")),
+                                 example.name, "direct", end)
 
 
 def main():
     bench = Bench(*sys.argv[1:])
-    for check in (check_usage, check_help, check_completion, check_inputs, check_outputs, check_full_device,
-                  check_memory, check_quiet_folder, check_streams, check_verbosity, check_colour,
+    for check in (check_usage, check_help, check_completion, check_inputs, check_pipes, check_outputs,
+                  check_full_device, check_memory, check_quiet_folder, check_streams, check_verbosity, check_colour,
                   check_solvers, check_stations, check_mesh_only, check_own_files):
         before = bench.failures.count
         check(bench)

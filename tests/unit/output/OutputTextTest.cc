@@ -7,7 +7,9 @@
 #include <filesystem>
 #include <fstream>
 #include <sstream>
+#include <stdexcept>
 #include <string>
+#include <string_view>
 
 #include "output/OutputText.h"
 #include "tests/support/ExpectFatal.h"
@@ -46,6 +48,24 @@ TEST_F(OutputTextTest, LongTextsArriveWhole) {
   }
   output.Close();
   EXPECT_TRUE(ContentsOf(name_) == expected);
+}
+
+TEST_F(OutputTextTest, ATakerGetsWholeLinesAndItsRefusalsPassThrough) {
+  std::string taken;
+  {
+    OutputText output([&](std::string_view text) {
+      EXPECT_TRUE(text.empty() || text.back() == '\n');
+      taken += text;
+    });
+    for (int i = 0; i < 100000; ++i) output << i << " line\n";
+    output.Close();
+  }
+  EXPECT_TRUE(taken.starts_with("0 line\n1 line\n"));
+  EXPECT_TRUE(taken.ends_with("99999 line\n"));
+
+  OutputText refused([](std::string_view) { throw std::runtime_error("full"); });
+  refused << "text\n";
+  EXPECT_THROW(refused.Close(), std::runtime_error);
 }
 
 TEST_F(OutputTextTest, LinesLongerThanTheBufferArriveWhole) {
