@@ -102,7 +102,8 @@ private:
     if (leading >= 0) {
       const Action& action = actions_[leading];
       const double share = e.leading == nullptr ? 1.0 : action.psi.*e.leading;
-      put(leading, LeadingFactor(e, action), {e.variable, share});
+      const double factor = LeadingFactor(e, action);
+      if (factor != 0.0) put(leading, factor, {e.variable, share});
     }
     for (auto place = subset.rbegin(); place != subset.rend(); ++place) {
       const Action& action = actions_[*place];

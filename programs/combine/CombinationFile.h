@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "kestol/combine/Eurocode.h"
@@ -36,11 +37,13 @@ struct CombinationFile {
   std::string model;                      ///< path of the deck
   std::vector<CaseEntry> cases;           ///< in the order of the file
   std::vector<Combination> combinations;  ///< those that the file names, in its order
-  bool hasEurocode = false;
-  std::vector<Action> actions;  ///< one per case; with hasEurocode
-  EurocodeRules rules;          ///< with hasEurocode
+  std::vector<Action> actions;            ///< one per case; with [eurocode]
+  EurocodeRules rules;                    ///< of [eurocode]
+  std::vector<Combination> generated;     ///< by the rules
 
   std::vector<std::string> CaseNames() const;
+  /// The place of a case; -1: there is none of that name.
+  int CaseIndex(std::string_view name) const;
   /// The combinations that the file names, then the generated ones.
   std::vector<Combination> AllCombinations() const;
 };

@@ -2,16 +2,16 @@
 #include <iostream>
 #include <optional>
 
-#include "kestol/ReadDeck.h"
-#include "kestol/combine/CaseReader.h"
 #include "kestol/combine/Envelopes.h"
 #include "kestol/combine/Superposition.h"
 #include "main/ErrorChannel.h"
 #include "programs/combine/CombinationFile.h"
+#include "programs/combine/FileCases.h"
 #include "programs/combine/Listing.h"
 #include "programs/combine/Options.h"
 #include "programs/combine/Outputs.h"
 #include "programs/common/FindingMessages.h"
+#include "programs/common/KeptText.h"
 #include "programs/common/Messages.h"
 #include "programs/common/OutputFile.h"
 #include "programs/common/ProgressLine.h"
@@ -26,28 +26,13 @@ constexpr const char* kProgram = "kestol-combine";
 /// What the file says; none, with messages, when it has mistakes.
 std::optional<CombinationFile> ReadFile(const std::string& path) {
   RequireReadable(path);
+  KeepText(path);
   std::vector<FileMistake> mistakes;
   CombinationFile file = ReadCombinationFile(path, mistakes);
   for (const auto& [text, code, line, column, endColumn] : mistakes)
     PrintMessage({"error", text, code, path, line, column, endColumn});
   if (!mistakes.empty()) return std::nullopt;
   return file;
-}
-
-std::vector<std::string> InputsOf(const std::string& path, const CombinationFile& file) {
-  std::vector<std::string> inputs = {path, file.model};
-  for (const CaseEntry& entry : file.cases)
-    if (!entry.ofModel) inputs.push_back(entry.loads);
-  return inputs;
-}
-
-/// The loads of all cases, taken off the model or read from their files.
-std::vector<CaseLoads> ReadCases(Project& project, const CombinationFile& file) {
-  std::vector<CaseLoads> cases;
-  CaseLoads ofModel = TakeLoads(project);
-  for (const CaseEntry& entry : file.cases)
-    cases.push_back(entry.ofModel ? std::move(ofModel) : ReadCase(project, entry.loads));
-  return cases;
 }
 
 int List(const CombineOptions& options, const CombinationFile& file,
@@ -74,7 +59,8 @@ std::optional<ExtremeFinder> FinderFor(const CombinationFile& file,
 int Solve(const CombineOptions& options, const CombinationFile& file,
           const std::vector<Combination>& combinations) {
   ProgressLine progress(options.quiet);
-  Project project = ReadDeck(file.model);
+  KeepText(file.model);
+  Project project = ReadKeptDeck(file.model);
   std::vector<CaseLoads> cases = ReadCases(project, file);
   Outputs outputs(options, file, combinations, project, InputsOf(options.deck, file));
   SolveOptions solve;

@@ -21,6 +21,8 @@ CombineOptions ParseOptions(int argc, char** argv) {
   if (!options.cases && !options.combinations && !options.envelopes)
     options.cases = options.combinations = options.envelopes = true;
   if (options.list && options.WritesFiles()) line.Refuse("--list writes no results");
+  if (!options.vtu.empty() && !options.cases && !options.combinations)
+    line.Refuse("--vtu writes cases and combinations, no envelopes");
   return options;
 }
 

@@ -50,6 +50,8 @@ void Outputs::OpenDocuments() {
     throw ProgramError(
         "the text holds envelopes, and there is no combination to make one of; --json, --csv or "
         "--vtu write the cases");
+  if (!options_.cases && combinations_.empty())
+    throw ProgramError("there is no combination; --cases writes the cases");
   if (wantsText) text_ = &files_.Open(options_.output.empty() ? "-" : options_.output);
   if (!options_.json.empty()) json_ = &files_.Open(options_.json);
   if (!options_.vtu.empty() && needsResults_) collection_ = &files_.Open(options_.vtu + ".pvd");

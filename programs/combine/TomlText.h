@@ -56,6 +56,14 @@ private:
   std::vector<FileMistake>& mistakes_;
 };
 
+/// The member `name` of every row.
+template <class Rows>
+std::vector<std::string_view> NamesOfRows(const Rows& rows) {
+  std::vector<std::string_view> names;
+  for (const auto& row : rows) names.push_back(row.name);
+  return names;
+}
+
 /// Key and value in the order of the document; the library sorts them by name.
 std::vector<std::pair<const toml::key*, const toml::node*>> InOrder(const toml::table& table);
 

@@ -3,9 +3,9 @@
 #include <filesystem>
 #include <utility>
 
-#include "kestol/combine/CaseReader.h"
 #include "kestol/combine/Superposition.h"
 #include "programs/combine/CombinationFile.h"
+#include "programs/combine/FileCases.h"
 #include "programs/common/FindingMessages.h"
 #include "programs/common/Messages.h"
 #include "programs/common/RunProgram.h"
@@ -30,14 +30,6 @@ CombinationFile ReadFile(const std::string& path, const std::string& deck) {
   return file;
 }
 
-std::vector<CaseLoads> ReadCases(Project& project, const CombinationFile& file) {
-  std::vector<CaseLoads> cases;
-  CaseLoads ofModel = TakeLoads(project);
-  for (const CaseEntry& entry : file.cases)
-    cases.push_back(entry.ofModel ? std::exchange(ofModel, {}) : ReadCase(project, entry.loads));
-  return cases;
-}
-
 void RefuseObstacles(Superposition& sums, const std::string& deck) {
   const std::vector<LoadedHinge> obstacles = sums.Obstacles();
   if (obstacles.empty()) return;
@@ -52,10 +44,7 @@ bool CasesAreBuilt() {
 }
 
 std::vector<std::string> InputsOfCases(const std::string& path, const std::string& deck) {
-  std::vector<std::string> inputs = {path};
-  for (const CaseEntry& entry : ReadFile(path, deck).cases)
-    if (!entry.ofModel) inputs.push_back(entry.loads);
-  return inputs;
+  return InputsOf(path, ReadFile(path, deck));
 }
 
 SolvedCases SolveCases(Project& project, const std::string& deck, const std::string& path,

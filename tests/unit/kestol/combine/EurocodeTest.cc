@@ -129,6 +129,16 @@ TEST(Eurocode, NothingIsListedTwice) {
   EXPECT_EQ(std::set(factors.begin(), factors.end()).size(), factors.size());
 }
 
+TEST(Eurocode, ActionWithoutAShareLeavesNoTerm) {
+  const std::vector<Action> actions = {Of("Q", "live-A"), Of("H", "live-H")};
+  const auto combinations =
+      GenerateCombinations(actions, Rules({CombinationRule::Fundamental, CombinationRule::Frequent,
+                                           CombinationRule::QuasiPermanent}));
+  EXPECT_THAT(FormulasOf(combinations),
+              ElementsAre("1.5 Q", "1.5 H", "1.5 H + 1.5*0.7 Q", "0.5 Q", "0.3 Q"));
+  EXPECT_EQ(combinations.back().name, "6.15b-2");  // beside H, whose frequent share is 0
+}
+
 TEST(Eurocode, OverriddenFactorsAreUsedInTheUltimateLimitStatesOnly) {
   EurocodeRules rules = Rules({CombinationRule::Fundamental, CombinationRule::Characteristic});
   rules.gamma = {1.2, 0.9, 1.6, 1.0};
