@@ -23,6 +23,11 @@ int StrengthOf(BeamValue value, ProblemType problemType);
 /// in Results::meshes, 2 x dofsPerNode.
 BeamEndForces EndForcesOf(const BeamElement& beam, const double* stored);
 
+/// x / L of one of `stations` equally spaced stations, counted from 0.
+inline double StationXi(int station, int stations) {
+  return static_cast<double>(station) / static_cast<double>(stations - 1);
+}
+
 /// All beams of a model with their values at equally spaced stations, component by component: the
 /// value of beam b at station s stands at b * stations + s. It is what every table, picture and
 /// array of the beams is written from.
@@ -41,9 +46,7 @@ struct BeamTable {
            static_cast<std::size_t>(station);
   }
   /// x / L of a station.
-  double XiOf(int station) const {
-    return static_cast<double>(station) / static_cast<double>(stations - 1);
-  }
+  double XiOf(int station) const { return StationXi(station, stations); }
   /// Where a station lies, undeformed.
   Vector3 PositionOf(int beam, int station) const;
   /// Along which global direction the diagram of a value is drawn, times the value: the rule of the

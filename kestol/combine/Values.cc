@@ -72,6 +72,10 @@ void ReactionValues(const Project& project, const Results& results, const Action
     const NodeForces forces = SupportForce(project, results, *support.node);
     action({ValueKind::Reaction, support.number, 0, support.between},
            Joined(forces.force, forces.moment).data());
+    if (!IsInclined(*support.node)) continue;
+    const NodeForces turned = SupportForceInItsAxes(project, results, *support.node);
+    action({ValueKind::ReactionInSupportAxes, support.number, 0, support.between},
+           Joined(turned.force, turned.moment).data());
   }
 }
 
@@ -87,6 +91,7 @@ const ValueNames& NamesOf(ValueKind kind) {
       {6, {"bottomXX", "bottomYY", "bottomZZ", "bottomXY", "bottomYZ", "bottomXZ"}},
       {6, {"XX", "YY", "ZZ", "XY", "YZ", "XZ"}                                    },
       {6, {"XX", "YY", "ZZ", "XY", "YZ", "XZ", "vonMises"}                        },
+      {6, {"Fx", "Fy", "Fz", "Mx", "My", "Mz"}                                    },
       {6, {"Fx", "Fy", "Fz", "Mx", "My", "Mz"}                                    },
   };
   return kNames[static_cast<std::size_t>(kind)];

@@ -21,7 +21,8 @@ enum class ValueKind : unsigned char {
   ShellBottom,
   SolidStress,
   NodalStress,
-  Reaction
+  Reaction,
+  ReactionInSupportAxes  ///< of inclined supports
 };
 
 /// Most values of one place.
@@ -48,8 +49,8 @@ struct ValuePlace {
 };
 
 /// Calls action(place, linear values) for everything that results hold, in the order of the files:
-/// nodes, stations of beams, shells, solids, nodal stresses, true reactions. The project must carry
-/// the loads of the results.
+/// nodes, stations of beams, shells, solids, nodal stresses, true reactions, each of an inclined
+/// support in its axes too. The project must carry the loads of the results.
 void ForEachValue(const Project& project, const Results& results,
                   const std::function<void(const ValuePlace&, const double*)>& action);
 

@@ -42,6 +42,10 @@ private:
                     const Extreme& extreme);
   /// An array of `count` values from `first` on.
   void WriteArray(const char* key, std::size_t first, std::size_t count);
+  void WriteForces() {
+    WriteArray("force", 0, 3);
+    WriteArray("moment", 3, 3);
+  }
   /// Number, material and nodes of an element: those that were read.
   void BeginElement(const Elem& elem);
   void WriteAxes(const Frame& axes);
@@ -120,8 +124,7 @@ void EnvelopeWriter::WriteBeams() {
     json_.Key("stations").BeginArray();
     for (int s = 0; s < stations; ++s) {
       Take();
-      const double xi = static_cast<double>(s) / static_cast<double>(stations - 1);
-      json_.NewLine().BeginObject().Member("x", xi * table.lengths[b]);
+      json_.NewLine().BeginObject().Member("x", StationXi(s, stations) * table.lengths[b]);
       for (std::size_t v = 0; v < kBeamValues; ++v) {
         json_.Key(kBeamValueNames[v]);
         WriteValue(v);
@@ -205,8 +208,13 @@ void EnvelopeWriter::WriteReactions() {
       for (const int corner : support.between) json_.Value(corner);
       json_.EndArray();
     }
-    WriteArray("force", 0, 3);
-    WriteArray("moment", 3, 3);
+    WriteForces();
+    if (IsInclined(*support.node)) {
+      Take();
+      json_.Key("inSupportAxes").BeginObject();
+      WriteForces();
+      json_.EndObject();
+    }
     json_.EndObject();
   }
   json_.EndArray();

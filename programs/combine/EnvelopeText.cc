@@ -23,6 +23,18 @@ std::string NumberText(double value) {
   return {text, end};
 }
 
+std::string SupportText(const ValuePlace& place) {
+  if (place.number > 0) return "at node " + std::to_string(place.number);
+  return "between nodes " + std::to_string(place.between[0]) + " and " +
+         std::to_string(place.between[1]);
+}
+
+/// Whether each beam, or each support, has extremes of its own in the text.
+bool IsOfParts(ValueKind kind) {
+  return kind == ValueKind::StationForces || kind == ValueKind::Reaction ||
+         kind == ValueKind::ReactionInSupportAxes;
+}
+
 /// Where a place is, for its heading.
 std::string PlaceText(const ValuePlace& place, int stations) {
   const std::string number = std::to_string(place.number);
@@ -42,11 +54,11 @@ std::string PlaceText(const ValuePlace& place, int stations) {
     case ValueKind::NodalStress:
       return "stress at node " + number;
     case ValueKind::Reaction:
+      return "reaction " + SupportText(place);
+    case ValueKind::ReactionInSupportAxes:
       break;
   }
-  if (place.number > 0) return "reaction at node " + number;
-  return "reaction between nodes " + std::to_string(place.between[0]) + " and " +
-         std::to_string(place.between[1]);
+  return "reaction " + SupportText(place) + " in the axes of the support";
 }
 
 /// The extremes among several places of one kind: a beam, or the whole model.
@@ -119,7 +131,7 @@ public:
     while (envelopes.Next()) {
       const PlaceEnvelope& envelope = envelopes.Current();
       const ValueKind kind = envelope.place.kind;
-      if (kind != ValueKind::StationForces && kind != ValueKind::Reaction) {
+      if (!IsOfParts(kind)) {
         ofModel[kind].Add(envelope);
         continue;
       }

@@ -12,6 +12,7 @@ std::string UnitOf(ValueKind kind, std::size_t i, const UnitNames& units) {
       return units.length;
     case ValueKind::StationForces:
     case ValueKind::Reaction:
+    case ValueKind::ReactionInSupportAxes:
       return i < 3 ? units.force : moment;
     case ValueKind::ShellForces:
       return (i >= 3 && i < 6 ? moment : units.force) + '/' + units.length;

@@ -52,20 +52,23 @@ std::vector<PlacedValues> ValuesOf(const Project& project, const Results& result
 }
 
 /// The largest value of each kind, against which small ones are judged.
-std::array<double, 9> ScalesOf(const std::vector<PlacedValues>& all) {
-  std::array<double, 9> scales{};
+std::array<double, 10> ScalesOf(const std::vector<PlacedValues>& all) {
+  std::array<double, 10> scales{};
   for (const auto& [place, values] : all)
     for (const double value : values) {
       double& scale = scales[static_cast<std::size_t>(place.kind)];
       scale = std::max(scale, std::abs(value));
     }
+  // The axes of a support do not change what is large.
+  const double reaction = scales[static_cast<std::size_t>(ValueKind::Reaction)];
+  scales.back() = std::max(scales.back(), reaction);
   return scales;
 }
 
 void ExpectSameValues(const std::vector<PlacedValues>& found,
                       const std::vector<PlacedValues>& wanted, unsigned seed) {
   ASSERT_EQ(found.size(), wanted.size());
-  const std::array<double, 9> scales = ScalesOf(wanted);
+  const std::array<double, 10> scales = ScalesOf(wanted);
   for (std::size_t i = 0; i < found.size(); ++i) {
     ASSERT_EQ(found[i].place.number, wanted[i].place.number);
     for (std::size_t j = 0; j < found[i].values.size(); ++j)
@@ -135,7 +138,7 @@ Listed ListFor(RandomCases& random, int cases) {
 
 void ExpectEnvelopesOf(const std::vector<std::vector<PlacedValues>>& all, Envelopes& envelopes,
                        unsigned seed) {
-  const std::array<double, 9> scales = ScalesOf(all[0]);
+  const std::array<double, 10> scales = ScalesOf(all[0]);
   std::size_t place = 0;
   for (; envelopes.Next(); ++place) {
     const PlaceEnvelope& envelope = envelopes.Current();
