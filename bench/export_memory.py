@@ -1,0 +1,71 @@
+#!/usr/bin/env python3
+"""Compares the memory of kestol-export with that of kestol and writes the table into bench/README.md.
+
+    bench/export_memory.py BUILD [--dry]
+
+Both read and solve the same deck by conjugate gradients, whose memory is the least; kestol writes its
+report, kestol-export its grid in raw form. What the second has at its peak above the first is what writing
+takes, and it is set beside the files that are written.
+"""
+import argparse
+import datetime
+import pathlib
+import subprocess
+import sys
+import tempfile
+
+import companions
+import run as whole_runs
+
+HERE = pathlib.Path(__file__).resolve().parent
+BEGIN, END = "<!-- memory of the export: written by bench/export_memory.py -->", "<!-- end of memory -->"
+MODELS = [
+    ("space frame", "make_frame.py", ["40", "19", "19"]),
+    ("plate, 3 nodes", "make_plate.py", ["300"]),
+    ("block, 4 nodes", "make_block.py", ["35"]),
+]
+SOLVER = "Solver: Sparse 1e-8 1e-6 100000\n"
+
+
+def peak(command, folder):
+    """MB; ends the program where the command fails."""
+    found = companions.measure(command, folder)
+    if found is None:
+        sys.exit(f"{command} failed")
+    return found[1]
+
+
+def rows(build):
+    for model, generator, arguments in MODELS:
+        with tempfile.TemporaryDirectory() as name:
+            folder = pathlib.Path(name)
+            text = subprocess.run([sys.executable, HERE / generator, *arguments], check=True,
+                                  stdout=subprocess.PIPE, text=True).stdout
+            (folder / "model.dat").write_text(text.replace("TYPE 3d\n", "TYPE 3d\n" + SOLVER, 1))
+            solver = peak([build / "main" / "kestol", "model.dat", "report.txt"], folder)
+            export = peak([build / "programs" / "export" / "kestol-export", "model.dat", "--solver", "deck",
+                           "--vtu", "out.vtu"], folder)
+            files = sum(path.stat().st_size for path in folder.glob("out*.vtu")) / 1e6
+            elements = sum(1 for line in text[text.index("elements"):text.index("end elements")].splitlines()) - 1
+            yield [model, f"{elements}", f"{whole_runs.equations_of(text)}", f"{files:.0f} MB", f"{solver:.0f} MB",
+                   f"{export:.0f} MB", f"{export - solver:+.0f} MB", f"{max(0.0, export - solver) / files:.2f}"]
+
+
+def main():
+    parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
+    parser.add_argument("build", type=lambda word: pathlib.Path(word).resolve())
+    parser.add_argument("--dry", action="store_true", help="print the table only")
+    arguments = parser.parse_args()
+    head = ["model", "elements", "equations", "files", "peak of kestol", "of kestol-export", "difference",
+            "difference / files"]
+    table = [f"{whole_runs.processor()}; {datetime.date.today()}.", "", "| " + " | ".join(head) + " |",
+             "|" + "---|" * len(head), *("| " + " | ".join(cells) + " |" for cells in rows(arguments.build))]
+    print("\n".join(table))
+    if not arguments.dry:
+        page = HERE / "README.md"
+        before, rest = page.read_text().split(BEGIN)
+        page.write_text(before + BEGIN + "\n" + "\n".join(table) + "\n" + END + rest.split(END)[1])
+
+
+if __name__ == "__main__":
+    main()
