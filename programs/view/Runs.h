@@ -3,6 +3,8 @@
 #include <cstdint>
 #include <vector>
 
+#include "programs/common/JsonWriter.h"
+
 namespace kestol {
 
 /// Rising indices as pairs (first, how many): what many nodes or elements share takes little room.
@@ -21,5 +23,11 @@ public:
 private:
   std::vector<std::int64_t> pairs_;
 };
+
+inline void WriteRuns(JsonWriter& json, const Runs& runs) {
+  json.Key("runs").BeginArray();
+  for (const std::int64_t value : runs.Pairs()) json.Value(value);
+  json.EndArray();
+}
 
 }  // namespace kestol
