@@ -71,7 +71,7 @@ void Solution::TakeBeams() {
     const Elem& elem = *table.beams[static_cast<std::size_t>(b)];
     beamNumbers.push_back(elem.number);
     beamMaterials.push_back(elem.materialNumber);
-    for (const int end : {0, 1}) beamNodes.push_back(data.NumberOf(*elem.nodes[end]));
+    beamNodes.push_back({data.NumberOf(*elem.nodes[0]), data.NumberOf(*elem.nodes[1])});
     for (int s = 0; s < table.stations; ++s)
       stationX.push_back(table.XiOf(s) * table.lengths[static_cast<std::size_t>(b)]);
   }

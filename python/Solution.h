@@ -64,7 +64,8 @@ public:
   std::vector<Vector3> coordinates;
   std::vector<Six> displacements, loads;  ///< by node; force and moment
   std::vector<double> stationX;           ///< beam after beam
-  std::vector<int> beamNumbers, beamMaterials, beamNodes;
+  std::vector<int> beamNumbers, beamMaterials;
+  std::vector<std::array<int, 2>> beamNodes;
   ShellPoints shells;
   SolidPoints solids;
   std::vector<StressTensor> nodalStresses;  ///< by node; empty without solids

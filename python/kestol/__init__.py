@@ -19,9 +19,10 @@ from __future__ import annotations
 from . import _kestol
 from .checking import Finding, check
 from .combining import Combined, Envelope, combine
+from .elements import Beam, Beams, Shells, Solids
 from .errors import Error
 from .model import Model, read, read_text
-from .results import Beam, Beams, Results, Shells, Solids
+from .results import Results
 from .solving import solve, solve_many
 
 __version__: str = _kestol.version

@@ -2,21 +2,19 @@
 
 Arrays cannot be written; they are views of the memory of the solution, without a copy, and keep it
 alive. Vectors have three components also in plane problems. Values are in the units of the results
-(:attr:`Results.units`), numbers of nodes and elements are those of the deck.
+(:attr:`Results.units`), numbers of nodes and elements are those of the deck, rows count from 0.
 """
 
 from __future__ import annotations
 
 import io
 import os
-from dataclasses import dataclass
 from functools import cached_property
 from typing import TYPE_CHECKING, Any
 
-import numpy as np
-from numpy.typing import NDArray
-
 from . import _kestol
+from .arrays import OfSolution, floats, integers
+from .elements import Beam, Beams, Shells, Solids
 
 if TYPE_CHECKING:
     import matplotlib.axes
@@ -24,234 +22,12 @@ if TYPE_CHECKING:
 
     from .model import Model, Path
 
-Floats = NDArray[np.float64]
-Integers = NDArray[np.int32]
 
-
-@dataclass(frozen=True)
-class Beam:
-    """One beam over its stations.
-
-    Attributes:
-        number: of the element; material: number of its material.
-        nodes: (2,), numbers.
-        length: [length].
-        axes: (3, 3), rows ex, ey, ez in global components.
-        end_forces: (2, dofs), what the nodes exert on the ends, local axes, as the report has it.
-        x: (stations,), from node 1 [length].
-        N, Vy, Vz: (stations,), axial force (tension +) and shears [force].
-        T, My, Mz: (stations,), torque and moments [force length].
-        u: (stations, 3), displacements, global [length]; rotations: (stations, 3), global [rad].
-    """
-
-    number: int
-    material: int
-    nodes: Integers
-    length: float
-    axes: Floats
-    end_forces: Floats
-    x: Floats
-    N: Floats
-    Vy: Floats
-    Vz: Floats
-    T: Floats
-    My: Floats
-    Mz: Floats
-    u: Floats
-    rotations: Floats
-
-
-class Beams:
-    """All beams: row b of each array belongs to the element ``numbers[b]``. Shapes are those of
-    :class:`Beam` behind (beams,): ``N`` is (beams, stations)."""
-
-    def __init__(self, solution: _kestol.Solution) -> None:
-        self._solution = solution
-
-    def _array(self, name: str) -> Floats:
-        return self._solution.array("beam_" + name)
-
-    def __len__(self) -> int:
-        return len(self.numbers)
-
-    @property
-    def numbers(self) -> Integers:
-        """(beams,): numbers of the elements."""
-        return self._solution.array("beam_numbers")
-
-    @property
-    def materials(self) -> Integers:
-        """(beams,): numbers of the materials."""
-        return self._solution.array("beam_materials")
-
-    @property
-    def nodes(self) -> Integers:
-        """(beams, 2): numbers of the nodes."""
-        return self._solution.array("beam_nodes").reshape(-1, 2)
-
-    @property
-    def lengths(self) -> Floats:
-        """(beams,) [length]."""
-        return self._array("lengths")
-
-    @property
-    def axes(self) -> Floats:
-        """(beams, 3, 3): rows ex, ey, ez."""
-        return self._array("axes")
-
-    @property
-    def end_forces(self) -> Floats:
-        """(beams, 2, dofs): forces [force] and moments [force length] on the ends, local axes."""
-        return self._array("end_forces")[:, :, :self._solution.dofs_per_node]
-
-    @property
-    def x(self) -> Floats:
-        """(beams, stations): from node 1 [length]."""
-        return self._array("x")
-
-    @property
-    def N(self) -> Floats:
-        """(beams, stations): axial force, tension + [force]."""
-        return self._array("N")
-
-    @property
-    def Vy(self) -> Floats:
-        """(beams, stations): shear along local y [force]."""
-        return self._array("Vy")
-
-    @property
-    def Vz(self) -> Floats:
-        """(beams, stations): shear along local z [force]."""
-        return self._array("Vz")
-
-    @property
-    def T(self) -> Floats:
-        """(beams, stations): torque [force length]."""
-        return self._array("T")
-
-    @property
-    def My(self) -> Floats:
-        """(beams, stations): moment about local y [force length]."""
-        return self._array("My")
-
-    @property
-    def Mz(self) -> Floats:
-        """(beams, stations): moment about local z [force length]."""
-        return self._array("Mz")
-
-    @property
-    def u(self) -> Floats:
-        """(beams, stations, 3): displacements, global [length]."""
-        return self._array("u")
-
-    @property
-    def rotations(self) -> Floats:
-        """(beams, stations, 3): rotations, global [rad]."""
-        return self._array("rotations")
-
-
-class Shells:
-    """The integration points of all shells: row p of each array belongs to ``elements[p]``.
-    3-noded shells have one point, 6-noded ones three."""
-
-    def __init__(self, solution: _kestol.Solution) -> None:
-        self._solution = solution
-
-    def __len__(self) -> int:
-        return len(self.elements)
-
-    def rows(self, element: int) -> NDArray[np.intp]:
-        """The rows of an element."""
-        return _rows(self.elements, element)
-
-    @property
-    def elements(self) -> Integers:
-        """(points,): numbers of the elements."""
-        return self._solution.array("shell_elements")
-
-    @property
-    def x(self) -> Floats:
-        """(points, 3): positions [length]."""
-        return self._solution.array("shell_x")
-
-    @property
-    def axes(self) -> Floats:
-        """(points, 3, 3): axes of the element, rows ex, ey, ez."""
-        return self._solution.array("shell_axes")
-
-    @property
-    def n(self) -> Floats:
-        """(points, 3): membrane forces xx, yy, xy, local [force/length]."""
-        return self._solution.array("shell_n")
-
-    @property
-    def m(self) -> Floats:
-        """(points, 3): moments xx, yy, xy, local [force length/length]; + pulls at the top."""
-        return self._solution.array("shell_m")
-
-    @property
-    def q(self) -> Floats:
-        """(points, 2): shears x, y, local [force/length]."""
-        return self._solution.array("shell_q")
-
-    @property
-    def top(self) -> Floats:
-        """(points, 6): stress at the top, XX YY ZZ XY YZ XZ, global [pressure]."""
-        return self._solution.array("shell_top")
-
-    @property
-    def bottom(self) -> Floats:
-        """(points, 6): stress at the bottom, XX YY ZZ XY YZ XZ, global [pressure]."""
-        return self._solution.array("shell_bottom")
-
-
-class Solids:
-    """The integration points of all solids: row p of each array belongs to ``elements[p]``.
-    4-noded solids have one point, 10-noded ones four."""
-
-    def __init__(self, solution: _kestol.Solution) -> None:
-        self._solution = solution
-
-    def __len__(self) -> int:
-        return len(self.elements)
-
-    def rows(self, element: int) -> NDArray[np.intp]:
-        """The rows of an element."""
-        return _rows(self.elements, element)
-
-    @property
-    def elements(self) -> Integers:
-        """(points,): numbers of the elements."""
-        return self._solution.array("solid_elements")
-
-    @property
-    def x(self) -> Floats:
-        """(points, 3): positions [length]."""
-        return self._solution.array("solid_x")
-
-    @property
-    def stress(self) -> Floats:
-        """(points, 6): XX YY ZZ XY YZ XZ, global [pressure]."""
-        return self._solution.array("solid_stress")
-
-    @property
-    def von_mises(self) -> Floats:
-        """(points,) [pressure]."""
-        return self._solution.array("solid_von_mises")
-
-
-def _rows(elements: Integers, element: int) -> NDArray[np.intp]:
-    rows = np.flatnonzero(elements == element)
-    if not len(rows):
-        raise KeyError(f"there is no such element: {element}")
-    return rows
-
-
-class Results:
+class Results(OfSolution):
     """The answer of a model: see :func:`kestol.solve`."""
 
     def __init__(self, solution: _kestol.Solution, model: Model) -> None:
-        self._solution = solution
+        super().__init__(solution)
         #: The model that was solved; a copy, so that changes of the original do not matter.
         self.model = model
 
@@ -266,65 +42,29 @@ class Results:
         """Names of ``force``, ``length`` and ``pressure``; empty where the model names none."""
         return self._solution.units
 
-    @property
-    def node_numbers(self) -> Integers:
-        """(nodes,): 1..N."""
-        return self._solution.array("node_numbers")
-
-    @property
-    def coordinates(self) -> Floats:
-        """(nodes, 3) [length]."""
-        return self._solution.array("coordinates")
-
-    @property
-    def displacements(self) -> Floats:
-        """(nodes, 6): ux, uy, uz [length], rx, ry, rz [rad], global."""
-        return self._solution.array("displacements")
-
-    @property
-    def loads(self) -> Floats:
-        """(nodes, 6): the equivalent nodal forces of all loads [force, force length], global."""
-        return self._solution.array("loads")
-
-    @property
-    def nodal_stresses(self) -> Floats:
-        """(nodes, 6) of solids: XX YY ZZ XY YZ XZ [pressure]; (0, 6) without solids."""
-        return self._solution.array("nodal_stresses")
-
-    @property
-    def nodal_von_mises(self) -> Floats:
-        """(nodes,) of solids [pressure]; (0,) without solids."""
-        return self._solution.array("nodal_von_mises")
+    node_numbers = integers("(nodes,): 1..N, so that row r belongs to node r + 1.")
+    coordinates = floats("(nodes, 3): positions [length].")
+    displacements = floats("(nodes, 6): ux, uy, uz [length], rx, ry, rz [rad], global.")
+    loads = floats("(nodes, 6): equivalent nodal forces of all loads [force, force length], "
+                   "global.")
+    nodal_stresses = floats("(nodes, 6) of solids: XX YY ZZ XY YZ XZ [pressure]; (0, 6) without "
+                            "solids.")
+    nodal_von_mises = floats("(nodes,) of solids [pressure]; (0,) without solids.")
 
     # --- supports -----------------------------------------------------------------------------
 
-    @property
-    def reaction_nodes(self) -> Integers:
-        """(supports,): the nodes of the rows of the reactions; 0 for a mid-side node that the
-        conversion to 6 nodes made and held, which stands between ``reaction_between``."""
-        return self._solution.array("reaction_nodes")
-
-    @property
-    def reaction_between(self) -> Integers:
-        """(supports, 2): the corners of a created mid-side; else 0."""
-        return self._solution.array("reaction_between")
-
-    @property
-    def reactions(self) -> Floats:
-        """(supports, 6): true reactions K u - F, what the supports give to the structure
-        [force, force length], global."""
-        return self._solution.array("reactions")
-
-    @property
-    def reactions_in_support_axes(self) -> Floats:
-        """(supports, 6): the same in the axes of inclined supports."""
-        return self._solution.array("reactions_in_support_axes")
-
-    @property
-    def reactions_as_printed(self) -> Floats:
-        """(supports, dofs): what the solver's report prints: K u, which at a loaded support is not
-        what the support gives."""
-        return self._solution.array("reactions_as_printed")[:, :self._solution.dofs_per_node]
+    reaction_nodes = integers(
+        "(supports,): numbers of the nodes of the rows of the reactions; 0 for a mid-side node "
+        "that the conversion to 6 nodes made and held, which stands between ``reaction_between``.")
+    reaction_between = integers("(supports, 2): numbers of the corners of a created mid-side; "
+                                "else 0.")
+    reactions = floats("(supports, 6): true reactions K u - F, what the supports give to the "
+                       "structure [force, force length], global.")
+    reactions_in_support_axes = floats("(supports, 6): the same in the axes of inclined supports "
+                                       "[force, force length].")
+    reactions_as_printed = floats(
+        "(supports, dofs): what the solver's report prints: K u [force, force length], which at a "
+        "loaded support is not what the support gives.", by_dof=True)
 
     @property
     def equilibrium(self) -> dict[str, Any]:

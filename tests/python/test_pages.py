@@ -4,6 +4,7 @@ import importlib
 import os
 import pathlib
 import pkgutil
+import pydoc
 import re
 import subprocess
 import sys
@@ -48,10 +49,26 @@ def test_every_public_name_has_a_docstring_and_stands_on_the_page():
         assert name in text, name
     for owner in (kestol.Model, kestol.Results, kestol.Beams, kestol.Shells, kestol.Solids,
                   kestol.Combined):
-        for name, member in vars(owner).items():
-            if not name.startswith("_"):
-                assert member.__doc__, f"{owner.__name__}.{name}"
-                assert re.search(rf"\b{name}\b", text), f"{owner.__name__}.{name}"
+        members = {name: member for level in reversed(owner.__mro__[:-1])
+                   for name, member in vars(level).items() if not name.startswith("_")}
+        for name, member in members.items():
+            assert member.__doc__, f"{owner.__name__}.{name}"
+            assert re.search(rf"\b{name}\b", text), f"{owner.__name__}.{name}"
+
+
+@pytest.mark.parametrize("owner", [kestol.Results, kestol.Beams, kestol.Shells, kestol.Solids])
+def test_every_array_tells_its_shape_and_unit_and_cannot_be_set(owner):
+    arrays = {name: member for level in owner.__mro__ for name, member in vars(level).items()
+              if type(member).__name__ == "_Attribute"}
+    assert len(arrays) >= 4
+    help_text = pydoc.render_doc(owner, renderer=pydoc.plaintext)
+    for name, member in arrays.items():
+        assert re.match(r"\((nodes|supports|beams|points),", member.__doc__), name
+        unit = r"\[(length|rad|force|pressure)|number|1\.\.N|rows ex"
+        assert re.search(unit, member.__doc__), name
+        assert member.__doc__.split(":")[0] in help_text, name
+        with pytest.raises(AttributeError, match=f"{name} cannot be set"):
+            setattr(object.__new__(owner), name, None)
 
 
 def test_the_installed_package_is_complete(tmp_path):
