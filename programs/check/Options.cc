@@ -52,9 +52,7 @@ CheckRequest ParseOptions(int argc, char** argv) {
   CLI::Option* const explain =
       app.add_option("--explain", request.explain, "what a code means, then stop")
           ->type_name("CODE");
-  app.add_option("--format", request.format, "text, json or sarif")
-      ->transform(CLI::Transformer(formats).description(""))
-      ->type_name("NAME");
+  line.AddChoice("--format", request.format, formats, "text, json or sarif");
   // No deck is needed to look something up.
   app.get_option("DECK")->required(false);
   line.Parse(argc, argv);

@@ -52,9 +52,16 @@ void CommandLine::AddSolver(SolverName& solver) {
   };
   solver = DirectSolverIsBuilt() ? SolverName::Direct : SolverName::Deck;
   solver_ = &solver;
-  app.add_option("--solver", solver, "skyline, sparse, direct or deck")
-      ->transform(CLI::Transformer(names).description(""))
-      ->type_name("NAME");
+  AddChoice("--solver", solver, names, "skyline, sparse, direct or deck");
+}
+
+CLI::Validator CommandLine::AboveZero() {
+  const auto check = [](const std::string& text) {
+    double number = 0.0;
+    const bool good = CLI::detail::lexical_cast(text, number) && number > 0.0;
+    return good ? std::string() : text + " is not a number above 0";
+  };
+  return {check, ""};
 }
 
 void CommandLine::Parse(int argc, char** argv) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <CLI/CLI.hpp>
+#include <map>
 #include <string>
 
 #include "kestol/LinearSystem.h"
@@ -30,11 +31,31 @@ public:
   /// and one line on standard error for what it does not understand.
   void Parse(int argc, char** argv);
 
+  /// An option that takes one of these names; another one is refused with all of them.
+  template <typename T>
+  void AddChoice(const std::string& option, T& value, const std::map<std::string, T>& names,
+                 const std::string& text) {
+    const auto choose = [&value, names, option](const std::string& word) {
+      const auto found = names.find(word);
+      if (found != names.end()) {
+        value = found->second;
+        return;
+      }
+      std::string known;
+      for (const auto& [name, _] : names) known += (known.empty() ? "" : ", ") + name;
+      throw CLI::ValidationError(option, word + " is none of " + known);
+    };
+    app.add_option_function<std::string>(option, choose, text)->type_name("NAME");
+  }
+
   /// --solver NAME for those who solve: the direct solver where it is built, else that of the deck.
   void AddSolver(SolverName& solver);
 
   /// Ends the program with kFailed, the text and a hint at --help, as for an unknown option.
   [[noreturn]] void Refuse(const std::string& text) const;
+
+  /// For an option that takes a number above 0.
+  static CLI::Validator AboveZero();
 
   CLI::App app;
 

@@ -50,9 +50,7 @@ ExportOptions ParseOptions(int argc, char** argv) {
   app.add_option("--vtu", options.vtu,
                  "results for ParaView, and the diagrams of beams beside them in *_diagrams.vtu")
       ->type_name("FILE");
-  app.add_option("--encoding", options.encoding, "of --vtu: raw, base64 or ascii")
-      ->transform(CLI::Transformer(encodings).description(""))
-      ->type_name("NAME");
+  line.AddChoice("--encoding", options.encoding, encodings, "of --vtu: raw, base64 or ascii");
   app.add_option("--csv", options.csv,
                  "tables PREFIX_nodes.csv, _beams, _stations, _shells, _solids, "
                  "_reactions, _loads")

@@ -48,12 +48,10 @@ MpiOptions ParseOptions(int argc, char** argv) {
                    options);
   CLI::App& app = line.app;
   app.add_option("REPORT", options.report, "the solver's report")->type_name("");
-  app.add_option("--solver", options.solver, "auto, gamg, direct or hypre")
-      ->transform(CLI::Transformer(solvers).description(""))
-      ->type_name("NAME");
+  line.AddChoice("--solver", options.solver, solvers, "auto, gamg, direct or hypre");
   app.add_option("--tolerance", options.tolerance,
                  "of the iterations: the true residual |f - K u| / |f| (1e-10)")
-      ->check(CLI::PositiveNumber.description(""))
+      ->check(CommandLine::AboveZero())
       ->type_name("X");
   app.add_option("--max-iterations", options.maxIterations, "then they are given up (1000)")
       ->check(CLI::Range(1, 1'000'000'000).description(""))

@@ -69,11 +69,15 @@ void RunLog::TellBalance(int ownNodes) {
       std::fprintf(stderr, "%-32s %9.3f s (%.3f on the fastest process)\n", stage.c_str(), longest,
                    least);
   }
-  if (team_.IsFirst())
+  if (!team_.IsFirst()) return;
+  if (team_.Size() == 1) {
+    std::fprintf(stderr, "1 process, %d nodes; peak memory %.0f MB\n", ownNodes, memory);
+  } else {
     std::fprintf(stderr,
                  "%d processes, %.0f to %.0f nodes each; peak memory %.0f MB, %.0f MB on the "
                  "largest\n",
                  team_.Size(), fewest, most, sum, largest);
+  }
 }
 
 void RunLog::TellTotalTime() {

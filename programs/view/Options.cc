@@ -25,11 +25,9 @@ ViewOptions ParseOptions(int argc, char** argv) {
       ->type_name("PREFIX");
   app.add_option("--max-triangles", options.maxTriangles,
                  "refuse pictures of more triangles (default 1000000)")
-      ->check(CLI::PositiveNumber.description(""))
+      ->check(CommandLine::AboveZero())
       ->type_name("N");
-  app.add_option("--tables", options.tables, "tables of the page: none, supports or all")
-      ->transform(CLI::Transformer(tables).description(""))
-      ->type_name("NAME");
+  line.AddChoice("--tables", options.tables, tables, "tables of the page: none, supports or all");
   line.AddSolver(options.solver);
   line.Parse(argc, argv);
   if (!options.cases.empty() && !CasesAreBuilt())

@@ -128,6 +128,8 @@ class Outputs(Case):
         balance = re.search(r"2 processes, (\d+) to (\d+) nodes each; peak memory \d+ MB", run.stderr)
         fewest, most = map(int, balance.groups())
         self.assertLess(most, 1.2 * fewest)
+        alone = kestol_mpi("-v", "14-cylindrical-roof.dat", cwd=self.here)
+        self.assertRegex(alone.stderr, r"\n1 process, \d+ nodes; peak memory \d+ MB$")
 
 
 class Solvers(Case):
@@ -229,8 +231,12 @@ class Refusals(Case):
         hint = "; try kestol-mpi --help"
         self.refused("kestol-mpi: unknown option --frob" + hint, 2, "--frob")
         self.refused("kestol-mpi: --vtu takes a name that ends with .pvtu" + hint, 2, "--vtu", "x.vtu", "d")
-        for arguments in (["--solver", "magic", "d"], ["--tolerance", "0", "d"],
-                          ["--max-iterations", "0", "d"], []):
+        self.refused("kestol-mpi: --solver: magic is none of auto, direct, gamg, hypre" + hint, 2,
+                     "--solver", "magic", "d")
+        self.refused("kestol-mpi: --tolerance: 0 is not a number above 0" + hint, 2, "--tolerance", "0", "d")
+        self.refused("kestol-mpi: --tolerance: nan is not a number above 0" + hint, 2,
+                     "--tolerance", "nan", "d")
+        for arguments in (["--max-iterations", "0", "d"], []):
             run = kestol_mpi(*arguments, processes=2)
             self.assertEqual(run.returncode, 2)
             self.assertEqual(len(run.stderr.splitlines()), 1, run.stderr)
