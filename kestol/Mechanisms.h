@@ -58,10 +58,9 @@ Mechanisms FindMechanisms(LinearSystem& system, const MechanismOptions& options 
 /// The same for a system that is scaled already; its matrix is used up.
 Mechanisms FindMechanisms(LinearSystem& system, ScaledSystem& A, const MechanismOptions& options);
 
-/// Whether nothing but what the system holds anyway speaks for a motion without resistance. With a
-/// factor that is a failing pivot, or a small Ritz value after a few substitutions. Where the
-/// solver iterates, the supports of each part are looked at, and a small model is searched as
-/// above.
+/// Whether nothing speaks for a motion without resistance. With a factor a few substitutions tell,
+/// most often; a pivot that fails, or a small Ritz value, asks for the search above. Where the
+/// solver iterates, the supports of each part are looked at, and a small model is searched.
 bool IsSound(LinearSystem& system);
 
 /// Whether the stiffness resists `displacements` (global axes) less than any sound model would: the

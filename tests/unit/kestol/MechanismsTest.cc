@@ -190,6 +190,25 @@ INSTANTIATE_TEST_SUITE_P(Solvers, Soundness,
                          testing::Values(SolverName::SkyLine, SolverName::Sparse,
                                          SolverName::Direct));
 
+TEST(Soundness, OfASlenderModelIsDecidedByTheWholeSearch) {
+  // The smallest Ritz value of a clamped chain of n beams falls as n^-4: here to 1e-11.
+  constexpr int kBeams = 400;
+  std::string nodes, beams;
+  for (int n = 1; n <= kBeams + 1; ++n)
+    nodes += std::to_string(n) + " " + std::to_string(n) + " 0\n";
+  for (int b = 1; b <= kBeams; ++b)
+    beams += std::to_string(b) + " " + std::to_string(b) + " " + std::to_string(b + 1) + " 1\n";
+  Project project = Read(
+      "PROBLEM chain\nTYPE 2d\nmesh dimension = 2 elemtype Linear nnode = 2\n"
+      "coordinates\n" +
+      nodes + "end coordinates\nelements\n" + beams +
+      "end elements\nmaterials\n1 E=1e6 A=1 Iz=1\nend\n"
+      "constraints\n1 111 0 0 0\nend\nnodal_point_loads\n2 0 1 0\nend\n");
+  LinearSystem system(project, {.solver = SolverName::SkyLine});
+  system.Factorise();
+  EXPECT_TRUE(IsSound(system));
+}
+
 TEST(Soundness, OfTheProgramsOwnAnswerIsRequiredOnDemand) {
   const std::string deck = Row(kLoose, kHinges + "nodal_point_loads\n2 0 -1000 0\nend\n");
   Project project = Read(deck);
