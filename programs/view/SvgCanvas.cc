@@ -28,6 +28,7 @@ text.m { text-anchor: middle; dominant-baseline: central; }
 .load { stroke: #b5441a; stroke-width: 1.4; fill: none; }
 .loadhead { fill: #b5441a; }
 text.loadtext { fill: #b5441a; }
+text.supporttext { fill: #27618f; }
 text.number { fill: #5b6370; font-size: 11px; }
 text.title { font-size: 13px; font-weight: 600; }
 .plus { fill: #c94234; fill-opacity: 0.28; stroke: none; }
@@ -66,7 +67,7 @@ double TextWidth(std::string_view text) {
   const auto starts = std::count_if(text.begin(), text.end(), [](char c) {
     return (static_cast<unsigned char>(c) & 0xC0) != 0x80;
   });
-  return 7.0 * static_cast<double>(starts) + 4.0;
+  return 7.7 * static_cast<double>(starts) + 4.0;
 }
 
 }  // namespace
@@ -86,11 +87,17 @@ std::string ShortNumber(double value) {
   const double size = std::abs(value);
   auto end = text.data() + text.size();
   if (size >= 1e3 && size < 1e6) {
-    end = std::to_chars(text.data(), end, std::round(value)).ptr;
+    end = std::to_chars(text.data(), end, std::round(value), std::chars_format::fixed).ptr;
   } else {
     end = std::to_chars(text.data(), end, value, std::chars_format::general, 4).ptr;
   }
   std::string number(text.data(), end);
+  if (const auto e = number.find('e'); e != std::string::npos) {
+    // "e+06" reads as "e6".
+    const bool small = number[e + 1] == '-';
+    const auto digit = number.find_first_not_of('0', e + 2);
+    number.replace(e + 1, digit - e - 1, small ? "\u2212" : "");
+  }
   if (number[0] == '-') number.replace(0, 1, "\u2212");
   return number;
 }
@@ -174,16 +181,18 @@ bool SvgCanvas::Label(SvgPoint at, SvgPoint away, std::string_view text, std::st
               {1.0,     0.0    },
               {-1.0,    0.0    }
   };
-  for (const SvgPoint& place : places) {
-    const SvgPoint dir = Unit(place);
-    const SvgPoint middle =
-        at + SvgPoint{dir.x * (gap + width / 2.0), dir.y * (gap + height / 2.0)};
-    const Box box{middle.x - width / 2.0, middle.y - height / 2.0, width, height};
-    if (!IsFree(box)) continue;
-    taken_.push_back(box);
-    Text(middle, text, style);
-    return true;
-  }
+  for (const double further : {0.0, 12.0, 26.0})
+    for (const SvgPoint& place : places) {
+      const SvgPoint dir = Unit(place);
+      const double far = gap + further;
+      const SvgPoint middle =
+          at + SvgPoint{dir.x * (far + width / 2.0), dir.y * (far + height / 2.0)};
+      const Box box{middle.x - width / 2.0, middle.y - height / 2.0, width, height};
+      if (!IsFree(box)) continue;
+      taken_.push_back(box);
+      Text(middle, text, style);
+      return true;
+    }
   return false;
 }
 

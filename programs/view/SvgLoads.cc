@@ -31,17 +31,18 @@ public:
   void OnElements() {
     double largest = 0.0;
     for (const PageMesh& mesh : model_.meshes)
-      for (const Elem* elem : mesh.elems) largest = std::max(largest, Norm(LoadOf(mesh, *elem)));
+      for (const Elem* elem : mesh.elems)
+        largest = std::max(largest, Norm(SpreadOf(mesh, *elem).load));
     for (const PageMesh& mesh : model_.meshes)
       for (const Elem* elem : mesh.elems) {
-        const Vector3 load = LoadOf(mesh, *elem);
-        const double value = Norm(load);
+        const Spread spread = SpreadOf(mesh, *elem);
+        const double value = Norm(spread.load);
         if (value == 0.0) continue;
         const double length = 0.7 * ArrowLength(value, largest);
         if (mesh.IsBeams()) {
-          OnBeam(*elem, load, length);
+          OnBeam(*elem, spread, length);
         } else {
-          OnSurface(mesh, *elem, load, length);
+          OnSurface(mesh, *elem, spread, length);
         }
       }
   }
@@ -63,17 +64,29 @@ public:
 private:
   static Vector3 ForceIn(const std::array<double, 6>& six) { return {six[0], six[1], six[2]}; }
 
-  /// What is spread over the element, in global axes.
-  Vector3 LoadOf(const PageMesh& mesh, const Elem& elem) const {
+  /// What is spread over the element, in global axes, and over what: its dimension.
+  struct Spread {
+    Vector3 load;
+    int dimension;
+  };
+
+  Spread SpreadOf(const PageMesh& mesh, const Elem& elem) const {
     const ElementLoads loads = LoadsOnElement(model_.project, elem);
-    if (mesh.IsBeams()) return loads.perLength;
-    if (mesh.IsShells()) return Norm(loads.perArea) > 0.0 ? loads.perArea : loads.perLength;
-    return Norm(loads.perArea) > 0.0 ? loads.perArea : loads.perVolume;
+    if (mesh.IsBeams()) return {loads.perLength, 1};
+    if (Norm(loads.perArea) > 0.0) return {loads.perArea, 2};
+    return mesh.IsShells() ? Spread{loads.perLength, 1} : Spread{loads.perVolume, 3};
   }
 
-  std::string UnitFor(const PageMesh& mesh) const {
+  std::string UnitPer(int dimension) const {
     if (!units_.Known()) return {};
-    return units_.force + "/" + units_.length + (mesh.IsBeams() ? "" : "\u00b2");
+    return units_.force + "/" + units_.length +
+           (dimension == 1   ? ""
+            : dimension == 2 ? "\u00b2"
+                             : "\u00b3");
+  }
+
+  std::string TextOf(const Spread& spread) const {
+    return WithUnit(Norm(spread.load), UnitPer(spread.dimension));
   }
 
   void DrawForce(SvgPoint at, const Vector3& force, double largest) {
@@ -94,10 +107,10 @@ private:
                   "loadtext", 16.0);
   }
 
-  void OnBeam(const Elem& elem, const Vector3& load, double length) {
+  void OnBeam(const Elem& elem, const Spread& spread, double length) {
     const SvgPoint a = view_.At(PositionOf(*elem.nodes[0]));
     const SvgPoint b = view_.At(PositionOf(*elem.nodes[1])), along = b - a;
-    const SvgPoint back = view_.Direction(kestol::Unit(load)) * (-length / view_.Pixels());
+    const SvgPoint back = view_.Direction(kestol::Unit(spread.load)) * (-length / view_.Pixels());
     const SvgPoint side = Across(Unit(along));
     const bool across = std::abs(back.x * side.x + back.y * side.y) > 4.0;
     const int count = std::max(1, static_cast<int>(Length(along) / (across ? 26.0 : 44.0)));
@@ -112,11 +125,10 @@ private:
     }
     if (across) canvas_.Line(a + back, b + back, "load");
     const SvgPoint middle = (a + b) * 0.5 + (across ? back : side * 10.0);
-    canvas_.Label(middle, across ? back : side, WithUnit(Norm(load), UnitFor(model_.meshes[0])),
-                  "loadtext");
+    canvas_.Label(middle, across ? back : side, TextOf(spread), "loadtext");
   }
 
-  void OnSurface(const PageMesh& mesh, const Elem& elem, const Vector3& load, double length) {
+  void OnSurface(const PageMesh& mesh, const Elem& elem, const Spread& spread, double length) {
     const int corners = mesh.IsShells() ? 3 : 4;
     Vector3 centre{};
     for (int k = 0; k < corners; ++k)
@@ -125,9 +137,9 @@ private:
     // A field of arrows with room between them, and one word for it.
     const std::pair<int, int> cell = {static_cast<int>(at.x / 30.0), static_cast<int>(at.y / 30.0)};
     if (!cells_.insert(cell).second) return;
-    const SvgPoint back = view_.Direction(kestol::Unit(load)) * (-length / view_.Pixels());
+    const SvgPoint back = view_.Direction(kestol::Unit(spread.load)) * (-length / view_.Pixels());
     canvas_.Arrow(at + back, at, "load", 6.0);
-    const std::string text = WithUnit(Norm(load), UnitFor(mesh));
+    const std::string text = TextOf(spread);
     if (texts_.insert(text).second && texts_.size() <= 6)
       canvas_.Label(at + back, back, text, "loadtext");
   }

@@ -5,6 +5,7 @@
 #include "model/EulerAngles.h"
 #include "programs/view/SvgSymbols.h"
 #include "results/ElementLoads.h"
+#include "results/UnitNames.h"
 
 namespace kestol {
 
@@ -73,18 +74,21 @@ void DrawPlaneSupport(SvgCanvas& canvas, const SvgView& view, const Constraint& 
   const auto axes = AxesOfSupport(support);
   const auto holds = [&](int d) { return support.codes[d] == Prescribed; };
   const SvgPoint x = Unit(view.Direction(axes[0])), y = Unit(view.Direction(axes[1]));
+  // On the side where no beam is: a support at the top of a column hangs.
+  const SvgPoint up = Dot(beam, axes[1]) < -0.7 ? y * -1.0 : y;
   if (holds(0) && holds(1) && holds(2)) {
     const SvgPoint out = Norm(beam) > 0.3 ? Unit(view.Direction(beam)) : y, side = Across(out);
     DrawGround(canvas, at + side * 11.0, at - side * 11.0, out * -1.0, "wall");
   } else if (holds(0) && holds(1)) {
-    DrawTriangle(canvas, at, y, false);
+    DrawTriangle(canvas, at, up, false);
   } else if (holds(1)) {
-    DrawTriangle(canvas, at, y, true);
+    DrawTriangle(canvas, at, up, true);
   } else if (holds(0)) {
     DrawTriangle(canvas, at, Dot(beam, axes[0]) < 0.0 ? x * -1.0 : x, true);
   }
   for (int d = 0; d < 2; ++d)
     if (support.codes[d] == Spring) DrawSpring(canvas, at, d == 0 ? x : y);
+  canvas.Take(at - up * 6.0, 14.0);
 }
 
 /// A cone for each held direction and a bar for each held rotation; a block where all are held.
@@ -118,26 +122,59 @@ void DrawSpaceSupport(SvgCanvas& canvas, const SvgView& view, const Constraint& 
   }
 }
 
+/// What a support prescribes that is not zero, and the stiffness of its springs.
+std::string ValuesOf(const Constraint& support, const Project& project) {
+  const bool plane = project.problemType == Plane;
+  const std::string unit = UnitNamesOf(project.units).length;
+  std::string text;
+  for (int d = 0; d < support.dofs; ++d) {
+    const bool isSpring = support.codes[d] == Spring;
+    if (!support.IsConstrained(d) || support.values[d] == 0.0) continue;
+    const bool turns = d >= (plane ? 2 : 3);
+    text += text.empty() ? "" : ", ";
+    text += isSpring ? "k " : "";
+    text += turns ? "\u03b8" : "u";
+    text += plane && turns ? 'z' : "xyz"[d % 3];
+    text += ' ';
+    text += ShortNumber(support.values[d]);
+    if (!turns && !isSpring && !unit.empty()) text.append(" ").append(unit);
+  }
+  return text;
+}
+
 }  // namespace
 
-void DrawSupports(SvgCanvas& canvas, const SvgView& view, const PageModel& model) {
+void DrawSupports(SvgCanvas& canvas, const SvgView& view, const PageModel& model,
+                  const PlaceOfNode& placeOf) {
   const auto beams = BeamDirections(model);
   for (const Node* node : model.places.Nodes()) {
     if (!node->constraint) continue;
-    const SvgPoint at = view.At(PositionOf(*node));
+    const SvgPoint at = view.At(placeOf(*node));
     const auto beam = beams.find(node);
     if (model.project.problemType == Plane) {
       DrawPlaneSupport(canvas, view, *node->constraint, at,
                        beam == beams.end() ? Vector3{} : beam->second);
     } else {
       DrawSpaceSupport(canvas, view, *node->constraint, at);
+      canvas.Take(at + SvgPoint{0.0, 6.0}, 14.0);
     }
-    canvas.Take(at + SvgPoint{0.0, 6.0}, 14.0);
+  }
+}
+
+void DrawSupportValues(SvgCanvas& canvas, const SvgView& view, const PageModel& model) {
+  constexpr std::size_t kMost = 60;
+  std::size_t written = 0;
+  for (const Node* node : model.places.Nodes()) {
+    if (!node->constraint || written == kMost) continue;
+    const std::string text = ValuesOf(*node->constraint, model.project);
+    if (text.empty()) continue;
+    canvas.Label(view.At(PositionOf(*node)), {0.0, 1.0}, text, "supporttext", 22.0);
+    ++written;
   }
 }
 
 void DrawHinges(SvgCanvas& canvas, const SvgView& view, const PageModel& model,
-                const std::function<Vector3(const Node&)>& placeOf) {
+                const PlaceOfNode& placeOf) {
   for (const PageMesh& mesh : model.meshes) {
     if (!mesh.IsBeams()) continue;
     for (const Elem* elem : mesh.elems) {

@@ -11,7 +11,8 @@ constexpr double kTallest = 440.0, kLowest = 60.0;  ///< of the model in the dra
 
 }  // namespace
 
-SvgView::SvgView(const PageModel& model, double width, double margin) : width_(width) {
+SvgView::SvgView(const PageModel& model, double width, double margin, const PlaceOfNode& moved)
+    : width_(width) {
   const bool plane = model.project.problemType == Plane;
   eye_ = plane ? Vector3{0, 0, 1} : Unit(Vector3{0.62, -0.9, 0.55});
   right_ = plane ? Vector3{1, 0, 0} : Unit(Cross({0, 0, 1}, eye_));
@@ -20,11 +21,15 @@ SvgView::SvgView(const PageModel& model, double width, double margin) : width_(w
   constexpr double kHuge = std::numeric_limits<double>::max();
   SvgPoint low{kHuge, kHuge}, high{-kHuge, -kHuge};
   Vector3 first{kHuge, kHuge, kHuge}, last{-kHuge, -kHuge, -kHuge};
-  for (const Node* node : model.places.Nodes()) {
-    const Vector3 x = PositionOf(*node);
+  const auto take = [&](const Vector3& x) {
     const SvgPoint p = Direction(x);
     low = {std::min(low.x, p.x), std::min(low.y, p.y)};
     high = {std::max(high.x, p.x), std::max(high.y, p.y)};
+  };
+  for (const Node* node : model.places.Nodes()) {
+    const Vector3 x = PositionOf(*node);
+    take(x);
+    if (moved) take(moved(*node));
     for (int d = 0; d < 3; ++d) {
       first[d] = std::min(first[d], x[d]);
       last[d] = std::max(last[d], x[d]);

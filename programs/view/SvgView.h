@@ -1,17 +1,23 @@
 #pragma once
 
+#include <functional>
+
 #include "algebra/Vector3.h"
 #include "programs/view/PageModel.h"
 #include "programs/view/SvgCanvas.h"
 
 namespace kestol {
 
+/// Where a node is drawn.
+using PlaceOfNode = std::function<Vector3(const Node&)>;
+
 /// From the model to a drawing: plane problems as they are, others from the front, a little from
 /// the right and from above.
 class SvgView {
 public:
-  /// Fits the model into a drawing of this width, with a margin for words and diagrams.
-  SvgView(const PageModel& model, double width, double margin);
+  /// Fits the model, and where its nodes are `moved` to, into a drawing of this width, with a
+  /// margin for words and diagrams.
+  SvgView(const PageModel& model, double width, double margin, const PlaceOfNode& moved = nullptr);
 
   double Width() const { return width_; }
   double Height() const { return height_; }
