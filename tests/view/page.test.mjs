@@ -4,8 +4,8 @@ import assert from 'node:assert/strict';
 import {readFileSync, statSync} from 'node:fs';
 import {after, before, test} from 'node:test';
 
-import {deckOf, drawnBox, example, open, openBrowser, pageOf, settled, WITHOUT_DRAWING} from
-  './support.mjs';
+import {deckOf, drawnBox, example, open, openBrowser, pageOf, settled, verification,
+        WITHOUT_DRAWING} from './support.mjs';
 
 /** @type {import('playwright-core').Browser} */ let browser;
 before(async () => { browser = await openBrowser(); });
@@ -149,6 +149,109 @@ test('a window of another size keeps the picture in shape', async () => {
   await page.close();
 });
 
+test('without the panel the picture takes its place, beside tables too', async () => {
+  const page = await open(browser, await pageOf(example('02-portal-frame.dat')));
+  const width = async (/** @type {string} */ what) => (await page.locator(what).boundingBox()).width;
+  const toggle = page.getByRole('button', {name: 'Controls'});
+  await page.getByRole('tab', {name: 'Reactions'}).click();
+  await toggle.click();
+  await settled(page);
+  assert.equal(await toggle.getAttribute('aria-expanded'), 'false');
+  assert.deepEqual([await width('#drawing'), await width('#drawer')], [1280, 1280]);
+  assert.ok((await drawnBox(page)).count > 200);
+  await toggle.click();
+  await settled(page);
+  assert.deepEqual([await width('#drawing'), await width('#drawer')], [1280 - 246, 1280 - 246]);
+  await page.close();
+});
+
+test('a narrow window opens with the picture, not with the panel upon it', async () => {
+  const page = await open(browser, await pageOf(example('02-portal-frame.dat')),
+                          {viewport: {width: 390, height: 780}});
+  const controls = page.locator('#controls'), toggle = page.getByRole('button', {name: 'Controls'});
+  assert.equal(await controls.isVisible(), false);
+  assert.equal((await page.locator('#drawing').boundingBox()).width, 390);
+  await toggle.click();
+  assert.ok(await controls.isVisible());
+  await toggle.click();
+  await page.getByRole('tab', {name: 'Reactions'}).click();
+  assert.equal((await page.locator('#drawer').boundingBox()).width, 390);
+  assert.ok((await drawnBox(page)).count > 100);
+  await page.close();
+});
+
+/** Words that the picture holds after `then`. */
+async function wordsAfter(page, then) {
+  await page.evaluate(() => {
+    window.words = [];
+    const write = CanvasRenderingContext2D.prototype.fillText;
+    CanvasRenderingContext2D.prototype.fillText = function (text, ...rest) {
+      window.words.push(text);
+      return write.call(this, text, ...rest);
+    };
+  });
+  await then();
+  await settled(page);
+  return page.evaluate(() => window.words);
+}
+
+test('rounding is no diagram: moments of a truss are 0 everywhere', async () => {
+  const page = await open(browser, await pageOf(verification('B08-truss.dat')));
+  const words = await wordsAfter(page, () =>
+    page.getByRole('button', {name: 'M', exact: true}).click());
+  assert.equal(await page.locator('#caption').innerText(), 'M · 0 everywhere');
+  assert.deepEqual(words.filter((text) => /e−/.test(text)), []);
+  await page.getByRole('button', {name: 'N', exact: true}).click();
+  assert.equal(await page.locator('#caption').innerText(), 'N');
+  await page.close();
+});
+
+test('the largest value is written, also where symbols stand', async () => {
+  const page = await open(browser, await pageOf(example('14-cylindrical-roof.dat')));
+  const words = await wordsAfter(page, () => page.evaluate(() => window.kestol.setScale(5)));
+  const largest = /largest ([\d.]+) at/.exec(await page.locator('#legend').innerText())[1];
+  assert.ok(words.includes(largest), words.join(' '));
+  await page.close();
+});
+
+test('a support at the top of a column hangs', async () => {
+  const page = await open(browser, await pageOf(verification('B10-cross.dat')));
+  await page.getByLabel('node numbers').uncheck();
+  await page.getByRole('button', {name: 'Model'}).click();
+  await settled(page);
+  const rows = await page.evaluate(() => {
+    const at = window.kestol.screen('node', 4), sheet = document.getElementById('overlay');
+    const box = sheet.getBoundingClientRect(), x = at.x - box.left, y = at.y - box.top;
+    const used = (/** @type {number} */ from) =>
+      sheet.getContext('2d').getImageData(x - 14, from, 28, 6).data.filter((v, i) => i % 4 === 3 && v).length;
+    return {above: used(y - 16), below: used(y + 10)};
+  });
+  assert.ok(rows.above > 20, JSON.stringify(rows));
+  assert.equal(rows.below, 0);
+  await page.close();
+});
+
+test('findings lead to what is there, not to what is missing', async () => {
+  const text = readFileSync(example('portal/portal.dat'), 'latin1').replace(/^ {2}4 {2}110/m, '  14  110');
+  const page = await open(browser, await pageOf(deckOf(text, 'missing.dat'), {status: 1}));
+  const item = page.locator('.findings li', {hasText: 'node 14 does not exist'});
+  assert.equal(await item.getByRole('button').count(), 0);
+  await page.close();
+});
+
+test('the key of the colours does not lie on the model', async () => {
+  const file = await pageOf(example('14-cylindrical-roof.dat'));
+  for (const width of [1280, 900, 780]) {
+    const page = await open(browser, file, {viewport: {width, height: 540}});
+    const key = await page.locator('#legend').boundingBox();
+    const nodes = await page.evaluate(() =>
+      window.kestol.result.nodes.map(({number}) => window.kestol.screen('node', number)));
+    const covered = nodes.filter(({x, y}) => x > key.x && y < key.y + key.height);
+    assert.deepEqual(covered, [], `${width} pixels`);
+    await page.close();
+  }
+});
+
 test('light and dark follow the system and the button', async () => {
   const file = await pageOf(example('02-portal-frame.dat'));
   const ground = (page) => page.evaluate(() => getComputedStyle(document.body).backgroundColor);
@@ -188,6 +291,35 @@ test('the print sheet holds the picture, the sums and the reactions', async () =
     return [...ctx.getImageData(3, 3, 1, 1).data];
   });
   assert.deepEqual(corner, [255, 255, 255, 255]);
+  await page.close();
+});
+
+test('the print sheet of a mechanism: the finding in lines and in ink, no place that is none', async () => {
+  const deck = readFileSync(example('01-cantilever.dat'), 'latin1').replace('111', '110');
+  const page = await open(browser, await pageOf(deckOf(deck, 'loose.dat'), {status: 1}),
+                          {colorScheme: 'dark'});
+  await page.evaluate(() => window.dispatchEvent(new Event('beforeprint')));
+  await page.emulateMedia({media: 'print'});
+  const finding = page.locator('#print-sheet .error');
+  assert.match(await finding.innerText(), /^loose\.dat: the supports leave .*\n\s*mode 1: /);
+  assert.equal(await finding.evaluate((p) => getComputedStyle(p).color), 'rgb(179, 38, 30)');
+  assert.deepEqual(await page.locator('#print-sheet h2').allInnerTexts(), ['Supports']);
+  await page.close();
+});
+
+test('tables call a created mid-side so, and the balance does not show rounding', async () => {
+  const page = await open(browser, await pageOf(example('14-cylindrical-roof.dat')));
+  const cells = async (/** @type {string} */ tab) => {
+    await page.getByRole('tab', {name: tab}).click();
+    return page.locator('#sheet tbody tr').allInnerTexts();
+  };
+  const supports = await cells('Supports');
+  assert.ok(supports.some((row) => row.startsWith('mid-side')));
+  assert.ok(!supports.some((row) => /^0\t/.test(row)));
+  const [loads, reactions] = (await cells('Balance')).map((row) => row.split('\t'));
+  assert.deepEqual(reactions.slice(1, 3), ['0', '0']);
+  assert.equal(Number(reactions[3]), 39257.4);
+  assert.equal(loads[3], '−39257.4');
   await page.close();
 });
 

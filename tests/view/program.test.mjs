@@ -5,7 +5,7 @@ import {chmodSync, cpSync, existsSync, mkdirSync, readdirSync, readFileSync, wri
 import {join} from 'node:path';
 import {after, before, test} from 'node:test';
 
-import {checked, deckOf, example, folder, open, openBrowser, pageOf, view} from './support.mjs';
+import {checked, deckOf, example, folder, open, openBrowser, pageOf, verification, view} from './support.mjs';
 
 /** @type {import('playwright-core').Browser} */ let browser;
 before(async () => { browser = await openBrowser(); });
@@ -23,14 +23,18 @@ test('help and version go to standard output', async () => {
   assert.match(version.stdout, /^kestol-view \d+\.\d+\.\d+\n$/);
 });
 
-for (const [name, args] of [['an unknown option', ['--colour', cantilever]], ['no deck', []],
-                            ['no table of that name', ['--tables', 'few', cantilever]],
-                            ['no solver of that name', ['--solver', 'fast', cantilever]],
-                            ['no positive number', ['--max-triangles', '0', cantilever]]])
+for (const [name, args, words = ''] of [['an unknown option', ['--colour', cantilever]], ['no deck', []],
+                            ['no table of that name', ['--tables', 'few', cantilever],
+                             '--tables: few is none of all, none, supports'],
+                            ['no solver of that name', ['--solver', 'fast', cantilever],
+                             '--solver: fast is none of deck, direct, skyline, sparse'],
+                            ['no positive number', ['--max-triangles', '0', cantilever],
+                             '--max-triangles: 0 is not a number above 0']])
   test(`${name}: exit 2, one line and a hint`, async () => {
     const done = await view(...args);
     assert.equal(done.status, 2);
     assert.match(done.stderr, /^kestol-view: [^\n]*try kestol-view --help\n$/);
+    assert.ok(done.stderr.includes(words), done.stderr);
   });
 
 test('"--" ends the options and is none', async () => {
@@ -293,6 +297,127 @@ test('drawings lie on the tension side: above a cantilever that is loaded downwa
   const area = /class="minus" d="M([\d.]+) ([\d.]+)/.exec(svg);
   const beam = /class="beam" d="M([\d.]+) ([\d.]+)/.exec(svg);
   assert.ok(Number(area[2]) < Number(beam[2]) - 20);
+});
+
+/** A shell, then a beam at its corner, on a spring. */
+const MIXED = `PROBLEM beam beside a plate
+TYPE 3d
+units_names
+  kN-m  kN  m   kPa  1     1
+end
+units_mesh          m
+units_mat_and_load  kN-m
+units_res           kN-m
+mesh
+  dimension = 3   elemtype Triangle   nnode = 3
+  coordinates
+    1  0 0 0
+    2  2 0 0
+    3  0 2 0
+    4  4 0 0
+  end coordinates
+  elements
+    1  1 2 3  1
+  end elements
+mesh
+  dimension = 3   elemtype Linear   nnode = 2
+  coordinates
+  end coordinates
+  elements
+    2  2 4  2
+  end elements
+materials
+  1  E=2e8 nu=0.3 G=8e7 t=0.1
+  2  E=2e8 G=8e7 A=1e-2 Iy=1e-5 Iz=1e-5 J=1e-5
+end materials
+constraints
+  1  111111  0 0 0 0 0 0
+  3  111111  0 0 0 0 0 0
+  4  002000  0 0 400 0 0 0
+end constraints
+global_pressure_loads
+  1  0 0 -5
+  2  0 0 -3
+end global_pressure_loads
+`;
+
+/** One drawing of a deck. */
+async function drawing(deck, name) {
+  const prefix = join(folder, `drawn-${Math.random().toString(36).slice(2)}`);
+  await view('--svg', prefix, deck);
+  return readFileSync(`${prefix}_${name}.svg`, 'utf8');
+}
+
+const countOf = (/** @type {string} */ svg, /** @type {string} */ style) =>
+  svg.split(`<path class="${style}"`).length - 1;
+
+/** Words with their place and about their width. */
+const wordsOf = (/** @type {string} */ svg) =>
+  [...svg.matchAll(/<text class="m ([^"]*)" x="([\d.]+)" y="([\d.]+)">([^<]*)</g)].map(
+    ([, style, x, y, text]) => ({style, x: Number(x), y: Number(y), text, half: 3.5 * text.length + 2}));
+
+test('a drawing changes its colour where the value is 0, also right at a station', async () => {
+  // V of the last beam is 0 in its middle, which is a station.
+  const svg = await drawing(verification('B06-gerber-beam.dat'), 'V');
+  assert.deepEqual([countOf(svg, 'plus'), countOf(svg, 'minus')], [3, 2]);
+});
+
+test('words of a drawing stand clear of the supports', async () => {
+  const svg = await drawing(verification('B12-three-spans-with-settlements.dat'), 'V');
+  const supports = [...svg.matchAll(/class="support" d="M([\d.]+) ([\d.]+)L/g)].map(
+    ([, x, y]) => [Number(x), Number(y)]);
+  assert.equal(supports.length, 4);
+  const words = wordsOf(svg).filter(({style}) => /plus|minus/.test(style));
+  assert.ok(words.some(({text}) => text === '−1.181'), 'the small value too');
+  for (const {x, y, half, text} of words)
+    for (const [sx, sy] of supports)
+      assert.ok(Math.abs(x - sx) > half + 8 || y + 7 < sy || y - 7 > sy + 18, text);
+});
+
+test('a drawing without values says so; rounding is none', async () => {
+  for (const [deck, name] of [['B06-gerber-beam.dat', 'N'], ['B08-truss.dat', 'M']]) {
+    const svg = await drawing(verification(deck), name);
+    assert.match(svg, /class="title"[^>]*>[^<]*: 0 everywhere</);
+    assert.deepEqual([countOf(svg, 'plus'), countOf(svg, 'minus')], [0, 0]);
+  }
+});
+
+test('a drawing of the model names settlements, springs and loads, each in its unit', async () => {
+  const settled = wordsOf(await drawing(verification('B12-three-spans-with-settlements.dat'), 'model'));
+  assert.deepEqual(settled.filter(({style}) => style === 'supporttext').map(({text}) => text),
+                   ['uy −0.625', 'uy −1.5', 'uy −0.75']);
+  const loads = wordsOf(await drawing(verification('B10-cross.dat'), 'model'));
+  assert.ok(loads.some(({style, text}) => style === 'loadtext' && text === '100000'));
+  // A shell comes first, then a beam; each load has the unit of what it is spread over.
+  const mixed = wordsOf(await drawing(deckOf(MIXED, 'mixed.dat'), 'model'));
+  assert.deepEqual(mixed.filter(({style}) => style === 'loadtext').map(({text}) => text).sort(),
+                   ['3 kN/m', '5 kN/m²']);
+  assert.ok(mixed.some(({style, text}) => style === 'supporttext' && text === 'k uz 400'));
+});
+
+test('supports of a deformed drawing move with what they hold', async () => {
+  const svg = await drawing(verification('B12-three-spans-with-settlements.dat'), 'deformed');
+  const tops = [...svg.matchAll(/class="support" d="M[\d.]+ ([\d.]+)L/g)].map(([, y]) => Number(y));
+  const sunk = tops.map((y) => y - tops[0]);
+  assert.ok(sunk[2] > 10, tops.join(' '));
+  for (const [k, part] of [0, 0.625, 1.5, 0.75].entries())
+    assert.ok(Math.abs(sunk[k] - (part / 1.5) * sunk[2]) < 0.3, tops.join(' '));
+});
+
+test('a deformed drawing holds the moved model clear of its heading, and its outline at rest', async () => {
+  const ring = await drawing(verification('B20-ring-across.dat'), 'deformed');
+  const ys = [...ring.matchAll(/class="moved" d="([^"]*)"/g)].flatMap(([, path]) =>
+    [...path.matchAll(/[\d.]+ ([\d.]+)/g)].map(([, y]) => Number(y)));
+  assert.ok(Math.min(...ys) > 40, `the highest point is at ${Math.min(...ys)}`);
+  // A bar of 12 x 2 x 1 cells: 12 along each of its four edges, 2 (2 + 1) around each end.
+  const bar = await drawing(verification('T06-cantilever-ten-12-z.dat'), 'deformed');
+  assert.equal(countOf(bar, 'ghost'), 4 * 12 + 2 * 6);
+});
+
+test('a drawing of a support at the top of a column hangs', async () => {
+  const svg = await drawing(verification('B10-cross.dat'), 'model');
+  const [, , top, , foot] = /class="support" d="M([\d.]+) ([\d.]+)L([\d.]+) ([\d.]+)/.exec(svg).map(Number);
+  assert.ok(foot < top, 'the foot of the only pin lies above it');
 });
 
 test('a drawing that cannot be written: exit 2', async () => {

@@ -17,6 +17,8 @@ export const folder = mkdtempSync(join(tmpdir(), 'kestol-view-'));
 process.on('exit', () => rmSync(folder, {recursive: true, force: true}));
 
 export const example = (/** @type {string} */ name) => join(KESTOL_SOURCE, 'examples', name);
+export const verification = (/** @type {string} */ name) =>
+  join(KESTOL_SOURCE, 'verification/decks', name);
 
 /** Runs kestol-view; gives its status and what it wrote. */
 export async function view(...args) {

@@ -1,7 +1,7 @@
 // What the page says is what kestol-export writes, bit for bit.
 
 import assert from 'node:assert/strict';
-import {copyFileSync, readdirSync} from 'node:fs';
+import {copyFileSync, readdirSync, readFileSync} from 'node:fs';
 import {basename, join} from 'node:path';
 import {after, before, test} from 'node:test';
 
@@ -114,6 +114,12 @@ test('scripts choose, scale and ask', async () => {
   assert.equal(await page.evaluate(() => window.kestol.screen('node', 99)), null);
   assert.equal(await page.evaluate(() => window.kestol.setResult('no such case')), false);
   assert.deepEqual(await page.evaluate(() =>
+    [window.kestol.select('beam', 2), window.kestol.screen('beam', 2)]), [false, null]);
+  const moved = await at();
+  for (const scale of [NaN, Infinity, undefined])
+    await assert.rejects(page.evaluate((s) => window.kestol.setScale(s), scale), /finite number/);
+  assert.deepEqual(await at(), moved);
+  assert.deepEqual(await page.evaluate(() =>
     window.kestol.findings.map((f) => [f.code, f.severity])), [['magnitude', 'warning']]);
   await page.close();
 });
@@ -126,6 +132,20 @@ function near(actual, expected, scale, path = '') {
     for (const key of Object.keys(expected)) near(actual[key], expected[key], scale, `${path}.${key}`);
   else assert.equal(actual, expected, path);
 }
+
+test('without a solution scripts get the model, not a mode or zeros', async () => {
+  const hinge = /^ {2}3$/m, loose = readFileSync(example('03-gerber-beam.dat'), 'latin1');
+  const shells = readFileSync(example('12-plate-under-pressure.dat'), 'latin1');
+  for (const [name, text] of [['gerber.dat', loose.replace(hinge, '  2\n  3')],
+                              ['free.dat', shells.replaceAll(/^( +\d+ +)[01]{6}( .*)$/gm, '$1000000$2')]]) {
+    const deck = deckOf(text, name), page = await open(browser, await pageOf(deck, {status: 1}));
+    const model = await exported(deck, '--mesh-only');
+    const {schema, units, nodes, beams, shells, solids} = model;
+    assert.deepEqual(await page.evaluate(() => window.kestol.result),
+                     {schema, deck: name, units, nodes, beams, shells, solids});
+    await page.close();
+  }
+});
 
 test('--cases: cases, combinations and envelopes are those of kestol-combine', async () => {
   const deck = example('combinations/frame.dat'), file = example('combinations/frame.toml');

@@ -30,7 +30,7 @@ export function publish(state, stage, to, hands) {
       if (i < 0) return null;
       to.project(...movedNode(model, result, i, drawnFactor(state)), p);
     } else {
-      const found = model.elementAt(n);
+      const found = kind === 'element' ? model.elementAt(n) : null;
       if (!found) return null;
       to.project(...centroidAsDrawn(state, found), p);
     }
@@ -45,6 +45,7 @@ export function publish(state, stage, to, hands) {
     value: () => (state.hit ? valuesOf(state.model, state.result, state.hit) : null),
     setResult: (/** @type {string} */ name) => chooseResult(state, name),
     setScale(/** @type {number} */ s) {
+      if (!Number.isFinite(s)) throw new TypeError('a scale is a finite number');
       state.factor = s;
       changed(state, 'scale');
     },

@@ -121,6 +121,36 @@ export function diagramDirection(axes, component) {
   return component >= 4 ? times(axis, -1) : axis;
 }
 
+/** Values below this share of the largest force of a result are rounding. */
+const ROUNDING = 1e-9;
+
+/** @type {WeakMap<Result, Map<string, number>>} */ const largestValues = new WeakMap();
+
+/** The largest value of a component in all beams. @param {Model} model @param {Result} result
+ *  @param {Quantity} quantity */
+function largestOf(model, result, quantity) {
+  const known = largestValues.get(result) ?? new Map();
+  largestValues.set(result, known);
+  if (!known.has(quantity.id)) {
+    let largest = 0;
+    for (const values of stationValues(model, result, quantity).values())
+      for (const v of values) largest = Math.max(largest, Math.abs(v) || 0);
+    known.set(quantity.id, largest);
+  }
+  return known.get(quantity.id) ?? 0;
+}
+
+/** Whether a diagram would show nothing, or rounding blown up. Moments are judged by forces as far
+ *  apart as the model is large.
+ *  @param {Model} model @param {Result} result @param {Quantity} quantity
+ *  @param {Quantity[]} quantities all that can be shown */
+export function isNothing(model, result, quantity, quantities) {
+  const asForce = (/** @type {Quantity} */ q) =>
+    largestOf(model, result, q) / (q.component >= 3 ? model.size : 1);
+  const largest = quantities.reduce((v, q) => (q.place === 'beam' ? Math.max(v, asForce(q)) : v), 0);
+  return asForce(quantity) <= ROUNDING * largest;
+}
+
 /**
  * @typedef {{base: Float32Array, tip: Float32Array, value: Float32Array, outline: Float32Array,
  *            largest: number, peaks: Peak[]}} Diagram

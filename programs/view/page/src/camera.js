@@ -58,7 +58,7 @@ export function fit(model, stage) {
     box[2] = Math.max(box[2], corner.x);
     box[3] = Math.max(box[3], corner.y);
   }
-  const aspect = stage.width / stage.height, key = stage.width > 700 ? KEY_WIDTH : 0;
+  const aspect = stage.width / stage.height, key = stage.width > 480 ? KEY_WIDTH : 0;
   // Diagrams stand beside their beams.
   const pad = model.meshes.some(({kind}) => kind === 'beam') ? 0.12 * model.size : 0;
   const wide = Math.max(stage.width * 0.4, stage.width - key - 2 * MARGIN);

@@ -187,17 +187,21 @@ function setUpSection(state) {
   };
 }
 
+/** @param {boolean} shown */
+export function showPanel(shown) {
+  byId('controls').hidden = !shown;
+  byId('panel-toggle').setAttribute('aria-expanded', String(shown));
+  document.querySelector('main')?.classList.toggle('wide', !shown);
+}
+
 /** The whole panel; gives what brings it up to date. @param {State} state
  *  @param {() => {low: number, high: number}} limits */
 export function setUpControls(state, limits) {
   const parts = [setUpPresets(state), setUpQuantity(state), setUpResults(state), setUpScale(state),
                  setUpShows(state), setUpColours(state, limits), setUpSection(state)];
-  const toggle = byId('panel-toggle'), panel = byId('controls');
-  toggle.addEventListener('click', () => {
-    panel.hidden = !panel.hidden;
-    toggle.setAttribute('aria-expanded', String(!panel.hidden));
-    panel.parentElement.style.gridTemplateColumns = panel.hidden ? '0 minmax(0, 1fr)' : '';
-  });
+  byId('panel-toggle').addEventListener('click', () => showPanel(byId('controls').hidden));
+  // In a narrow window the panel lies on the picture.
+  if (window.matchMedia('(max-width: 760px)').matches) showPanel(false);
   return () => {
     for (const part of parts) part();
     byId('caption').textContent = captionOf(state);

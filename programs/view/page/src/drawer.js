@@ -4,6 +4,7 @@ import {byId, make, table} from './dom.js';
 import {format, unitsOf} from './numbers.js';
 import {tablesOf, tableSheet} from './tables.js';
 import {chooseMode} from './state.js';
+import {hitOf} from './selection.js';
 
 /** @import {Finding, Vec3} from './types.js' */
 /** @import {State} from './state.js' */
@@ -15,7 +16,7 @@ function findingSheet(state, select) {
   const {findings, mechanisms, modes} = state.model.head;
   const ordered = [...findings].sort((a, b) =>
     Number(a.severity !== 'error') - Number(b.severity !== 'error'));
-  const items = ordered.map((finding) => findingItem(finding, select));
+  const items = ordered.map((finding) => findingItem(state, finding, select));
   const parts = [];
   if (mechanisms.length > 0) parts.push(mechanismPart(state, modes));
   if (items.length > 0) parts.push(make('ul', {class: 'findings'}, ...items));
@@ -24,10 +25,12 @@ function findingSheet(state, select) {
   return parts;
 }
 
-/** @param {Finding} finding @param {Select} select */
-function findingItem({code, severity, line, column, text, nodes, elements, file}, select) {
+/** @param {State} state @param {Finding} finding @param {Select} select */
+function findingItem(state, {code, severity, line, column, text, nodes, elements, file}, select) {
+  // What is missing cannot be shown.
   const places = [...nodes.map((n) => /** @type {const} */ (['node', n])),
-                  ...elements.map((n) => /** @type {const} */ (['element', n]))];
+                  ...elements.map((n) => /** @type {const} */ (['element', n]))]
+    .filter(([kind, number]) => hitOf(state, kind, number));
   const where = line > 0 ? `${file}:${line}:${column}` : file;
   const buttons = places.slice(0, 12).flatMap(([kind, number]) => {
     const button = make('button', {type: 'button'}, `${kind} ${number}`);
@@ -61,6 +64,10 @@ function balanceSheet(state) {
     'moments about the origin. Relative error ' + format(e.relativeError, 2) + '.')];
 }
 
+/** Sums below this share of the largest one are what rounding leaves of 0; the relative error tells
+ *  of them. */
+const ROUNDING = 1e-10;
+
 /** @param {State} state */
 export function balanceTable(state) {
   const {force, moment} = unitsOf(state.model.head), e = state.result.equilibrium;
@@ -68,8 +75,13 @@ export function balanceTable(state) {
   const name = (/** @type {string} */ n, /** @type {string} */ u) => (u ? `${n} [${u}]` : n);
   const header = ['', ...d.map((k) => name('F' + 'xyz'[k], force)),
                   ...m.map((k) => name('M' + 'xyz'[k], moment))];
+  const cell = (/** @type {Vec3} */ of, /** @type {number} */ k, /** @type {number} */ largest) =>
+    format(Math.abs(of[k]) > ROUNDING * largest ? of[k] : 0, 6);
+  const largest = (/** @type {'force' | 'moment'} */ what) =>
+    Math.max(0, ...(e ? [...e.loads[what], ...e.reactions[what]].map(Math.abs) : []));
   const row = (/** @type {string} */ title, /** @type {{force: Vec3, moment: Vec3}} */ w) =>
-    [title, ...d.map((k) => format(w.force[k], 6)), ...m.map((k) => format(w.moment[k], 6))];
+    [title, ...d.map((k) => cell(w.force, k, largest('force'))),
+     ...m.map((k) => cell(w.moment, k, largest('moment')))];
   const rows = e ? [row('loads', e.loads), row('reactions', e.reactions)] : [];
   if (e?.drilling?.some((m) => m !== 0))
     rows.push(row('drilling', {force: [0, 0, 0], moment: e.drilling}));

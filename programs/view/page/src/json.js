@@ -3,6 +3,7 @@
 import {axesOf, elementNumber, materialOf, nodesOf} from './model.js';
 import {faceStress} from './quantities.js';
 import {extremesOver} from './results.js';
+import {isSolved} from './state.js';
 import {at3, minus, plus, times} from './vectors.js';
 import {mises} from './tensors.js';
 
@@ -25,11 +26,11 @@ function beamJson(model, result, mesh, i) {
   const d = minus(b, a), length = Math.sqrt(d[0] * d[0] + d[1] * d[1] + d[2] * d[2]);
   return {
     ...heading(model, mesh, i), length, axes: axesOf(model, mesh, i),
-    stations: stations.map((xi, s) => {
+    ...values && {stations: stations.map((xi, s) => {
       const k = i * stations.length + s;
-      const [N, Vy, Vz, T, My, Mz] = values ? part(values, 6 * k, 6) : [];
+      const [N, Vy, Vz, T, My, Mz] = part(values, 6 * k, 6);
       return {x: xi * length, N, Vy, Vz, T, My, Mz, u: stationU && part(stationU, 3 * k, 3)};
-    }),
+    })},
   };
 }
 
@@ -55,12 +56,12 @@ function shellJson(model, result, mesh, i) {
     toGlobal(faceStress(/** @type {Reals} */ (r.meshes[mesh.index].values), at, t, side), axes));
   return {
     ...heading(model, mesh, i), axes,
-    points: Array.from({length: values ? mesh.points : 0}, (_, p) => {
-      const at = 8 * (i * mesh.points + p), v = /** @type {Reals} */ (values);
+    ...values && {points: Array.from({length: mesh.points}, (_, p) => {
+      const at = 8 * (i * mesh.points + p);
       return {x: shellPoint(model, mesh, i, p),
-              n: part(v, at, 3), m: part(v, at + 3, 3), q: part(v, at + 6, 2),
+              n: part(values, at, 3), m: part(values, at + 3, 3), q: part(values, at + 6, 2),
               top: face(at, 1), bottom: face(at, -1)};
-    }),
+    })},
   };
 }
 
@@ -87,29 +88,38 @@ function solidJson(model, result, mesh, i) {
   const {values} = result.meshes[mesh.index];
   return {
     ...heading(model, mesh, i),
-    points: Array.from({length: values ? mesh.points : 0}, (_, p) =>
-      ({x: solidPoint(model, mesh, i, p),
-        stress: part(/** @type {Reals} */ (values), 6 * (i * mesh.points + p), 6)})),
+    ...values && {points: Array.from({length: mesh.points}, (_, p) =>
+      ({x: solidPoint(model, mesh, i, p), stress: part(values, 6 * (i * mesh.points + p), 6)}))},
   };
 }
 
-/** @param {State} state */
-export function resultJson({model, result}) {
-  const {head} = model;
+/** The answer; of a model without a solution, whose modes are no displacements, the model alone.
+ *  @param {State} state */
+export function resultJson(state) {
+  const {model} = state, {head} = model, solved = isSolved(model);
+  const result = solved ? state.result : state.results[0];
   /** @type {<T>(kind: string, one: (m: Model, r: Result, mesh: Mesh, i: number) => T) => T[]} */
   const all = (kind, one) =>
     model.meshes.filter((m) => m.kind === kind).flatMap((mesh) =>
       Array.from({length: mesh.count}, (_, i) => one(model, result, mesh, i)));
-  const stress = result.nodalStress;
   return {
     schema: 'kestol-result/1', deck: head.deck, units: head.units,
     nodes: Array.from({length: head.deckNodes}, (_, i) => ({
-      number: model.nodeNumber(i), x: at3(model.x, i), u: at3(result.u, i),
-      rotation: result.rotation ? at3(result.rotation, i) : [0, 0, 0]})),
+      number: model.nodeNumber(i), x: at3(model.x, i),
+      ...solved && {u: at3(result.u, i),
+                    rotation: result.rotation ? at3(result.rotation, i) : [0, 0, 0]}})),
     beams: all('beam', beamJson),
     shells: all('shell', shellJson),
     solids: all('solid', solidJson),
-    nodalStresses: stress ? Array.from({length: head.deckNodes}, (_, i) => ({
+    ...solved && answerOf(state.model, result),
+  };
+}
+
+/** What belongs to no element. @param {Model} model @param {Result} result */
+function answerOf(model, result) {
+  const stress = result.nodalStress;
+  return {
+    nodalStresses: stress ? Array.from({length: model.head.deckNodes}, (_, i) => ({
       number: model.nodeNumber(i), stress: part(stress, 6 * i, 6),
       vonMises: extremesOver(result, (r) => [mises(/** @type {Reals} */ (r.nodalStress), 6 * i)])[0]}))
       : [],

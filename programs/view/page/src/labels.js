@@ -29,19 +29,21 @@ export function labelSheet(ctx, width, height, theme) {
   return {
     take,
     /**
-     * Writes text near (x, y): in the direction (dx, dy) first, else around the place; gives
-     * whether there was room.
+     * Writes text near (x, y): in the direction (dx, dy) first, else around the place; what is bold
+     * or `far` rather farther off than not at all; gives whether there was room.
      * @param {string} text @param {number} x @param {number} y
      * @param {{dx?: number, dy?: number, colour?: string, bold?: boolean, size?: number,
-     *          gap?: number}} options
+     *          gap?: number, far?: boolean}} options
      */
-    write(text, x, y, {dx = 1, dy = -1, colour = theme.ink, bold = false, size = 12, gap = 6} = {}) {
+    write(text, x, y, {dx = 1, dy = -1, colour = theme.ink, bold = false, size = 12, gap = 6,
+                       far = bold} = {}) {
       ctx.font = `${bold ? 600 : 400} ${size}px system-ui, "DejaVu Sans", sans-serif`;
       const w = ctx.measureText(text).width + 4, h = size + 3;
       const places = [[dx, dy], [-dx, dy], [dx, -dy], [-dx, -dy], [0, -1], [0, 1], [1, 0], [-1, 0]];
-      for (const [px, py] of places) {
-        const far = Math.hypot(px, py) || 1, ux = px / far, uy = py / far;
-        const box = {x: x + ux * gap - (w / 2) * (1 - ux), y: y + uy * gap - (h / 2) * (1 - uy),
+      const gaps = far ? [gap, gap + 14, gap + 28] : [gap];
+      for (const out of gaps) for (const [px, py] of places) {
+        const length = Math.hypot(px, py) || 1, ux = px / length, uy = py / length;
+        const box = {x: x + ux * out - (w / 2) * (1 - ux), y: y + uy * out - (h / 2) * (1 - uy),
                      width: w, height: h};
         if (!free(box)) continue;
         take(box);

@@ -1,5 +1,6 @@
 // The key of the colours, and the line that says what is drawn.
 
+import {isNothing} from './beams.js';
 import {byId, make} from './dom.js';
 import {colourOf, css} from './colours.js';
 import {format} from './numbers.js';
@@ -46,7 +47,8 @@ export function captionOf(state) {
     parts.push(result.name + (result.formula ? `: ${result.formula}` : ''));
   if (quantity?.place === 'beam') {
     parts.push(`${quantity.label}${quantity.unit && ` [${quantity.unit}]`}`);
-    if (quantity.component >= 4) parts.push('drawn on the tension side');
+    if (isNothing(state.model, result, quantity, state.quantities)) parts.push('0 everywhere');
+    else if (quantity.component >= 4) parts.push('drawn on the tension side');
   }
   if (factor > 0 && largestMotion(result) > 0) parts.push(`deformed × ${format(factor)}`);
   if (!state.model.head.exact)

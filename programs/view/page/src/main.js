@@ -11,7 +11,7 @@ import {openOverlay} from './overlay.js';
 import {outwardNormals} from './facing.js';
 import {paperTheme, setUpTheme, theme} from './theme.js';
 import {drawLegend} from './legend.js';
-import {setUpControls} from './controls.js';
+import {setUpControls, showPanel} from './controls.js';
 import {setUpDrawer} from './drawer.js';
 import {setUpPointer} from './pointer.js';
 import {showValues, selectionPlaces} from './details.js';
@@ -140,8 +140,8 @@ function start() {
     animate(state);
   } else {
     byId('drawing').hidden = byId('overlay').hidden = true;
-    byId('controls').hidden = byId('panel-toggle').hidden = byId('help').hidden = true;
-    document.querySelector('main')?.style.setProperty('grid-template-columns', '0 1fr');
+    byId('panel-toggle').hidden = byId('help').hidden = true;
+    showPanel(false);
   }
   setUpTheme(() => changed(state, 'theme'));
   describe(state);

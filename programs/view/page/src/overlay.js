@@ -1,5 +1,6 @@
 // The sheet over the picture: symbols, loads and words, drawn anew after each picture.
 
+import {byId} from './dom.js';
 import {at3, indicesOf, unit} from './vectors.js';
 import {format, unitsOf} from './numbers.js';
 import {elementNumber, axesOf, centroid} from './model.js';
@@ -77,6 +78,8 @@ export function openOverlay(stage, canvas, to, normals) {
       },
       inside: (q) => q[0] > -40 && q[1] > -40 && q[0] < width + 40 && q[1] < height + 40,
     };
+    const {offsetLeft, offsetTop, offsetWidth, offsetHeight} = byId('legend');
+    overlay.labels.take({x: offsetLeft, y: offsetTop, width: offsetWidth, height: offsetHeight});
     drawAll(overlay, input);
   };
 }
@@ -96,6 +99,9 @@ function drawAll(o, input) {
   drawTriad(o);
 }
 
+/** So many of the largest values are written, if need be farther off. */
+const ALWAYS = 24;
+
 /** @param {Overlay} o @param {{list: Peak[], scale: number, unit: string}} peaks */
 function drawPeaks(o, {list, scale, unit: name}) {
   const centre = o.model.centre, written = new Set();
@@ -111,7 +117,7 @@ function drawPeaks(o, {list, scale, unit: name}) {
     const key = `${o.format(Math.abs(peak.value))} ${a.map((v) => Math.round(v / 24))}`;
     if (written.has(key)) return;
     written.add(key);
-    const placed = o.labels.write(text, b[0], b[1], {dx: dx || 0, dy: dy || -1, bold: first, gap: 5,
+    const placed = o.labels.write(text, b[0], b[1], {dx: dx || 0, dy: dy || -1, bold: first, gap: 5, far: k < ALWAYS,
                                   colour: peak.value < 0 ? o.theme.negative : o.theme.positive});
     if (placed) {
       o.ctx.fillStyle = peak.value < 0 ? o.theme.negative : o.theme.positive;

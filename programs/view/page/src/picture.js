@@ -3,7 +3,7 @@
 import {
   lineDrawing, remove, ribbonDrawing, setDisplacements, setPlaces, shared, surfaceDrawing,
 } from './scene.js';
-import {beamMeshes, beamSegments, diagramOf, stationValues} from './beams.js';
+import {beamMeshes, beamSegments, diagramOf, isNothing, stationValues} from './beams.js';
 import {bandCount, niceScale, paletteTexture} from './colours.js';
 import {cornerValues, extremesOf, surfacesOf} from './surface.js';
 import {directionSegments} from './directions.js';
@@ -88,7 +88,7 @@ function drawDiagram(state, stage, p) {
   remove(stage, p.strip);
   remove(stage, p.stripLines);
   p.strip = p.stripLines = p.diagram = null;
-  if (quantity?.place !== 'beam') return;
+  if (quantity?.place !== 'beam' || isNothing(model, result, quantity, state.quantities)) return;
   const diagram = diagramOf(model, stationValues(model, result, quantity), quantity.component);
   p.diagram = diagram;
   const own = {scale: {value: 0}, palette: {value: signPalette()}, low: {value: -1e-30},

@@ -33,14 +33,16 @@ export function fillSheet(state, picture, shoot) {
   const parts = [make('h1', {}, head.title || head.deck),
                  make('p', {class: 'sub'}, [head.deck, captionOf(state)].filter(Boolean)
                    .join(' · '))];
-  for (const finding of errors.slice(0, 20))
-    parts.push(make('p', {class: 'error'}, `${finding.file}:${finding.line}: ${finding.text}`));
+  for (const {file, line, text} of errors.slice(0, 20))
+    parts.push(make('p', {class: 'error'}, `${line > 0 ? `${file}:${line}` : file}: ${text}`));
   if (picture) {
     const image = make('img', {src: shoot(), alt: 'Picture of the model'});
     parts.push(make('figure', {}, image, keyPart(state, picture)));
   }
   if (state.result.equilibrium) parts.push(make('h2', {}, 'Balance'), balanceTable(state));
-  for (const t of tablesOf(state.model, state.result).slice(0, 2)) {
+  const supports = tablesOf(state.model, state.result)
+    .filter(({id}) => id === 'reactions' || id === 'supports');
+  for (const t of supports) {
     const rows = Array.from({length: Math.min(t.count, MOST_ROWS)}, (_, i) =>
       t.row(i).map((v) => (typeof v === 'number' ? format(v, 6) : v)));
     parts.push(make('h2', {}, t.name), table(t.header, rows, t.name));

@@ -13,7 +13,7 @@ export function hitOf(state, kind, number) {
     const index = state.model.nodeIndex(number);
     return index < 0 ? null : {kind, index, depth: 0};
   }
-  const found = state.model.elementAt(number);
+  const found = kind === 'element' ? state.model.elementAt(number) : null;
   return found && {kind: 'element', ...found, point: 0, depth: 0};
 }
 

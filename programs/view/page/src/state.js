@@ -29,9 +29,12 @@ function noResult(model) {
   };
 }
 
+/** @param {Model} model */
+export const isSolved = (model) => Boolean(model.head.blocks['r0.u']);
+
 /** @param {Model} model @returns {State} */
 export function firstState(model) {
-  const results = readResults(model), solved = results.length > 0 && model.head.blocks['r0.u'];
+  const results = readResults(model), solved = results.length > 0 && isSolved(model);
   const result = solved ? results[0] : {...noResult(model), loads: results[0]?.loads ??
                                         noResult(model).loads};
   const quantities = solved ? quantitiesOf(model) : [];

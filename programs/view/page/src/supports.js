@@ -65,16 +65,21 @@ function wall(o, at, dir) {
   o.ctx.restore();
 }
 
+/** A support at the top of a column hangs, on the side where no beam is.
+ *  @param {Vec3 | undefined} beam @param {Vec3} up */
+const isBelow = (beam, up) => beam !== undefined && beam[0] * up[0] + beam[1] * up[1] < -0.7;
+
 /** @param {Overlay} o @param {Point} at @param {SupportGroup} group @param {number} node */
 function planeSupport(o, at, group, node) {
   const [ux, uy, turn] = [...group.codes].map((c) => c === '1');
   const axes = axesOfSupport(group);
   const x = onPage(o, axes[0]).dir, y = onPage(o, axes[1]).dir;
   const beam = o.directions.get(node);
+  const up = isBelow(beam, axes[1]) ? /** @type {Point} */ ([-y[0], -y[1]]) : y;
   const out = beam && Math.hypot(...beam) > 0.3 ? onPage(o, beam).dir : y;
   if (ux && uy && turn) wall(o, at, out);
-  else if (ux && uy) triangle(o, at, y, false);
-  else if (uy) triangle(o, at, y, true);
+  else if (ux && uy) triangle(o, at, up, false);
+  else if (uy) triangle(o, at, up, true);
   else if (ux) triangle(o, at, beam && beam[0] < 0 ? [-x[0], -x[1]] : x, true);
   if (turn && !(ux && uy)) {
     o.ctx.strokeRect(at[0] - 4, at[1] - 4, 8, 8);

@@ -55,7 +55,7 @@ function supportTable(model) {
   return {
     id: 'supports', name: 'Supports', count: all.length,
     header: ['node', 'codes', ...used, 'own axes'],
-    row: (i) => [model.nodeNumber(all[i].node), all[i].g.codes,
+    row: (i) => [model.nodeNumber(all[i].node) || 'mid-side', all[i].g.codes,
                  ...used.map((_, d) => all[i].g.values[d] ?? 0), all[i].g.axes ? 'turned' : ''],
     select: (i) => ({kind: 'node', number: model.nodeNumber(all[i].node)}),
   };
