@@ -1,23 +1,27 @@
 #!/usr/bin/env python3
-"""Writes the verification manual, or holds a program against it.
+"""Writes the verification manual, or holds programs against it.
 
-    manual.py PROGRAM                    writes docs/verification.md, its pictures and the decks
-    manual.py --check [--quick] PROGRAM  compares with what is there; --quick leaves the slow ones out
+    manual.py --export E --judge C --view V KESTOL
+                writes docs/verification.md, its pictures and the decks
+    manual.py --check [--quick] [--export E --judge C] [--view V] KESTOL
+                compares with what is there; --quick leaves the slow problems out
 
-Exit status 1 when a problem fails, or, with --check, when a file differs.
+E, C and V are kestol-export, kestol-check and kestol-view: the first two run every problem again, the
+third draws some. Exit status 1 when a problem fails, or, with --check, when a file differs.
 """
 import argparse
 import os
 import pathlib
 import sys
 
+import companions
 import compare
 import limits
 import problems_beams  # noqa: F401  (registers its problems)
 import problems_frames  # noqa: F401
 import problems_shells  # noqa: F401
 import problems_solids  # noqa: F401
-from page import PROBLEMS, table
+from page import PROBLEMS, Page, table
 from words import HEAD, TAIL
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
@@ -25,29 +29,50 @@ MANUAL = ROOT / "docs" / "verification.md"
 PICTURES = ROOT / "docs" / "verification"
 DECKS = ROOT / "verification" / "decks"
 FAMILIES = ("Beams", "Shells", "Solids")
+COLUMNS = ("problem", "", "checks", "largest deviation", "solvers", "kestol-export", "balance", "")
 
 
-def manual_text(pages, program):
-    rows = [page.summary() for page in pages]
-    parts = [HEAD, table(("problem", "", "checks", "largest deviation", "solvers", ""), rows) + "\n"]
-    for family in FAMILIES:
-        of_family = [page for page in pages if page.problem.family == family]
-        parts += [f"## {family}\n", *(page.text() for page in of_family)]
-    return "\n".join([*parts, limits.text(program), TAIL])
+class Manual:
+    """All pages, those of the same problems by the companions, and what they leave."""
+
+    def __init__(self, problems, programs):
+        self.programs = programs
+        self.pages = [p.on(Page(p, programs.kestol)) for p in problems]
+        self.twins = []
+        if programs.export:
+            self.twins = [p.on(companions.CompanionPage(p, programs.export, programs.judge))
+                          for p in problems]
+
+    def failures(self):
+        for pages, by in ((self.pages, ""), (self.twins, ", companions")):
+            for page in pages:
+                yield from (f"{page.problem.code}{by}: {failure}" for failure in page.failures)
+
+    def passed(self):
+        failed = {page.problem.code for page in (*self.pages, *self.twins) if page.failures}
+        return len(self.pages) - len(failed)
+
+    def text(self):
+        rows = [page.summary(twin) for page, twin in zip(self.pages, self.twins)]
+        parts = [HEAD, table(COLUMNS, rows) + "\n"]
+        for family in FAMILIES:
+            of_family = [page for page in self.pages if page.problem.family == family]
+            parts += [f"## {family}\n", *(page.text() for page in of_family)]
+        return "\n".join([*parts, limits.text(self.programs.kestol), TAIL])
+
+    def files(self):
+        """Path -> text of the decks and pictures; None where nobody is there to draw."""
+        files = {}
+        for page in self.pages:
+            files.update({DECKS / name: text for name, text in page.decks.items()})
+            files.update({PICTURES / name: text for name, text in page.pictures.items()})
+            files.update({PICTURES / name: self.programs.view and companions.drawing(self.programs.view, *asked)
+                          for name, asked in page.drawings.items()})
+        return files
 
 
-def files_of(pages):
-    """Path -> text of everything that the pages leave, but the manual itself."""
-    files = {}
-    for page in pages:
-        files.update({DECKS / name: text for name, text in page.decks.items()})
-        files.update({PICTURES / name: text for name, text in page.pictures.items()})
-    return files
-
-
-def write(pages, program):
-    files = files_of(pages)
-    files[MANUAL] = manual_text(pages, program)
+def write(manual):
+    files = {MANUAL: manual.text(), **manual.files()}
     for folder in (DECKS, PICTURES):
         folder.mkdir(parents=True, exist_ok=True)
         for old in folder.iterdir():
@@ -57,21 +82,32 @@ def write(pages, program):
         path.write_text(text)
 
 
-def check(pages, program, whole):
+def strangers(files):
+    for folder in (DECKS, PICTURES):
+        for path in folder.iterdir():
+            if path not in files:
+                yield f"{path.relative_to(ROOT)}: belongs to no problem"
+
+
+def differences_of_sections(pages):
+    manual = MANUAL.read_text()
+    for page in pages:
+        yield from compare.differences(f"docs/verification.md, {page.problem.code}",
+                                       compare.section(manual, page.problem.code), page.text())
+
+
+def check(manual, quick):
     """Differences between the pages and the files, one line each."""
-    files = files_of(pages)
-    if whole:
-        files[MANUAL] = manual_text(pages, program)
-        for folder in (DECKS, PICTURES):
-            for path in folder.iterdir():
-                if path not in files:
-                    yield f"{path.relative_to(ROOT)}: belongs to no problem"
+    files = manual.files()
+    if not quick:
+        yield from strangers(files)
+    if quick or not manual.twins:
+        yield from differences_of_sections(manual.pages)
     else:
-        manual = MANUAL.read_text()
-        for page in pages:
-            yield from compare.differences(f"docs/verification.md, {page.problem.code}",
-                                           compare.section(manual, page.problem.code), page.text())
+        files[MANUAL] = manual.text()
     for path, text in files.items():
+        if text is None:
+            continue
         there = path.read_text() if path.exists() else ""
         if path.suffix == ".dat":
             if there != text:
@@ -80,26 +116,35 @@ def check(pages, program, whole):
             yield from compare.differences(path.relative_to(ROOT), there, text)
 
 
-def main():
+def arguments():
     parser = argparse.ArgumentParser(description=__doc__,
                                      formatter_class=argparse.RawDescriptionHelpFormatter)
     parser.add_argument("--check", action="store_true")
     parser.add_argument("--quick", action="store_true")
-    parser.add_argument("program")
-    arguments = parser.parse_args()
-    if arguments.quick and not arguments.check:
+    for program in ("--export", "--judge", "--view", "kestol"):
+        parser.add_argument(program, type=os.path.abspath)
+    given = parser.parse_args()
+    if given.quick and not given.check:
         parser.error("--quick goes with --check")
-    problems = [p for p in sorted(PROBLEMS, key=lambda p: p.code) if not (arguments.quick and p.slow)]
-    program = os.path.abspath(arguments.program)
-    pages = [p.run(program) for p in problems]
-    failures = [f"{page.problem.code}: {f}" for page in pages for f in page.failures]
-    if arguments.check:
-        failures += check(pages, program, whole=not arguments.quick)
+    if bool(given.export) != bool(given.judge):
+        parser.error("--export and --judge go together")
+    if not given.check and not (given.export and given.view):
+        parser.error("the manual is written with --export, --judge and --view")
+    return given
+
+
+def main():
+    given = arguments()
+    problems = [p for p in sorted(PROBLEMS, key=lambda p: p.code) if not (given.quick and p.slow)]
+    manual = Manual(problems, given)
+    failures = list(manual.failures())
+    if given.check:
+        failures += check(manual, given.quick)
     else:
-        write(pages, program)
+        write(manual)
     for failure in failures:
         print(failure)
-    print(f"{len(pages)} problems, {sum(page.passed() for page in pages)} passed")
+    print(f"{len(manual.pages)} problems, {manual.passed()} passed")
     return 1 if failures else 0
 
 

@@ -25,8 +25,7 @@ class Problem:
         self.function = function
         self.family = {"B": "Beams", "S": "Shells", "T": "Solids"}[code[0]]
 
-    def run(self, program):
-        page = Page(self, program)
+    def on(self, page):
         self.function(page)
         return page
 
@@ -38,6 +37,7 @@ class Page:
         self.problem, self.program = problem_, program
         self.decks = {}     # file name -> text
         self.pictures = {}  # file name -> text
+        self.drawings = {}  # file name -> (deck, what kestol-view is to draw of it)
         self.captions = []
         self.rows = []      # (what, target, value, deviation, tolerance, verdict)
         self.worst = 0.0    # largest relative deviation where a tolerance is given as such
@@ -47,8 +47,11 @@ class Page:
     # Runs
 
     def run(self, name, model, iterative_solver=runs.ITERATIVE):
-        """Results of the direct solver; the iterative one must agree with them."""
         self.decks[f"{name}.dat"] = model.text(runs.DIRECT)
+        return self.results(name, model, iterative_solver)
+
+    def results(self, name, model, iterative_solver):
+        """Those of the direct solver; the iterative one must agree with them."""
         direct = runs.run_program(self.program, model, runs.DIRECT)
         iterative = runs.run_program(self.program, model, iterative_solver)
         difference = runs.difference(direct, iterative)
@@ -89,14 +92,17 @@ class Page:
 
     # Pictures
 
-    def picture(self, name, drawing, caption):
-        self.pictures[f"{name}.svg"] = drawing.text()
-        self.captions.append((f"{name}.svg", caption))
+    def drawing(self, deck, what, caption):
+        """The deck `deck` as kestol-view draws it: `what` is model, deformed, N, V or M."""
+        name = f"{self.problem.code}-{what}.svg"
+        self.drawings[name] = self.decks[f"{deck}.dat"], what
+        self.captions.append((name, caption))
 
     def convergence(self, caption, x_label, curves, **options):
         """Curves of ratios over the mesh, as a picture named after the problem."""
-        drawing = pictures.ratios(x_label, curves, **options)
-        self.picture(f"{self.problem.code}-convergence", drawing, caption)
+        name = f"{self.problem.code}-convergence.svg"
+        self.pictures[name] = pictures.ratios(x_label, curves, **options).text()
+        self.captions.append((name, caption))
 
     # The text
 
@@ -116,14 +122,18 @@ class Page:
         parts += [f"**FAILED**: {failure}." for failure in self.failures]
         return "\n\n".join(parts) + "\n"
 
-    def summary(self):
-        p = self.problem
+    def score(self):
         judged = [row for row in self.rows if row[5] != "shown"]
-        good = sum(row[5] == "pass" for row in judged)
+        return f"{sum(row[5] == 'pass' for row in judged)} of {len(judged)}"
+
+    def summary(self, companions):
+        """`companions`: the page of the same problem by the companions."""
+        p = self.problem
         largest = percent(self.worst, sign=False) if self.worst > 0 else "none in 6 digits"
-        return (f"[{p.code}](#{anchor(f'{p.code} {p.title}')})", p.title, f"{good} of {len(judged)}",
-                largest, "agree" if self.solver_difference <= SOLVERS_AGREE else "DIFFER",
-                "pass" if self.passed() else "FAIL")
+        return (f"[{p.code}](#{anchor(f'{p.code} {p.title}')})", p.title, self.score(), largest,
+                "agree" if self.solver_difference <= SOLVERS_AGREE else "DIFFER",
+                companions.score(), companions.balance(),
+                "pass" if self.passed() and companions.passed() else "FAIL")
 
 
 def digits_of(value, count=6):

@@ -1,7 +1,7 @@
-"""Small pictures as SVG: frames and meshes with their displacements, and curves over meshes."""
+"""Small pictures as SVG: curves over meshes."""
 
-WIDTH, HEIGHT, MARGIN = 480.0, 300.0, 40.0
-PLAIN, MOVED = "#9aa4b0", "#c8402a"
+WIDTH, HEIGHT = 480.0, 300.0
+PLAIN = "#9aa4b0"
 CURVES = ("#c8402a", "#2f6db3", "#3d8a4e", "#8a5aa8")
 
 
@@ -31,69 +31,6 @@ class Drawing:
             'fill="none" font-family="sans-serif" font-size="12">',
             f'<rect width="{self.width:.0f}" height="{self.height:.0f}" fill="#fff"/>',
             *self.shapes, "</svg>"]) + "\n"
-
-
-def isometric(p):
-    """A point of space (or of the plane) on paper, y upwards."""
-    if len(p) == 2:
-        return p
-    x, y, z = p
-    return 0.866 * (x - y), 0.5 * (x + y) + z
-
-
-def fit(points):
-    """The function that brings these points of the paper into the picture."""
-    xs, ys = [p[0] for p in points], [p[1] for p in points]
-    wide, high = max(xs) - min(xs), max(ys) - min(ys)
-    room = (WIDTH - 2 * MARGIN, HEIGHT - 2 * MARGIN)
-    scale = min(room[0] / wide if wide else 1e30, room[1] / high if high else 1e30)
-    left, top = (WIDTH - scale * wide) / 2, (HEIGHT - scale * high) / 2
-
-    def onto(p):
-        return left + scale * (p[0] - min(xs)), top + scale * (max(ys) - p[1])
-    return onto
-
-
-def moved_lines(lines, factor):
-    """A drawing of lines [(point, displacement), ...] as they stood and as they went."""
-    before = [[isometric(p) for p, _ in line] for line in lines]
-    after = [[isometric(tuple(a + factor * b for a, b in zip(p, u))) for p, u in line]
-             for line in lines]
-    onto = fit([p for line in before + after for p in line])
-    drawing = Drawing()
-    for line in before:
-        drawing.line([onto(p) for p in line], PLAIN, dashes="4 3")
-    for line in after:
-        drawing.line([onto(p) for p in line], MOVED, 1.6)
-    for line in before:
-        for p in (line[0], line[-1]):
-            drawing.dot(*onto(p), PLAIN, 2.0)
-    return drawing
-
-
-def frame(results, factor):
-    """Beams, bent as the stations of the result file tell."""
-    lines = []
-    for element, (nodes, _) in enumerate(results.model.elements, 1):
-        a, b = (results.model.at(n) for n in nodes)
-        stations = results.points("BDisplacements")[element]
-        last = len(stations) - 1
-        lines.append([(tuple(p + (q - p) * s / last for p, q in zip(a, b)), stations[s])
-                      for s in range(last + 1)])
-    return moved_lines(lines, factor)
-
-
-def mesh(results, factor, wanted):
-    """Edges of triangles whose two corners `wanted` accepts."""
-    model = results.model
-    pairs = set()
-    for nodes, _ in model.elements:
-        corners = nodes[:3]
-        for a, b in zip(corners, corners[1:] + corners[:1]):
-            if wanted(model.at(a), model.at(b)):
-                pairs.add((min(a, b), max(a, b)))
-    lines = [[(model.at(n), results.displacements[n][:3]) for n in pair] for pair in sorted(pairs)]
-    return moved_lines(lines, factor)
 
 
 def ratios(x_label, curves, low=0.9, high=1.02):

@@ -1,7 +1,6 @@
 """Beams and chains of them: exact at their nodes, so most targets are met in all digits."""
 import math
 
-import pictures
 from frames import EI, GLOBAL, PROJECTED, ROARK, STATICS, chain, hold, plane
 from models import Model
 from page import problem
@@ -118,7 +117,7 @@ def gerber_beam(page):
     turn = (q * a ** 2 / 2 + F * a) * l / (3 * EI) - q * l ** 3 / (24 * EI)
     page.check("hinge, y", r.u(3, 2), -(turn * a + q * a ** 4 / (8 * EI) + F * a ** 3 / (3 * EI)))
     page.zero("moment at the hinge", r.end(2, 2, 3), 96000)
-    page.picture("B06-deformed", pictures.frame(r, 8), "Displacements times 8")
+    page.drawing("B06-gerber-beam", "M", "Bending moments")
 
 
 @problem("B12", "Three spans with settlements",
@@ -145,7 +144,7 @@ def three_spans_with_settlements(page):
         page.check(f"force of support {node}", r.held(node, 2), force)
         page.show(f"force of support {node}, as the book prints it", r.held(node, 2),
                   printed[node - 1])
-    page.picture("B12-deformed", pictures.frame(r, 60), "Displacements times 60")
+    page.drawing("B12-three-spans-with-settlements", "deformed", "Displacements")
 
 
 def three_moments(q, L, EI_, sink):

@@ -209,3 +209,4 @@ def cantilever(page):
             row = page.check if quadratic else page.show
             tolerance = (2e-2,) if quadratic else ()
             row(f"{what}, {name} nodes, {nx} cells", mean, target, *tolerance, digits=digits)
+    page.drawing("T06-cantilever-ten-12-z", "deformed", "Displacements under the load across the plane")

@@ -12,14 +12,36 @@ class RunFailed(Exception):
     """The program ended with a message."""
 
 
-class Results:
-    """What the report and the result file say. Nodes, elements and degrees count from 1."""
+class Answers:
+    """Questions to results, wherever they stand. Nodes, elements and degrees count from 1."""
+
+    def __init__(self, model, displacements, reactions, blocks):
+        self.model, self.displacements, self.reactions = model, displacements, reactions
+        self.blocks = blocks
+
+    def u(self, node, d):
+        return self.displacements[node][d - 1]
+
+    def reaction(self, node, d):
+        """As printed: stiffness times displacements."""
+        return self.reactions[node][d - 1]
+
+    def points(self, block):
+        """Values of a block at integration points: element -> list of points."""
+        return self.blocks[block]
+
+    def nodal(self, block):
+        """Values of a block at nodes: node -> values."""
+        return {node: values[0] for node, values in self.blocks[block].items()}
+
+
+class Results(Answers):
+    """What the report and the result file say."""
 
     def __init__(self, model, report, results):
-        self.model = model
-        self.displacements, self.reactions, self.strengths = {}, {}, {}
+        super().__init__(model, {}, {}, dict(read_blocks(results.splitlines())))
+        self.strengths = {}
         self.read_report(report.splitlines())
-        self.blocks = dict(read_blocks(results.splitlines()))
 
     def read_report(self, lines):
         section, element = None, None
@@ -37,13 +59,6 @@ class Results:
                 element = self.strengths.setdefault(int(words[1]), [])
             else:
                 element.append([float(w) for w in words])
-
-    def u(self, node, d):
-        return self.displacements[node][d - 1]
-
-    def reaction(self, node, d):
-        """As printed: stiffness times displacements."""
-        return self.reactions[node][d - 1]
 
     def end(self, element, end, d):
         """Force d on an end of a beam, local axes, its loads taken off."""
@@ -63,14 +78,6 @@ class Results:
                     total[1] += s * px + c * py
                     total[2] += m
         return total[d - 1]
-
-    def points(self, block):
-        """Values of a block at integration points: element -> list of points."""
-        return self.blocks[block]
-
-    def nodal(self, block):
-        """Values of a block at nodes: node -> values."""
-        return {node: values[0] for node, values in self.blocks[block].items()}
 
 
 def read_blocks(lines):
