@@ -15,8 +15,9 @@ import subprocess
 import sys
 import tempfile
 
+import tables
+
 HERE = pathlib.Path(__file__).resolve().parent
-BEGIN, END = "<!-- checks: written by bench/check.py -->", "<!-- end of checks -->"
 TURNS = 3
 
 
@@ -92,10 +93,7 @@ def main():
     if arguments.dry:
         print(table)
         return
-    page = HERE / "README.md"
-    before, rest = page.read_text().split(BEGIN)
-    _, after = rest.split(END)
-    page.write_text(f"{before}{BEGIN}\n\n{table}\n\n{END}{after}")
+    tables.renew("checks", "check.py", f"\n{table}\n")
 
 
 if __name__ == "__main__":

@@ -16,9 +16,9 @@ import sys
 import tempfile
 
 import run as whole_runs
+import tables
 
 HERE = pathlib.Path(__file__).resolve().parent
-BEGIN, END = "<!-- companions: written by bench/companions.py -->", "<!-- end of companions -->"
 # name, generator, arguments by equations
 MODELS = [
     ("space frame", "make_frame.py", {10_000: ["15", "9", "9"], 30_000: ["25", "13", "13"],
@@ -102,13 +102,10 @@ def main():
     arguments = parser.parse_args()
     head = ["companion", "model", *(f"{size // 1000} k" for size in arguments.equations), "doubling"]
     body = list(rows(arguments.build, arguments.equations))
-    table = [f"{whole_runs.processor()}; {datetime.date.today()}; processor seconds (peak memory).", "",
-             "| " + " | ".join(head) + " |", "|" + "---|" * len(head),
-             *("| " + " | ".join(cells) + " |" for cells in body)]
+    text = [f"{whole_runs.processor()}; {datetime.date.today()}; processor seconds (peak memory).", "",
+            *tables.table(head, body)]
     if not arguments.dry:
-        page = HERE / "README.md"
-        before, rest = page.read_text().split(BEGIN, 1)
-        page.write_text(before + BEGIN + "\n" + "\n".join(table) + "\n" + END + rest.split(END, 1)[1])
+        tables.renew("companions", "companions.py", "\n".join(text))
 
 
 if __name__ == "__main__":

@@ -19,8 +19,9 @@ import sys
 import tempfile
 import time
 
+import tables
+
 HERE = pathlib.Path(__file__).resolve().parent
-BEGIN, END = "<!-- many processes: written by bench/mpi.py -->", "<!-- end of many processes -->"
 # name, generator, arguments by equations
 MODELS = [
     ("space frame", "make_frame.py", {10_000: ["25", "7", "7"], 100_000: ["40", "19", "19"],
@@ -105,16 +106,11 @@ def main():
     head += [f"{solver}, {p} s" for solver in ("direct", "gamg") for p in arguments.processes]
     load = os.getloadavg()[0]
     rows = list(rows_of(arguments))
-    table = [f"{datetime.date.today()}; {os.cpu_count()} cores; load {load:.1f} at the start, "
-             f"{os.getloadavg()[0]:.1f} at the end: above the number of cores, times are those of a busy machine.", "",
-             "| " + " | ".join(head) + " |", "|" + "---|" * len(head)]
-    table += ["| " + " | ".join(row) + " |" for row in rows]
-    if arguments.dry:
-        return
-    page = HERE / "README.md"
-    text = page.read_text()
-    before, rest = text.split(BEGIN, 1)
-    page.write_text(before + BEGIN + "\n" + "\n".join(table) + "\n" + END + rest.split(END, 1)[1])
+    text = [f"{datetime.date.today()}; {os.cpu_count()} cores; load {load:.1f} at the start, "
+            f"{os.getloadavg()[0]:.1f} at the end: above the number of cores, times are those of a busy machine.", "",
+            *tables.table(head, rows)]
+    if not arguments.dry:
+        tables.renew("many processes", "mpi.py", "\n".join(text))
 
 
 if __name__ == "__main__":

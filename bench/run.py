@@ -18,8 +18,9 @@ import sys
 import tempfile
 import time
 
+import tables
+
 HERE = pathlib.Path(__file__).resolve().parent
-BEGIN, END = "<!-- whole runs: written by bench/run.py -->", "<!-- end of whole runs -->"
 
 # name, generator, arguments, solvers
 SPARSE, SKYLINE = "Sparse 1e-8 1e-6 100000", "SkyLine"
@@ -174,9 +175,7 @@ def main():
     if arguments.only:
         print(text)
         return
-    readme = HERE / "README.md"
-    before, rest = readme.read_text().split(BEGIN, 1)
-    readme.write_text(before + BEGIN + "\n" + text + "\n" + END + rest.split(END, 1)[1])
+    tables.renew("whole runs", "run.py", text)
 
 
 if __name__ == "__main__":
