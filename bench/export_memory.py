@@ -16,9 +16,9 @@ import tempfile
 
 import companions
 import run as whole_runs
+import tables
 
 HERE = pathlib.Path(__file__).resolve().parent
-BEGIN, END = "<!-- memory of the export: written by bench/export_memory.py -->", "<!-- end of memory -->"
 MODELS = [
     ("space frame", "make_frame.py", ["40", "19", "19"]),
     ("plate, 3 nodes", "make_plate.py", ["200"]),
@@ -58,13 +58,11 @@ def main():
     arguments = parser.parse_args()
     head = ["model", "elements", "equations", "files", "peak of kestol", "of kestol-export", "difference",
             "difference / files"]
-    table = [f"{whole_runs.processor()}; {datetime.date.today()}.", "", "| " + " | ".join(head) + " |",
-             "|" + "---|" * len(head), *("| " + " | ".join(cells) + " |" for cells in rows(arguments.build))]
-    print("\n".join(table))
+    lines = [f"{whole_runs.processor()}; {datetime.date.today()}.", "", *tables.table(head, rows(arguments.build))]
+    text = "\n".join(lines)
+    print(text)
     if not arguments.dry:
-        page = HERE / "README.md"
-        before, rest = page.read_text().split(BEGIN)
-        page.write_text(before + BEGIN + "\n" + "\n".join(table) + "\n" + END + rest.split(END)[1])
+        tables.renew("memory of the export", "export_memory.py", text)
 
 
 if __name__ == "__main__":

@@ -173,5 +173,6 @@ xi = 0.9
                       self.folder.combine("c.toml", "-v", "--solver", "skyline").err)
         self.assertEqual(self.folder.combine("c.toml", "-q").err, "")
 
+
 if __name__ == "__main__":
     unittest.main()

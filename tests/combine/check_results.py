@@ -16,11 +16,9 @@ import unittest
 import xml.etree.ElementTree
 from pathlib import Path
 
-sys.path.append(str(Path(__file__).parents[1] / "export"))
-import decks
-
 from combine_documents import COMBINE, COMBINED, EXAMPLES, EXPORT, KESTOL, Documents
 from combine_run import Folder, frame, run
+import decks
 
 
 class Results(Documents):
@@ -141,6 +139,7 @@ class Results(Documents):
         self.assertEqual(len(points[0]), len(points[1]))
         for a, b in zip(*points):
             self.assertAlmostEqual(a, b, delta=0.11)
+
 
 if __name__ == "__main__":
     unittest.main()

@@ -3,8 +3,12 @@
 from __future__ import annotations
 
 import subprocess
+import sys
 from dataclasses import dataclass
 from pathlib import Path
+
+# Models of all families: the tests of kestol-export have a generator.
+sys.path.append(str(Path(__file__).parents[1] / "export"))
 
 FRAME = """PROBLEM portal
 TYPE 2d
