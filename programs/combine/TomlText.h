@@ -60,6 +60,7 @@ private:
 template <class Rows>
 std::vector<std::string_view> NamesOfRows(const Rows& rows) {
   std::vector<std::string_view> names;
+  names.reserve(std::size(rows));
   for (const auto& row : rows) names.push_back(row.name);
   return names;
 }
