@@ -186,6 +186,9 @@ bool IsSound(LinearSystem& system) {
 }
 
 bool IsFree(const LinearSystem& system, const ReaVecT& displacements) {
+  const bool moves = std::any_of(displacements.begin(), displacements.end(),
+                                 [](double component) { return component != 0.0; });
+  if (!moves) return false;
   return std::abs(RitzValueOf(ScaledSystem(system, SolverName::SkyLine), displacements)) <
          kNoResistance;
 }

@@ -64,7 +64,7 @@ Mechanisms FindMechanisms(LinearSystem& system, ScaledSystem& A, const Mechanism
 bool IsSound(LinearSystem& system);
 
 /// Whether the stiffness resists `displacements` (global axes) less than any sound model would: the
-/// solution of a mechanism whose loads set it in motion.
+/// solution of a mechanism whose loads set it in motion. A model that does not move is not free.
 bool IsFree(const LinearSystem& system, const ReaVecT& displacements);
 
 /// Refuses, as the solver refuses a singular matrix, a system that is not sound.

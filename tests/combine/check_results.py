@@ -92,6 +92,13 @@ class Results(Documents):
         self.folder.write("portal.dat", deck.replace("    2 2 3 1", "    2 3 2 1"))
         self.assertEqual(self.folder.combine("c.toml", "--json", "out.json").status, 0)
 
+    def test_case_that_moves_nothing(self) -> None:
+        self.folder.write("wind.dat", "# calm\n")
+        for solver in ("skyline", "sparse", "deck"):
+            case = self.document("c.toml", "--solver", solver)["cases"][2]
+            self.assertEqual(case["name"], "W")
+            self.assertTrue(all(node["u"] == [0, 0, 0] for node in case["result"]["nodes"]))
+
     def test_mechanism(self) -> None:
         self.folder.write("portal.dat", decks.large_mechanism())
         self.folder.write("c.toml", 'model = "portal.dat"\n[cases.G]\nloads = "model"\n'

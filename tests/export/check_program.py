@@ -142,6 +142,12 @@ def check_inputs(bench):
                          "  mode 1: nodes 1 and 2 turn about z at (0, 0)\n", "deck.dat", "--vtu", "a.vtu", *options)
     done = bench.run("deck.dat", "--mesh-only", "--vtu", "a.vtu")
     bench.expect(done.returncode == 0, "--mesh-only of a mechanism", done)
+    # What does not move is none: without loads, or with loads on supports alone.
+    for text in (SOUND.replace("2 0 -1000", "1 0 -1000"), SOUND.split("nodal_point_loads")[0]):
+        bench.put(text)
+        for options in ((), ("--report", "r.txt"), ("--solver", "skyline"), ("--solver", "sparse")):
+            done = bench.run("deck.dat", "--json", "a.json", *options)
+            bench.expect(done.returncode == 0, "a model that does not move", options, done.stderr)
     bench.put(decks.large_mechanism())
     for options in ((), ("--report", "r.txt"), ("--res", "r.res")):
         bench.refused(1, "deck.dat: error: the model is a mechanism in 1 way [mechanism]\n", "deck.dat", "--json",

@@ -233,6 +233,16 @@ TEST(IsFree, TellsARigidMotionFromASolution) {
   EXPECT_FALSE(IsFree(held, held.SolveDeck().displacements));
 }
 
+TEST(IsFree, AModelThatDoesNotMoveIsNot) {
+  for (const char* loads : {"", "nodal_point_loads\n1 5 -1000 0\nend\n"}) {
+    Project project = Read(Row(kHeld, loads));
+    LinearSystem system(project, {.solver = SolverName::SkyLine});
+    const Results results = system.SolveDeck();
+    EXPECT_FALSE(IsFree(system, results.displacements));
+    EXPECT_NO_THROW(RequireResisted(system, results.displacements));
+  }
+}
+
 // --- condition --------------------------------------------------------------------------------
 
 double OneNorm(const ReaVecT& column) {
