@@ -136,8 +136,9 @@ def main():
     parser.add_argument("--cells", type=int, nargs="+", default=[224, 707])
     parser.add_argument("--dry", action="store_true", help="print the table only")
     arguments = parser.parse_args()
+    load = os.getloadavg()[0]
     body = list(rows(arguments.build / "programs" / "view" / "kestol-view", arguments.cells))
-    text = [f"{whole_runs.processor()}; {datetime.date.today()}; the best of three.", "",
+    text = [f"{whole_runs.processor()}; {datetime.date.today()}; the best of three; load {load:.1f} at the start.", "",
             *tables.table(HEAD, body)]
     if not arguments.dry:
         tables.renew("pages", "pages.py", "\n".join(text))
