@@ -8,6 +8,7 @@
 #include <new>
 
 #include "algebra/ReaVecT.h"
+#include "direct/BlasRoom.h"
 #include "main/ErrorChannel.h"
 
 namespace kestol {
@@ -110,6 +111,7 @@ private:
 
 DirectSolver::Mumps::Mumps(const UpperRows& rows, int B) {
   constexpr int kAllProcesses = -987654;
+  TakeBlasRoom();
   ::operator delete(::operator new(kRoomOfItsOwn));
   state_.par = 1;  // the calling process takes part
   state_.sym = 2;  // symmetric, pivots of any sign
