@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "programs/common/OutputFile.h"
+#include "programs/common/OutputFiles.h"
 #include "programs/common/ResultCsv.h"
 #include "programs/common/ResultGrid.h"
 #include "programs/common/ResultJson.h"
@@ -128,14 +128,13 @@ void Solution::WriteVtuFile(const std::string& path, const std::string& encoding
                             const std::vector<std::string>& inputs) {
   const VtuEncoding how = EncodingOf(encoding);
   Carry();
-  OutputFile file(path, inputs);
-  std::unique_ptr<OutputFile> beside;
-  if (diagrams && data.HasBeams())
-    beside = std::make_unique<OutputFile>(DiagramsBeside(path), inputs);
+  OutputFiles files(inputs);
+  OutputFile& file = files.Open(path);
+  OutputFile* const beside =
+      diagrams && data.HasBeams() ? &files.Open(DiagramsBeside(path)) : nullptr;
   WriteVtu(file, ResultGrid(data).Grid(), how);
-  if (beside) WriteVtu(*beside, DiagramGrid(data).Grid(), how);
-  file.Commit();
-  if (beside) beside->Commit();
+  if (beside != nullptr) WriteVtu(*beside, DiagramGrid(data).Grid(), how);
+  files.Commit();
 }
 
 std::string Solution::Json(const std::string& deck) {

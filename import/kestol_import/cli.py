@@ -14,7 +14,7 @@ from . import __version__
 from .applied import Applied
 from .deck import Deck
 from .errors import Place, Refusal
-from .files import STANDARD, check_output, read_bytes, write
+from .files import STANDARD, Outputs, check_output, read_bytes
 from .marks import OldDeck, fresh
 from .mesh import Mesh
 from .messages import Messages
@@ -93,8 +93,6 @@ def main(arguments: Sequence[str] | None = None) -> int:
         messages.error(Refusal(f"cannot be written: {failure.strerror}", "output",
                                Place("standard output")))
         sys.stdout = None  # type: ignore[assignment]  # nothing is left to be flushed
-    except KeyboardInterrupt:
-        messages.error(Refusal("interrupted", "interrupted"))
     finally:
         messages.finish()
     return NOT_DONE
@@ -127,16 +125,19 @@ def run(options: argparse.Namespace, messages: Messages) -> None:
     prepare(mesh, options, messages)
     deck, applied = build(mesh, recipe, options, messages)
     messages.step(f"writing {options.output}")
-    if old and old.has_marks:
-        write(options.output, old.renewed(deck.block))
-        note(options, f"{options.output}: {old.hand_lines} lines by hand stay around the blocks")
-    else:
-        write(options.output, fresh(deck.block))
-    if options.map:
-        write(options.map, number_map(deck.model))
-    messages.finish()
-    if not options.quiet:
-        report_stream(options).write(summary(deck.model, options.output, applied))
+    with Outputs() as outputs:
+        if old and old.has_marks:
+            outputs.write(options.output, old.renewed(deck.block))
+            note(options, f"{options.output}: {old.hand_lines} lines by hand stay around the blocks")
+        else:
+            outputs.write(options.output, fresh(deck.block))
+        if options.map:
+            outputs.write(options.map, number_map(deck.model))
+        messages.finish()
+        if not options.quiet:
+            report_stream(options).write(summary(deck.model, options.output, applied))
+            report_stream(options).flush()
+        outputs.commit()
 
 
 def report_stream(options: argparse.Namespace) -> TextIO:
@@ -154,7 +155,9 @@ def list_mesh(options: argparse.Namespace, messages: Messages) -> None:
     check_output(target, {options.mesh: "mesh"})
     mesh = read_mesh(options, messages)
     prepare(mesh, options, messages)
-    write(target, [list_groups(mesh).encode("utf-8", "surrogateescape")])
+    with Outputs() as outputs:
+        outputs.write(target, [list_groups(mesh).encode("utf-8", "surrogateescape")])
+        outputs.commit()
 
 
 def old_deck(options: argparse.Namespace) -> OldDeck | None:

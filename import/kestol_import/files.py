@@ -1,17 +1,19 @@
-"""Files: read whole, written under a temporary name and renamed when complete."""
+"""Files: read whole, written under a temporary name and renamed when all are complete."""
 
 from __future__ import annotations
 
 import contextlib
 import os
+import secrets
+import signal
 import stat
 import sys
-import tempfile
-from collections.abc import Iterable
+from collections.abc import Iterable, Iterator
 
 from .errors import Place, Refusal
 
 STANDARD = "-"
+ENDING = (signal.SIGHUP, signal.SIGINT, signal.SIGTERM)  # they end a run
 
 
 def read_bytes(path: str, code: str) -> bytes:
@@ -41,36 +43,67 @@ def check_output(path: str, inputs: dict[str, str]) -> None:
             raise Refusal(f"the output names the {what} itself", "output", Place(path))
 
 
-def write(path: str, pieces: Iterable[bytes]) -> None:
-    """Writes all pieces, or leaves what was there. "-" is standard output; a target that exists
-    and is no regular file is written directly."""
+class Outputs:
+    """The files of one run: they get their names together, when all are complete; a run that fails
+    leaves what was there. "-" is standard output; a target that exists and is no regular file is
+    written directly."""
+
+    def __init__(self) -> None:
+        self._temporary: dict[str, str] = {}  # by the target, behind links
+
+    def __enter__(self) -> Outputs:
+        return self
+
+    def __exit__(self, *failure: object) -> None:
+        for temporary in self._temporary.values():
+            with contextlib.suppress(OSError):
+                os.unlink(temporary)
+
+    def write(self, path: str, pieces: Iterable[bytes]) -> None:
+        with refusing(path):
+            if path == STANDARD:
+                for piece in pieces:
+                    sys.stdout.buffer.write(piece)
+                sys.stdout.buffer.flush()
+            elif os.path.exists(path) and not os.path.isfile(path):
+                with open(path, "wb") as file:
+                    file.writelines(pieces)
+            else:
+                self._write_beside(os.path.realpath(path), pieces)
+
+    def _write_beside(self, path: str, pieces: Iterable[bytes]) -> None:
+        folder, name = os.path.split(path)
+        temporary = os.path.join(folder, f".{name}.{secrets.token_hex(4)}.tmp")
+        self._temporary[path] = temporary  # before it is there: a signal may come between
+        with open(temporary, "xb") as file:
+            file.writelines(pieces)
+        os.chmod(temporary, mode_for(path))
+
+    def commit(self) -> None:
+        named = []
+        waiting = signal.pthread_sigmask(signal.SIG_BLOCK, ENDING)
+        try:
+            for path, temporary in self._temporary.items():
+                with refusing(path):
+                    os.replace(temporary, path)
+                named.append(path)
+        except Refusal:
+            for path in named:
+                os.unlink(path)
+            raise
+        finally:
+            signal.pthread_sigmask(signal.SIG_SETMASK, waiting)
+        self._temporary.clear()
+
+
+@contextlib.contextmanager
+def refusing(path: str) -> Iterator[None]:
+    """Failures of the system become refusals of this output."""
     try:
-        if path == STANDARD:
-            for piece in pieces:
-                sys.stdout.buffer.write(piece)
-            sys.stdout.buffer.flush()
-        elif os.path.exists(path) and not os.path.isfile(path):
-            with open(path, "wb") as file:
-                file.writelines(pieces)
-        else:
-            replace(os.path.realpath(path), pieces)
+        yield
     except OSError as failure:
         where = "standard output" if path == STANDARD else path
         raise Refusal(f"cannot be written: {reason(failure)}", "output", Place(where)) from None
-
-
-def replace(path: str, pieces: Iterable[bytes]) -> None:
-    folder, name = os.path.split(path)
-    handle, temporary = tempfile.mkstemp(prefix=f".{name}.", suffix=".tmp", dir=folder)
-    try:
-        with open(handle, "wb") as file:
-            file.writelines(pieces)
-        os.chmod(temporary, mode_for(path))
-        os.replace(temporary, path)
-    except BaseException:
-        with contextlib.suppress(OSError):
-            os.unlink(temporary)
-        raise
 
 
 def mode_for(path: str) -> int:

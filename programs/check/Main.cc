@@ -1,9 +1,9 @@
 #include "kestol/Check.h"
-#include "main/ErrorChannel.h"
 #include "programs/check/Options.h"
 #include "programs/check/Outputs.h"
 #include "programs/check/TextOutput.h"
 #include "programs/common/MappedDeck.h"
+#include "programs/common/OutputFile.h"
 #include "programs/common/ProgressLine.h"
 #include "programs/common/RunProgram.h"
 
@@ -25,7 +25,18 @@ Project ReadOrSay(const CheckRequest& request, SourceMap& map, Outputs& outputs)
   }
 }
 
+/// What can be looked up without a deck.
+void LookUp(const CheckRequest& request) {
+  OutputFile output("-", {});
+  if (request.listCodes) WriteCodes(output);
+  if (!request.explain.empty()) WriteExplanation(output, request.explain);
+  output.Commit();
+}
+
 int Run(const CheckRequest& request) {
+  if (request.listCodes || !request.explain.empty()) LookUp(request);
+  if (request.deck.empty()) return kDone;
+  // The deck is opened behind the outputs: a document says that it cannot be.
   Outputs outputs(request);
   ProgressLine progress(request.quiet);
   progress.Show("reading");
@@ -44,17 +55,9 @@ int Run(const CheckRequest& request) {
 }  // namespace kestol
 
 int main(int argc, char** argv) {
-  const kestol::CheckRequest request = kestol::ParseOptions(argc, argv);
-  // The deck is opened behind the outputs: a document says that it cannot be.
-  return kestol::RunProgram("kestol-check", {}, [&] {
-    if (request.listCodes) kestol::PrintCodes();
-    if (!request.explain.empty()) kestol::PrintExplanation(request.explain);
-    if (request.deck.empty()) return kestol::kDone;
-    try {
-      return kestol::Run(request);
-    } catch (const kestol::FatalError& refusal) {
-      kestol::PrintRefusal(request.deck, refusal);
-      return kestol::kFailed;
-    }
+  kestol::CheckRequest request;
+  return kestol::RunProgram("kestol-check", request.deck, [&] {
+    request = kestol::ParseOptions(argc, argv);
+    return kestol::Run(request);
   });
 }

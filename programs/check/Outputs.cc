@@ -8,20 +8,13 @@
 
 namespace kestol {
 
-Outputs::Outputs(const CheckRequest& request) : request_(request) {
+Outputs::Outputs(const CheckRequest& request) : request_(request), files_({request.deck}) {
   const bool hasDocument =
       request.format != CheckFormat::Text || request.reactions || request.equilibrium;
   if (hasDocument || !request.output.empty())
-    document_ = Open(request.output.empty() ? "-" : request.output);
-  if (!request.modes.empty()) modes_ = Open(request.modes);
-  std::vector<std::string> names;
-  for (const auto& file : files_) names.push_back(file->Name());
-  RefuseSharedNames(names);
-}
-
-OutputFile* Outputs::Open(const std::string& name) {
-  files_.push_back(std::make_unique<OutputFile>(name, std::vector{request_.deck}));
-  return files_.back().get();
+    document_ = &files_.Open(request.output.empty() ? "-" : request.output);
+  if (!request.modes.empty()) modes_ = &files_.Open(request.modes);
+  files_.RefuseSharedNames();
 }
 
 void Outputs::Write(const Project& project, const Findings& findings) {
@@ -41,14 +34,12 @@ void Outputs::Write(const Project& project, const Findings& findings) {
       break;
   }
   if (modes_ != nullptr) WriteModes(*modes_, project, findings);
-  for (const auto& file : files_) file->Flush();
-  for (const auto& file : files_) file->Commit();
+  files_.Commit();
 }
 
 void Outputs::WriteFailure(const std::string& why) {
   if (request_.format != CheckFormat::Sarif) return;
   WriteFailedSarif(*document_, request_.deck, why);
-  document_->Flush();
   document_->Commit();
 }
 

@@ -1,12 +1,10 @@
 #pragma once
 
-#include <memory>
 #include <string>
-#include <vector>
 
 #include "kestol/Check.h"
 #include "programs/check/Options.h"
-#include "programs/common/OutputFile.h"
+#include "programs/common/OutputFiles.h"
 
 namespace kestol {
 
@@ -22,10 +20,8 @@ public:
   void WriteFailure(const std::string& why);
 
 private:
-  OutputFile* Open(const std::string& name);
-
   const CheckRequest& request_;
-  std::vector<std::unique_ptr<OutputFile>> files_;
+  OutputFiles files_;
   OutputFile* document_ =
       nullptr;  // tables, or everything as JSON or SARIF; null when not asked for
   OutputFile* modes_ = nullptr;

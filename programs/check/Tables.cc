@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "programs/common/Utf8.h"
 #include "results/Equilibrium.h"
 #include "results/UnitNames.h"
 
@@ -19,8 +20,9 @@ public:
     const UnitNames units = UnitNamesOf(project.units);
     const bool isSolid = !project.meshes.empty() && project.meshes[0]->elemType == Tetrahedra;
     isPlane_ = project.problemType == Plane && !isSolid;
-    const std::string force = units.Known() ? " [" + units.force + "]" : "";
-    const std::string moment = units.Known() ? " [" + units.force + " " + units.length + "]" : "";
+    const std::string N = HarmlessWords(units.force), m = HarmlessWords(units.length);
+    const std::string force = units.Known() ? " [" + N + "]" : "";
+    const std::string moment = units.Known() ? " [" + N + " " + m + "]" : "";
     for (const char axis : {'x', 'y', 'z'})
       if (axis != 'z' || !isPlane_) names_.push_back(std::string("F") + axis + force);
     if (isPlane_) names_.push_back("Mz" + moment);

@@ -1,9 +1,9 @@
 #pragma once
 
-#include <cstdio>
 #include <string>
 
 #include "kestol/Check.h"
+#include "programs/common/OutputBuffer.h"
 
 namespace kestol {
 
@@ -11,10 +11,10 @@ namespace kestol {
 /// the errors alone.
 void PrintFindings(const std::string& deck, const Findings& findings, bool quiet);
 
-/// All codes with their severities and explanations on standard output.
-void PrintCodes();
+/// All codes with their severities and explanations.
+void WriteCodes(OutputBuffer& output);
 
-/// What the page of the codes says of one, on standard output.
-void PrintExplanation(const std::string& code);
+/// What the page of the codes says of one.
+void WriteExplanation(OutputBuffer& output, const std::string& code);
 
 }  // namespace kestol

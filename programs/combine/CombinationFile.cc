@@ -1,6 +1,7 @@
 #include "programs/combine/CombinationFile.h"
 
 #include <algorithm>
+#include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -10,6 +11,7 @@
 #include "programs/combine/EurocodeReader.h"
 #include "programs/combine/TomlText.h"
 #include "programs/common/KeptText.h"
+#include "programs/common/Messages.h"
 #include "programs/common/RunProgram.h"
 
 namespace kestol {
@@ -233,12 +235,22 @@ CombinationFile ReadCombinationText(const std::string& text, const std::string& 
 }
 
 CombinationFile ReadCombinationFile(const std::string& path, std::vector<FileMistake>& mistakes) {
-  const std::string folder = std::filesystem::path(path).parent_path().string();
-  if (const std::string* const kept = KeptText(path))
-    return ReadCombinationText(*kept, folder, mistakes);
-  std::ifstream stream(path, std::ios::binary);
-  const std::string text(std::istreambuf_iterator<char>(stream), {});
-  return ReadCombinationText(text, folder, mistakes);
+  return ReadCombinationText(KeptOrWhole(path), std::filesystem::path(path).parent_path().string(),
+                             mistakes);
+}
+
+void PrintMistakes(const std::string& path, const std::vector<FileMistake>& mistakes) {
+  const bool colour = WantsColour(stderr);
+  const std::string all = KeptOrWhole(path);
+  std::string_view rest = all;
+  long here = 1;
+  for (const auto& [text, code, line, column, endColumn] : mistakes) {  // in their order
+    for (; here < line; ++here) rest.remove_prefix(std::min(rest.find('\n'), rest.size() - 1) + 1);
+    std::string source(rest.substr(0, std::min(rest.find('\n'), kLongestExcerpt)));
+    if (source.ends_with('\r')) source.pop_back();
+    const Message message{"error", text, code, path, line, column, endColumn};
+    std::fputs(MessageText(message, line > 0 ? &source : nullptr, colour).c_str(), stderr);
+  }
 }
 
 }  // namespace kestol

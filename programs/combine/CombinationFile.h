@@ -56,4 +56,7 @@ CombinationFile ReadCombinationFile(const std::string& path, std::vector<FileMis
 CombinationFile ReadCombinationText(const std::string& text, const std::string& folder,
                                     std::vector<FileMistake>& mistakes);
 
+/// The mistakes of the file on standard error, with its lines.
+void PrintMistakes(const std::string& path, const std::vector<FileMistake>& mistakes);
+
 }  // namespace kestol

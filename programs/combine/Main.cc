@@ -12,7 +12,6 @@
 #include "programs/combine/Outputs.h"
 #include "programs/common/FindingMessages.h"
 #include "programs/common/KeptText.h"
-#include "programs/common/Messages.h"
 #include "programs/common/OutputFile.h"
 #include "programs/common/ProgressLine.h"
 #include "programs/common/RunProgram.h"
@@ -21,16 +20,13 @@ namespace kestol {
 
 namespace {
 
-constexpr const char* kProgram = "kestol-combine";
-
 /// What the file says; none, with messages, when it has mistakes.
 std::optional<CombinationFile> ReadFile(const std::string& path) {
   RequireReadable(path);
   KeepText(path);
   std::vector<FileMistake> mistakes;
   CombinationFile file = ReadCombinationFile(path, mistakes);
-  for (const auto& [text, code, line, column, endColumn] : mistakes)
-    PrintMessage({"error", text, code, path, line, column, endColumn});
+  PrintMistakes(path, mistakes);
   if (!mistakes.empty()) return std::nullopt;
   return file;
 }
@@ -102,6 +98,9 @@ int Combine(const CombineOptions& options) {
 
 int main(int argc, char** argv) {
   using namespace kestol;
-  const CombineOptions options = ParseOptions(argc, argv);
-  return RunProgram(kProgram, options.deck, [&] { return Combine(options); });
+  CombineOptions options;
+  return RunProgram("kestol-combine", options.deck, [&] {
+    options = ParseOptions(argc, argv);
+    return Combine(options);
+  });
 }

@@ -4,10 +4,12 @@
 #include <vector>
 
 #include "programs/common/OutputBuffer.h"
+#include "programs/common/Utf8.h"
 
 namespace kestol {
 
-/// A table for people: columns as wide as their widest text, two blanks between them.
+/// A table for people: columns as wide as their widest text, two blanks between them. Names go
+/// to a terminal: what could drive it becomes '?'.
 class TextTable {
 public:
   TextTable& Row() {
@@ -15,8 +17,8 @@ public:
     return *this;
   }
   /// The next cell of the row, at the left or the right of its column.
-  TextTable& Left(std::string text) { return Add(std::move(text), false); }
-  TextTable& Right(std::string text) { return Add(std::move(text), true); }
+  TextTable& Left(const std::string& text) { return Add(text, false); }
+  TextTable& Right(const std::string& text) { return Add(text, true); }
 
   void Write(OutputBuffer& output) const;
 
@@ -25,8 +27,8 @@ private:
     std::string text;
     bool right;
   };
-  TextTable& Add(std::string text, bool right) {
-    rows_.back().push_back({std::move(text), right});
+  TextTable& Add(const std::string& text, bool right) {
+    rows_.back().push_back({HarmlessWords(text), right});
     return *this;
   }
 

@@ -2,11 +2,12 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <cstdlib>
 #include <map>
 #include <vector>
 
+#include "programs/common/OutputFile.h"
 #include "programs/common/RunProgram.h"
+#include "programs/common/Utf8.h"
 
 namespace kestol {
 
@@ -24,9 +25,10 @@ std::string UnknownOption(const std::vector<std::string>& words) {
   return found == end ? "" : *found;
 }
 
-[[noreturn]] void EndAfter(const std::string& text) {
-  const bool written = std::fputs(text.c_str(), stdout) >= 0 && std::fflush(stdout) == 0;
-  std::exit(written ? kDone : kFailed);
+void Print(const std::string& text) {
+  OutputFile output("-", {});
+  output << text;
+  output.Commit();
 }
 
 }  // namespace
@@ -68,9 +70,11 @@ void CommandLine::Parse(int argc, char** argv) {
   try {
     app.parse(argc, argv);
   } catch (const CLI::CallForHelp&) {
-    EndAfter(app.help());
+    Print(app.help());
+    throw ProgramEnd{kDone};
   } catch (const CLI::CallForVersion& version) {
-    EndAfter(std::string(version.what()) + "\n");
+    Print(std::string(version.what()) + "\n");
+    throw ProgramEnd{kDone};
   } catch (const CLI::ParseError& error) {
     // An option that nobody knows comes before an argument that is missing because of it.
     const std::string unknown = UnknownOption(app.remaining());
@@ -82,8 +86,9 @@ void CommandLine::Parse(int argc, char** argv) {
 }
 
 void CommandLine::Refuse(const std::string& text) const {
-  std::fprintf(stderr, "%s: %s; try %s --help\n", program_.c_str(), text.c_str(), program_.c_str());
-  std::exit(kFailed);
+  const std::string line = program_ + ": " + Harmless(text) + "; try " + program_ + " --help\n";
+  std::fputs(line.c_str(), stderr);
+  throw ProgramEnd{kFailed};
 }
 
 }  // namespace kestol

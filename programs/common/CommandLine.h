@@ -27,7 +27,7 @@ public:
   CommandLine(const std::string& program, const std::string& description, CommonOptions& options,
               const std::string& input = "DECK");
 
-  /// Ends the program itself: with 0 after --help and --version (on standard output), with kFailed
+  /// Throws ProgramEnd: with kDone after --help and --version (on standard output), with kFailed
   /// and one line on standard error for what it does not understand.
   void Parse(int argc, char** argv);
 
@@ -51,7 +51,7 @@ public:
   /// --solver NAME for those who solve: the direct solver where it is built, else that of the deck.
   void AddSolver(SolverName& solver);
 
-  /// Ends the program with kFailed, the text and a hint at --help, as for an unknown option.
+  /// The text and a hint at --help, as for an unknown option, and ProgramEnd with kFailed.
   [[noreturn]] void Refuse(const std::string& text) const;
 
   /// For an option that takes a number above 0.

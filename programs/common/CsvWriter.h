@@ -10,7 +10,7 @@ namespace kestol {
 
 /// One table of comma-separated values: a header, then rows. Numbers are the shortest text that
 /// reads back to the same double; what is not finite leaves its field empty. Fields are quoted
-/// where they must be.
+/// where they must be. Texts become valid UTF-8, whatever bytes they hold.
 class CsvWriter {
 public:
   explicit CsvWriter(OutputBuffer& output) : output_(output) {}

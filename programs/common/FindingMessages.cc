@@ -9,6 +9,7 @@
 #include "programs/common/KeptText.h"
 #include "programs/common/Messages.h"
 #include "programs/common/RunProgram.h"
+#include "programs/common/Utf8.h"
 
 namespace kestol {
 
@@ -50,7 +51,7 @@ std::string FindingText(const std::string& deck, const Finding& finding, bool co
   message.column = finding.column;
   message.endColumn = finding.endColumn;
   std::string text = MessageText(message, finding.line > 0 ? &finding.sourceLine : nullptr, colour);
-  for (const std::string& line : finding.more) text += "  " + line + "\n";
+  for (const std::string& line : finding.more) text += "  " + Harmless(line) + "\n";
   return text;
 }
 

@@ -1,12 +1,11 @@
 #include "programs/common/KeptText.h"
 
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <map>
 #include <system_error>
 
 #include "kestol/ReadDeck.h"
+#include "programs/common/WholeFile.h"
 
 namespace kestol {
 
@@ -23,13 +22,17 @@ void KeepText(const std::string& path) {
   std::error_code unknown;
   const std::filesystem::file_status status = std::filesystem::status(path, unknown);
   if (std::filesystem::is_regular_file(status) || std::filesystem::is_directory(status)) return;
-  std::ifstream stream(path, std::ios::binary);
-  if (stream) Texts()[path] = std::string(std::istreambuf_iterator<char>(stream), {});
+  Texts()[path] = WholeFile(path);
 }
 
 const std::string* KeptText(const std::string& path) {
   const auto found = Texts().find(path);
   return found == Texts().end() ? nullptr : &found->second;
+}
+
+std::string KeptOrWhole(const std::string& path) {
+  const std::string* const text = KeptText(path);
+  return text != nullptr ? *text : WholeFile(path);
 }
 
 Project ReadKeptDeck(const std::string& deck, SourceMap* map) {

@@ -5,12 +5,11 @@
 #include <algorithm>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
-#include <memory>
-#include <sstream>
 #include <system_error>
 
 #include "programs/common/KeptText.h"
+#include "programs/common/Utf8.h"
+#include "programs/common/WholeFile.h"
 
 namespace kestol {
 
@@ -31,19 +30,6 @@ std::string_view WithoutLineEnd(std::string_view text) {
   return text;
 }
 
-/// Deck text goes to a terminal: what could drive it becomes '?'.
-std::string Harmless(std::string_view text) {
-  std::string harmless(text);
-  std::replace_if(
-      harmless.begin(), harmless.end(),
-      [](char c) {
-        const auto byte = static_cast<unsigned char>(c);
-        return (byte < 0x20 && c != '\t' && c != '\n') || byte == 0x7f;
-      },
-      '?');
-  return harmless;
-}
-
 std::string Place(const Message& message) {
   std::string place(message.file);
   if (place.empty()) return place;
@@ -52,14 +38,16 @@ std::string Place(const Message& message) {
   return place + ": ";
 }
 
-/// "   14 | text", and under it the caret. Tabs stay tabs, so that both lines align.
-std::string Excerpt(const Message& message, const std::string& sourceLine, bool colour) {
+/// "   14 | text", and under it the caret. Tabs stay tabs, so that both lines align. Of a line that
+/// is longer than any screen only the beginning is shown.
+std::string Excerpt(const Message& message, std::string_view sourceLine, bool colour) {
+  sourceLine = sourceLine.substr(0, kLongestExcerpt);
   const std::string number = std::to_string(message.line);
   const std::string margin(std::max<std::size_t>(5, number.size()), ' ');
   std::string text = margin.substr(number.size()) + number + " | " + Harmless(sourceLine) + '\n';
   const auto length = static_cast<long>(sourceLine.size());
   if (message.column < 1 || message.column > length + 1) return text;
-  std::string blanks = sourceLine.substr(0, static_cast<std::size_t>(message.column - 1));
+  std::string blanks(sourceLine.substr(0, static_cast<std::size_t>(message.column - 1)));
   std::replace_if(
       blanks.begin(), blanks.end(), [](char c) { return c != '\t'; }, ' ');
   const long end = std::min(message.endColumn, length + 1);
@@ -68,6 +56,26 @@ std::string Excerpt(const Message& message, const std::string& sourceLine, bool 
     caret.append(static_cast<std::size_t>(end - message.column - 1), '~');
   return text + margin + " | " + blanks + Painted(caret, kGreen, colour) + '\n';
 }
+
+/// Looks for one line (from 1) in a text that comes in pieces, and keeps as much of it as a message
+/// shows.
+struct LineSearch {
+  long line;
+  std::string& text;
+  long here = 1;
+  bool isThere = false;
+
+  bool IsBehind() const { return here > line; }
+  void Take(std::string_view rest) {
+    while (!rest.empty() && !IsBehind()) {
+      const std::size_t end = std::min(rest.find('\n'), rest.size());
+      isThere = here == line;
+      if (isThere && text.size() < kLongestExcerpt) text += rest.substr(0, end);
+      if (end < rest.size()) ++here;
+      rest.remove_prefix(std::min(end + 1, rest.size()));
+    }
+  }
+};
 
 }  // namespace
 
@@ -81,24 +89,27 @@ bool WantsColour(std::FILE* stream) {
 }
 
 bool ReadSourceLine(const std::string& file, long line, std::string& text) {
-  const std::string* const kept = KeptText(file);
-  std::unique_ptr<std::istream> stream;
+  text.clear();
+  LineSearch search{line, text};
   std::error_code unknown;
-  if (kept != nullptr)
-    stream = std::make_unique<std::istringstream>(*kept);
-  else if (std::filesystem::is_regular_file(file, unknown))  // a pipe would wait for its writer
-    stream = std::make_unique<std::ifstream>(file, std::ios::binary);
-  else
-    return false;
-  for (long k = 0; k < line; ++k)
-    if (!std::getline(*stream, text)) return false;
+  if (const std::string* const kept = KeptText(file)) {
+    search.Take(*kept);
+  } else if (std::filesystem::is_regular_file(file, unknown)) {  // a pipe would wait for its writer
+    const ReadOnlyFile stream(std::fopen(file.c_str(), "r"));
+    if (!stream) return false;
+    char piece[16 * 1024];
+    for (std::size_t size = 1; !search.IsBehind() && size > 0;) {
+      size = std::fread(piece, 1, sizeof piece, stream.get());
+      search.Take({piece, size});
+    }
+  }
   text = WithoutLineEnd(text);
-  return line > 0;
+  return search.isThere;
 }
 
 std::string MessageText(const Message& message, const std::string* sourceLine, bool colour) {
   const char* const paint = message.severity == "error" ? kRed : kMagenta;
-  std::string text = Painted(Harmless(Place(message)), kBold, colour) +
+  std::string text = Painted(HarmlessWords(Place(message)), kBold, colour) +
                      Painted(std::string(message.severity) + ":", paint, colour) + ' ' +
                      Harmless(WithoutLineEnd(message.text));
   if (!message.code.empty()) text += " [" + std::string(message.code) + ']';

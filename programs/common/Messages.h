@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdio>
 #include <string>
 #include <string_view>
@@ -18,6 +19,9 @@ struct Message {
   long endColumn = 0;  ///< behind the last byte of the word
 };
 
+/// Of a line of the deck no more bytes are shown.
+constexpr std::size_t kLongestExcerpt = 200;
+
 /// `file:line:column: severity: text [code]`, then the line of the deck and a caret under the
 /// word. What is not known is left out. `sourceLine` is the line's text without its end; null when
 /// it is not at hand.
@@ -26,7 +30,8 @@ std::string MessageText(const Message& message, const std::string* sourceLine, b
 /// The same on standard error, with the line read from the file and colour where that is wanted.
 void PrintMessage(const Message& message);
 
-/// Line `line` (from 1) of the file without its line end; false when there is none.
+/// Line `line` (from 1) of the file without its line end, or as much of it as a message shows;
+/// false when there is none.
 bool ReadSourceLine(const std::string& file, long line, std::string& text);
 
 /// Whether `stream` is a terminal and NO_COLOR is not set.

@@ -78,22 +78,24 @@ OutputFile::~OutputFile() {
 void OutputFile::Discard() {
   if (file_ > STDERR_FILENO) ::close(file_);
   file_ = -1;
-  if (!temporary_.empty()) ::unlink(temporary_.c_str());
-  temporary_.clear();
+  if (untilRenamed_) ::unlink(temporary_.c_str());
+  untilRenamed_.reset();
 }
 
 void OutputFile::OpenBeside() {
   // A file that exists must allow it, although renaming would not ask.
   if (::access(target_.c_str(), F_OK) == 0 && ::access(target_.c_str(), W_OK) != 0)
     Fail("can't open file ");
+  untilRenamed_.emplace();  // before the file is there: later nothing may fail
   for (int attempt = 0; attempt < 100; ++attempt) {
     temporary_ =
         target_ + '.' + std::to_string(::getpid()) + '-' + std::to_string(attempt) + ".tmp";
+    const SignalsWait whileItIsNoted;
     file_ = ::open(temporary_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, kMode);
-    if (file_ >= 0 || errno != EEXIST) break;
+    if (file_ >= 0) return untilRenamed_->Is(temporary_.c_str());
+    if (errno != EEXIST) break;
   }
-  if (file_ >= 0) return;
-  temporary_.clear();
+  untilRenamed_.reset();
   Fail("can't open file ");
 }
 
@@ -131,16 +133,20 @@ void OutputFile::Close() {
 
 void OutputFile::Commit() {
   Close();
-  if (temporary_.empty()) return;
+  if (!untilRenamed_) return;
   if (std::rename(temporary_.c_str(), target_.c_str()) != 0) Fail("failed writing to ");
-  temporary_.clear();
+  untilRenamed_.reset();
+  isRenamed_ = true;
+}
+
+void OutputFile::Withdraw() {
+  if (isRenamed_) ::unlink(target_.c_str());
 }
 
 void OutputFile::Fail(const char* what) {
   const int reason = errno;
   Discard();
-  throw ProgramError(what + (name_ == "-" ? "standard output" : name_) + ": " +
-                     std::strerror(reason));
+  throw ProgramError(what + ShownName() + ": " + std::strerror(reason));
 }
 
 void RefuseSharedNames(const std::vector<std::string>& names) {

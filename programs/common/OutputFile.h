@@ -1,14 +1,17 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "programs/common/OutputBuffer.h"
+#include "programs/common/TemporaryFiles.h"
 
 namespace kestol {
 
 /// A file that appears when it is complete. It is written under a temporary name beside its target
-/// and renamed by Commit; without that it leaves nothing behind. "-" is standard output; a target
+/// and renamed by Commit; without that it leaves nothing behind, also when a signal ends a
+/// companion. "-" is standard output; a target
 /// that exists and is no regular file (a pipe, a device) is written directly.
 ///
 /// All failures are ProgramError with the name and the system's reason.
@@ -26,7 +29,12 @@ public:
   /// Close, and the target has its name.
   void Commit();
 
+  /// After Commit: takes the file away again, for a run that could not complete the others.
+  void Withdraw();
+
   const std::string& Name() const { return name_; }
+  /// The same for a message.
+  std::string ShownName() const { return name_ == "-" ? "standard output" : name_; }
 
   /// Where another writer may put the file, by name, before Commit. One that can write to this
   /// object should: an open file, such as standard output, may not open again, or only empty.
@@ -42,7 +50,9 @@ private:
   std::string name_;
   std::string target_;     ///< behind links
   std::string temporary_;  ///< empty for what is written directly
+  std::optional<TemporaryFile> untilRenamed_;
   int file_ = -1;
+  bool isRenamed_ = false;
 };
 
 /// Refuses two outputs of one program that are the same file.

@@ -1,5 +1,8 @@
 #include "programs/common/OutputFiles.h"
 
+#include "programs/common/RunProgram.h"
+#include "programs/common/TemporaryFiles.h"
+
 namespace kestol {
 
 OutputFile& OutputFiles::Open(const std::string& name) {
@@ -12,9 +15,23 @@ void OutputFiles::RefuseSharedNames(std::vector<std::string> others) const {
   kestol::RefuseSharedNames(others);
 }
 
-void OutputFiles::Commit() {
+void OutputFiles::Close() {
   for (const auto& file : files_) file->Close();
-  for (const auto& file : files_) file->Commit();
+}
+
+void OutputFiles::Commit() {
+  Close();
+  const SignalsWait untilAllHaveTheirNames;
+  try {
+    for (const auto& file : files_) file->Commit();
+  } catch (const ProgramError&) {
+    Withdraw();
+    throw;
+  }
+}
+
+void OutputFiles::Withdraw() {
+  for (const auto& file : files_) file->Withdraw();
 }
 
 }  // namespace kestol

@@ -21,7 +21,14 @@ public:
   /// Refuses two of the files, or of `others` that are opened later, that are the same.
   void RefuseSharedNames(std::vector<std::string> others = {}) const;
 
+  /// Those that nothing more is written to may be closed one by one; this closes them all.
+  void Close();
+
+  /// Names all of them; when one cannot have its name, none has.
   void Commit();
+
+  /// After Commit: takes them all away again.
+  void Withdraw();
 
 private:
   std::vector<std::string> inputs_;

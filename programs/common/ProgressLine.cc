@@ -3,6 +3,7 @@
 #include <cstdio>
 
 #include "programs/common/Messages.h"
+#include "programs/common/Utf8.h"
 
 namespace kestol {
 
@@ -25,7 +26,7 @@ void ProgressLine::Show(std::string_view text) {
   const Clock::time_point now = Clock::now();
   if (now - start_ < kPatience || now - last_ < kPause) return;
   last_ = now;
-  const std::string cut(text.substr(0, kWidth));
+  const std::string cut = Harmless(text.substr(0, kWidth));
   std::fprintf(stderr, "\r%s\x1b[K", cut.c_str());
   std::fflush(stderr);
   shown_ = true;

@@ -17,9 +17,33 @@ namespace kestol {
 namespace {
 
 // Needs no heap: it speaks when there is none.
-int NoMemory(const std::string& program) {
-  std::fprintf(stderr, "%s: error: Not space available on heap\n", program.c_str());
+int TellNoMemory(const char* program) {
+  std::fprintf(stderr, "%s: error: %s\n", program, kNoMemory);
   return kFailed;
+}
+
+int Tell(const char* program, const char* text, int status) {
+  PrintMessage({"error", text, {}, program});
+  return status;
+}
+
+int TellLast(const char* program, const std::string& deck) {
+  try {
+    throw;
+  } catch (const ProgramEnd& end) {
+    return end.status;
+  } catch (const FatalError& refusal) {
+    PrintRefusal(deck, refusal);
+    return kFailed;
+  } catch (const ProgramError& failure) {
+    return Tell(program, failure.what(), failure.Status());
+  } catch (const std::bad_alloc&) {
+    return TellNoMemory(program);
+  } catch (const std::length_error&) {
+    return TellNoMemory(program);
+  } catch (const std::exception& failure) {
+    return Tell(program, failure.what(), kFailed);
+  }
 }
 
 }  // namespace
@@ -48,23 +72,11 @@ void RequireReadable(const std::string& deck) {
   if (!reason.empty()) throw ProgramError("can't open file " + deck + ": " + reason);
 }
 
-int RunProgram(const std::string& program, const std::string& deck,
-               const std::function<int()>& action) {
+int TellFailure(const char* program, const std::string& deck) {
   try {
-    if (!deck.empty()) RequireReadable(deck);
-    return action();
-  } catch (const ProgramEnd& end) {
-    return end.status;
-  } catch (const FatalError& refusal) {
-    PrintRefusal(deck, refusal);
-    return kFailed;
-  } catch (const ProgramError& failure) {
-    PrintMessage({"error", failure.what(), {}, program});
-    return failure.Status();
-  } catch (const std::bad_alloc&) {
-    return NoMemory(program);
-  } catch (const std::length_error&) {
-    return NoMemory(program);
+    return TellLast(program, deck);
+  } catch (const std::bad_alloc&) {  // there was none left to say it
+    return TellNoMemory(program);
   }
 }
 

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <functional>
 #include <stdexcept>
 #include <string>
 
@@ -27,12 +26,25 @@ struct ProgramEnd {
   int status;
 };
 
-/// Runs `action` and gives the program's exit status: that of the action, kFailed after a refusal
-/// of the deck, an exhausted heap or a failure of the program's own. Refusals go to standard error
-/// with the solver's words, the file and, where it is known, the line. `program` is the name that
-/// stands before messages that are not about the deck.
-int RunProgram(const std::string& program, const std::string& deck,
-               const std::function<int()>& action);
+/// What is said when there is no memory.
+constexpr const char* kNoMemory = "Not space available on heap";
+
+/// The rest of RunProgram, for what was thrown last.
+int TellFailure(const char* program, const std::string& deck);
+
+/// Runs `action`, all that the program does, and gives the exit status: that of the action, kFailed
+/// after a refusal of the deck, an exhausted heap or a failure of the program's own. Refusals go to
+/// standard error with the solver's words, the file and, where it is known, the line. `program` is
+/// the name that stands before messages that are not about the deck. The action may be what reads
+/// the name of the deck.
+template <class Action>
+int RunProgram(const char* program, const std::string& deck, Action action) {
+  try {
+    return action();
+  } catch (...) {
+    return TellFailure(program, deck);
+  }
+}
 
 /// The solver's refusal on standard error, in the form of all messages. For programs that have more
 /// to say about it than RunProgram.

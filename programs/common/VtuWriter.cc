@@ -1,6 +1,9 @@
 #include "programs/common/VtuWriter.h"
 
+#include <algorithm>
 #include <cassert>
+
+#include "programs/common/Utf8.h"
 
 namespace kestol {
 
@@ -23,6 +26,11 @@ void WriteAttributes(OutputBuffer& output, const VtuArray& array) {
   for (std::size_t c = 0; c < array.componentNames.size(); ++c)
     output << " ComponentName" << static_cast<int>(c) << "=\"" << XmlText(array.componentNames[c])
            << '"';
+}
+
+/// Whether the format has such a character: all of UTF-8 but the last two of its plane.
+bool IsXml(std::string_view sequence) {
+  return Utf8Length(sequence) > 0 && sequence != "\xef\xbf\xbe" && sequence != "\xef\xbf\xbf";
 }
 
 class VtuWriter {
@@ -131,8 +139,14 @@ void WritePvtu(OutputBuffer& output, const VtuGrid& grid, const std::vector<std:
 
 std::string XmlText(std::string_view text) {
   std::string safe;
-  for (const char c : text) {
-    switch (c) {
+  while (!text.empty()) {
+    const std::string_view sequence = text.substr(0, std::max<std::size_t>(Utf8Length(text), 1));
+    text.remove_prefix(sequence.size());
+    if (!IsXml(sequence)) {
+      safe += kReplacement;
+      continue;
+    }
+    switch (const char c = sequence.front(); c) {
       case '&':
         safe += "&amp;";
         break;
@@ -146,7 +160,10 @@ std::string XmlText(std::string_view text) {
         safe += "&quot;";
         break;
       default:
-        safe += static_cast<unsigned char>(c) < 0x20 ? ' ' : c;
+        if (static_cast<unsigned char>(c) < 0x20)
+          safe += ' ';
+        else
+          safe += sequence;
     }
   }
   return safe;

@@ -37,7 +37,7 @@ void WritePvd(OutputBuffer& output, const std::vector<std::pair<double, std::str
 /// types are asked.
 void WritePvtu(OutputBuffer& output, const VtuGrid& grid, const std::vector<std::string>& pieces);
 
-/// `text` as the value of an XML attribute, without the quotes.
+/// `text` as the value of an XML attribute, without the quotes: valid, whatever bytes it holds.
 std::string XmlText(std::string_view text);
 
 }  // namespace kestol

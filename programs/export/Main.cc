@@ -24,6 +24,7 @@ Results Solve(Project& project, const ExportOptions& options, std::ostream* info
 }
 
 int Run(const ExportOptions& options) {
+  RequireReadable(options.deck);
   KeepText(options.deck);
   Project project = ReadKeptDeck(options.deck);
   Outputs outputs(options, HasBeams(project));
@@ -41,6 +42,9 @@ int Run(const ExportOptions& options) {
 }  // namespace kestol
 
 int main(int argc, char** argv) {
-  const kestol::ExportOptions options = kestol::ParseOptions(argc, argv);
-  return kestol::RunProgram("kestol-export", options.deck, [&] { return kestol::Run(options); });
+  kestol::ExportOptions options;
+  return kestol::RunProgram("kestol-export", options.deck, [&] {
+    options = kestol::ParseOptions(argc, argv);
+    return kestol::Run(options);
+  });
 }

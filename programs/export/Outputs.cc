@@ -1,6 +1,7 @@
 #include "programs/export/Outputs.h"
 
 #include "kestol/Reports.h"
+#include "programs/common/OwnFile.h"
 #include "programs/common/ResultCsv.h"
 #include "programs/common/ResultGrid.h"
 #include "programs/common/ResultJson.h"

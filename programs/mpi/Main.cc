@@ -1,9 +1,6 @@
 #include <fcntl.h>
 #include <unistd.h>
 
-#include <cstdio>
-
-#include "main/ErrorChannel.h"
 #include "programs/common/RunProgram.h"
 #include "programs/mpi/MpiRun.h"
 #include "programs/mpi/Options.h"
@@ -47,28 +44,22 @@ MpiOptions ParseOnAll(const Team& team, int argc, char** argv) {
   return ParseOptions(argc, argv);
 }
 
-int RunHere(Team& team, const MpiOptions& options) {
+int Run(Team& team, const MpiOptions& options) {
+  return RunOnAll(team, options,
+                  [&](const Project& project, const Results& results, OutputFiles& files) {
+                    WriteOutputs(options, project, results, files);
+                  });
+}
+
+int ParseAndRun(Team& team, int argc, char** argv, MpiOptions& options) {
   try {
-    return RunOnAll(team, options, [&](const Project& project, const Results& results) {
-      WriteOutputs(options, project, results);
-    });
+    team.Together([&] { options = ParseOnAll(team, argc, argv); });
+    return Run(team, options);
   } catch (const ToldElsewhere&) {
     return kDone;
   } catch (const PetscFailure& failure) {
     throw ProgramError(failure.what());
   }
-}
-
-/// Refusals of the deck go with its name, all others with the program's.
-int Run(Team& team, const MpiOptions& options) {
-  return RunProgram("kestol-mpi", "", [&] {
-    try {
-      return RunHere(team, options);
-    } catch (const FatalError& refusal) {
-      PrintRefusal(options.deck, refusal);
-      return kFailed;
-    }
-  });
 }
 
 }  // namespace
@@ -77,6 +68,7 @@ int Run(Team& team, const MpiOptions& options) {
 
 int main(int argc, char** argv) {
   kestol::Team team(&argc, &argv);
-  const kestol::MpiOptions options = kestol::ParseOnAll(team, argc, argv);
-  return team.Status(kestol::Run(team, options));
+  kestol::MpiOptions options;
+  return team.Status(kestol::RunProgram(
+      "kestol-mpi", options.deck, [&] { return kestol::ParseAndRun(team, argc, argv, options); }));
 }

@@ -9,6 +9,7 @@
 #include "analysis/Counts.h"
 #include "analysis/RigidMotions.h"
 #include "analysis/SolveDriver.h"
+#include "direct/BlasRoom.h"
 #include "kestol/ReadDeck.h"
 #include "main/ErrorChannel.h"
 #include "programs/common/FindingMessages.h"
@@ -46,7 +47,11 @@ void MeetFirstRefusal(const Project& project) {
 class MpiRun {
 public:
   MpiRun(Team& team, const MpiOptions& options, const Receiver& receiver)
-      : team_(team), options_(options), receiver_(receiver), petsc_(options.petsc) {}
+      : team_(team),
+        options_(options),
+        receiver_(receiver),
+        petsc_(options.petsc),
+        files_({options.deck}) {}
 
   int Run() {
     team_.Together([&] {
@@ -65,7 +70,8 @@ public:
     log_->Begin("writing");
     Write();
     log_->TellBalance(partition_.OwnCount());
-    log_->TellTotalTime();
+    team_.FirstAlone([&] { log_->TellTotalTime(); });
+    NameFiles();
     return kDone;
   }
 
@@ -77,6 +83,7 @@ private:
   void TestForMechanism(SystemSolver& solver);
   void ComputeResults();
   void Write();
+  void NameFiles();
   SolverSettings Settings() const;
   [[noreturn]] void RefuseMechanism();
   [[noreturn]] void RefuseResidual(const SolveOutcome& outcome);
@@ -90,6 +97,7 @@ private:
   Partition partition_;
   std::optional<DistributedSystem> system_;
   Results results_;
+  OutputFiles files_;
 };
 
 /// Every process reads the deck. Nodes keep the numbers of the input: the partition orders them.
@@ -139,6 +147,7 @@ SolverSettings MpiRun::Settings() const {
 }
 
 void MpiRun::SolveSystem() {
+  team_.Together(TakeBlasRoom);
   const SolverSettings settings = Settings();
   SystemSolver solver(*system_, settings);
   if (!solver.IsDirect()) TestSmallModel();
@@ -219,10 +228,20 @@ void MpiRun::ComputeResults() {
 void MpiRun::Write() {
   const std::string unused = petsc_.UnusedOptions();
   if (!unused.empty()) log_->Tell("nothing asked for these options of PETSc: " + unused);
-  team_.FirstAlone([&] { receiver_(*project_, results_); });
+  team_.FirstAlone([&] { receiver_(*project_, results_, files_); });
   if (options_.vtu.empty()) return;
   KeepOwnPart(partition_, team_.Rank(), *project_, results_);
-  WritePieces(*project_, results_, team_, options_.vtu, {options_.deck});
+  WritePieces(*project_, results_, team_, options_.vtu, files_);
+}
+
+/// The files of all processes, or none.
+void MpiRun::NameFiles() {
+  try {
+    team_.Together([&] { files_.Commit(); });
+  } catch (...) {  // of this process, or of another one
+    files_.Withdraw();
+    throw;
+  }
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include <functional>
 
 #include "analysis/Results.h"
+#include "programs/common/OutputFiles.h"
 #include "programs/mpi/Options.h"
 #include "programs/mpi/Team.h"
 
@@ -10,8 +11,9 @@ namespace kestol {
 
 class Project;
 
-/// Takes the model and its complete results, on the first process.
-using Receiver = std::function<void(const Project&, const Results&)>;
+/// Takes the model and its complete results, on the first process, and writes what it will into the
+/// files of the run.
+using Receiver = std::function<void(const Project&, const Results&, OutputFiles&)>;
 
 /// The whole run, on every process: from the deck to the receiver, which writes the files, and to
 /// the pieces for ParaView. Gives the exit status; throws what RunProgram tells, on one process,

@@ -4,7 +4,8 @@
 #include <vector>
 
 #include "kestol/Reports.h"
-#include "programs/common/OutputFiles.h"
+#include "programs/common/OutputFile.h"
+#include "programs/common/OwnFile.h"
 #include "programs/mpi/Pieces.h"
 
 namespace kestol {
@@ -31,14 +32,18 @@ void CheckOutputs(const MpiOptions& options, int rank) {
   for (const std::string& name : names) OutputFile(name, {options.deck});
 }
 
-void WriteOutputs(const MpiOptions& options, const Project& project, const Results& results) {
-  OutputFiles files({options.deck});
+void WriteOutputs(const MpiOptions& options, const Project& project, const Results& results,
+                  OutputFiles& files) {
   if (!options.report.empty())
     WriteReportText(project, results, TakerOf(files.Open(options.report)));
   OutputFile& result = files.Open(options.ResultFile());
-  const std::string meshFile = options.writeMesh ? files.Open(options.MeshFile()).Path() : "";
-  WriteResultText(project, results, TakerOf(result), options.writeMesh ? &meshFile : nullptr);
-  files.Commit();
+  if (options.writeMesh)
+    WriteOwnFile(files.Open(options.MeshFile()), [&](const std::string& path) {
+      WriteResultText(project, results, TakerOf(result), &path);
+    });
+  else
+    WriteResultText(project, results, TakerOf(result));
+  files.Close();
 }
 
 }  // namespace kestol

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "analysis/Results.h"
+#include "programs/common/OutputFiles.h"
 #include "programs/mpi/Options.h"
 
 namespace kestol {
@@ -11,8 +12,9 @@ class Project;
 /// deck, or that are one file. The first process writes everything but the pieces of others.
 void CheckOutputs(const MpiOptions& options, int rank);
 
-/// The report and the files for the post-processor, by the solver's own writers. They appear
-/// together, when all are complete.
-void WriteOutputs(const MpiOptions& options, const Project& project, const Results& results);
+/// The report and the files for the post-processor, by the solver's own writers. They are complete,
+/// and named when `files` are.
+void WriteOutputs(const MpiOptions& options, const Project& project, const Results& results,
+                  OutputFiles& files);
 
 }  // namespace kestol

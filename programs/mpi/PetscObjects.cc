@@ -19,8 +19,9 @@ void Check(PetscErrorCode code) {
 }
 
 PetscSession::PetscSession(const std::string& options) : options_(options) {
+  // Without handlers of its own: they would take the place of those that this program has.
+  Check(PetscOptionsSetValue(nullptr, "-no_signal_handler", "true"));
   Check(PetscInitialize(nullptr, nullptr, nullptr, nullptr));
-  Check(PetscPopSignalHandler());
   Check(PetscPushErrorHandler(PetscReturnErrorHandler, nullptr));
   if (!options.empty()) Check(PetscOptionsInsertString(nullptr, options.c_str()));
 }

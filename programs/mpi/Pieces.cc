@@ -79,7 +79,7 @@ std::string PieceName(const std::string& index, int rank) {
 }
 
 void WritePieces(const Project& project, const Results& results, Team& team,
-                 const std::string& index, const std::vector<std::string>& inputs) {
+                 const std::string& index, OutputFiles& files) {
   const ResultData data(project, results);
   const ResultGrid source(data);
   VtuGrid grid = source.Grid();
@@ -91,18 +91,18 @@ void WritePieces(const Project& project, const Results& results, Team& team,
       team.GatherAll(std::span<const int>(std::vector<int>{hasCells ? 1 : 0}));
   team.Together([&] {
     if (!hasCells) return;
-    OutputFile piece(PieceName(index, team.Rank()), inputs);
+    OutputFile& piece = files.Open(PieceName(index, team.Rank()));
     WriteVtu(piece, grid, VtuEncoding::Raw);
-    piece.Commit();
+    piece.Close();
   });
   team.FirstAlone([&] {
     std::vector<std::string> pieces;
     for (int rank = 0; rank < team.Size(); ++rank)
       if (withCells[static_cast<std::size_t>(rank)] != 0)
         pieces.push_back(std::filesystem::path(PieceName(index, rank)).filename().string());
-    OutputFile file(index, inputs);
+    OutputFile& file = files.Open(index);
     WritePvtu(file, grid, pieces);
-    file.Commit();
+    file.Close();
   });
 }
 

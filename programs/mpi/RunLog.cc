@@ -2,7 +2,9 @@
 
 #include <sys/resource.h>
 
+#include <cerrno>
 #include <cstdio>
+#include <cstring>
 #include <iostream>
 
 #include "output/InfoFile.h"
@@ -31,7 +33,7 @@ RunLog::RunLog(const MpiOptions& options, const Team& team)
   info_ = &std::cout;
   if (options.info == "-") return;
   file_.open(options.info);
-  if (!file_) throw ProgramError("can't open file " + options.info);
+  if (!file_) throw ProgramError("can't open file " + options.info + ": " + std::strerror(errno));
   info_ = &file_;
 }
 
@@ -82,6 +84,10 @@ void RunLog::TellBalance(int ownNodes) {
 
 void RunLog::TellTotalTime() {
   Progress(info_, "Total time = %.3g s\n", SecondsOf(Clock::now() - start_));
+  if (info_ == nullptr || info_->flush()) return;
+  throw ProgramError("failed writing to " +
+                     (options_.info == "-" ? "standard output" : options_.info) +
+                     ": not every line was taken");
 }
 
 }  // namespace kestol

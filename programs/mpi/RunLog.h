@@ -33,7 +33,7 @@ public:
   /// processes call it.
   void TellBalance(int ownNodes);
 
-  /// The last line of the information stream.
+  /// The last line of the information stream; refuses one that did not take all lines.
   void TellTotalTime();
 
 private:

@@ -7,7 +7,6 @@
 #include "programs/combine/CombinationFile.h"
 #include "programs/combine/FileCases.h"
 #include "programs/common/FindingMessages.h"
-#include "programs/common/Messages.h"
 #include "programs/common/RunProgram.h"
 
 namespace kestol {
@@ -21,8 +20,7 @@ CombinationFile ReadFile(const std::string& path, const std::string& deck) {
   RequireReadable(path);
   std::vector<FileMistake> mistakes;
   CombinationFile file = ReadCombinationFile(path, mistakes);
-  for (const auto& [text, code, line, column, endColumn] : mistakes)
-    PrintMessage({"error", text, code, path, line, column, endColumn});
+  PrintMistakes(path, mistakes);
   if (!mistakes.empty()) throw ProgramEnd{kFailed};
   std::error_code none;
   if (!std::filesystem::equivalent(file.model, deck, none))

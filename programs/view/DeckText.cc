@@ -1,16 +1,18 @@
 #include "programs/view/DeckText.h"
 
 #include <algorithm>
-#include <fstream>
-#include <sstream>
 #include <string_view>
+#include <utility>
 #include <vector>
+
+#include "programs/common/WholeFile.h"
 
 namespace kestol {
 
 namespace {
 
 constexpr std::string_view kBlank = " \t\r";
+constexpr std::size_t kLongestTitle = 500;
 
 bool BeginsWithNumber(std::string_view line) {
   const std::size_t first = line.find_first_not_of(kBlank);
@@ -33,7 +35,7 @@ std::string TitleOf(std::string_view text) {
   std::size_t from = std::min(text.find_first_of(" \t\r\n:=", word), end);
   from = std::min(text.find_first_not_of(" \t\r:=", from), end);
   std::string title(text.substr(from, end - from));
-  title.erase(title.find_last_not_of(kBlank) + 1);
+  title.erase(std::min(title.find_last_not_of(kBlank) + 1, kLongestTitle));
   return title;
 }
 
@@ -81,10 +83,7 @@ private:
 }  // namespace
 
 DeckText TextOfDeck(const std::string& file, std::size_t largest) {
-  std::ifstream stream(file, std::ios::binary);
-  std::ostringstream all;
-  all << stream.rdbuf();
-  std::string text = std::move(all).str();
+  std::string text = WholeFile(file);
   DeckText deck;
   deck.title = TitleOf(text);
   if (text.size() <= largest) {

@@ -2,7 +2,7 @@
 #include <iostream>
 #include <optional>
 
-#include "programs/common/OutputFile.h"
+#include "programs/common/OutputFiles.h"
 #include "programs/common/ProgressLine.h"
 #include "programs/common/RunProgram.h"
 #include "programs/view/Options.h"
@@ -39,7 +39,6 @@ void WriteThePage(OutputFile& page, const ViewOptions& options, const PageModel&
         CaseOf(model, subject.results ? &*subject.results : nullptr, 0, "loads of the deck"));
   }
   WritePage(page, contents);
-  page.Commit();
 }
 
 std::vector<std::string> InputsOf(const ViewOptions& options) {
@@ -52,19 +51,19 @@ std::vector<std::string> InputsOf(const ViewOptions& options) {
 }
 
 int Run(const ViewOptions& options) {
-  const std::vector<std::string> inputs = InputsOf(options);
-  std::optional<OutputFile> page;
-  if (options.WantsPage()) page.emplace(options.output, inputs);
+  OutputFiles files(InputsOf(options));
+  OutputFile* const page = options.WantsPage() ? &files.Open(options.output) : nullptr;
   std::optional<SvgFiles> drawings;
-  if (!options.svg.empty()) drawings.emplace(options.svg, options.output, options.deck);
+  if (!options.svg.empty()) drawings.emplace(options.svg, options.deck, files);
 
   ProgressLine progress(options.quiet);
   Subject subject = Study(options, options.verbose ? &std::cerr : progress.Info());
   const PageModel model(*subject.project);
   RefuseWhatCannotBeDrawn(model, options.maxTriangles);
   progress.Show("writing");
-  if (page) WriteThePage(*page, options, model, subject);
+  if (page != nullptr) WriteThePage(*page, options, model, subject);
   if (drawings) drawings->Write(model, subject.results ? &*subject.results : nullptr);
+  files.Commit();
   return subject.found.Count(Severity::Error) > 0 ? kFindings : kDone;
 }
 
@@ -73,6 +72,9 @@ int Run(const ViewOptions& options) {
 }  // namespace kestol
 
 int main(int argc, char** argv) {
-  const kestol::ViewOptions options = kestol::ParseOptions(argc, argv);
-  return kestol::RunProgram("kestol-view", options.deck, [&] { return kestol::Run(options); });
+  kestol::ViewOptions options;
+  return kestol::RunProgram("kestol-view", options.deck, [&] {
+    options = kestol::ParseOptions(argc, argv);
+    return kestol::Run(options);
+  });
 }

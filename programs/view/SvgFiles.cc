@@ -1,34 +1,27 @@
 #include "programs/view/SvgFiles.h"
 
 #include <algorithm>
+#include <vector>
 
 #include "programs/view/SvgDrawings.h"
 
 namespace kestol {
 
-SvgFiles::SvgFiles(const std::string& prefix, const std::string& page, const std::string& deck)
-    : prefix_(prefix), deck_(deck) {
+SvgFiles::SvgFiles(const std::string& prefix, const std::string& deck, OutputFiles& files)
+    : prefix_(prefix), files_(files) {
   std::vector<std::string> names;
-  if (!page.empty()) names.push_back(page);
   for (const char* ending : {"_model.svg", "_deformed.svg", "_N.svg", "_V.svg", "_M.svg"}) {
-    const OutputFile tried(prefix_ + ending, {deck_});
+    const OutputFile tried(prefix_ + ending, {deck});
     names.push_back(tried.Name());
   }
-  RefuseSharedNames(names);
+  files_.RefuseSharedNames(names);
 }
 
 void SvgFiles::WriteOne(const char* name, const std::string& drawing) {
-  OutputFile& file = *files_.emplace_back(
-      std::make_unique<OutputFile>(prefix_ + name, std::vector<std::string>{deck_}));
-  file << drawing;
+  files_.Open(prefix_ + name) << drawing;
 }
 
 void SvgFiles::Write(const PageModel& model, const Results* results) {
-  DrawAll(model, results);
-  for (const auto& file : files_) file->Commit();
-}
-
-void SvgFiles::DrawAll(const PageModel& model, const Results* results) {
   WriteOne("_model.svg", ModelDrawing(model));
   if (results == nullptr) return;
   WriteOne("_deformed.svg", DeformedDrawing(model, *results));

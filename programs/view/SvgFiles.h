@@ -1,30 +1,26 @@
 #pragma once
 
-#include <memory>
 #include <string>
-#include <vector>
 
-#include "programs/common/OutputFile.h"
+#include "programs/common/OutputFiles.h"
 #include "programs/view/PageModel.h"
 
 namespace kestol {
 
-/// The drawings PREFIX_model.svg and so on: all names are tried before anything is solved, and the
-/// files appear when all of them are complete.
+/// The drawings PREFIX_model.svg and so on: all names are tried before anything is solved.
 class SvgFiles {
 public:
-  /// Refuses a drawing that is the deck or the `page`, whose name may be empty.
-  SvgFiles(const std::string& prefix, const std::string& page, const std::string& deck);
+  /// Refuses a drawing that is the deck or one of `files`, where the drawings will be.
+  SvgFiles(const std::string& prefix, const std::string& deck, OutputFiles& files);
 
   /// Without results the model alone; diagrams where there are beams.
   void Write(const PageModel& model, const Results* results);
 
 private:
-  void DrawAll(const PageModel& model, const Results* results);
   void WriteOne(const char* name, const std::string& drawing);
 
-  std::string prefix_, deck_;
-  std::vector<std::unique_ptr<OutputFile>> files_;
+  std::string prefix_;
+  OutputFiles& files_;
 };
 
 }  // namespace kestol

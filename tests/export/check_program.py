@@ -212,24 +212,6 @@ def check_full_device(bench):
     bench.expect((bench.work / "old.vtu").read_text() == "old", "an old file stays")
 
 
-def check_memory(bench):
-    bench.put(decks.random_deck(1))
-    told = set()
-    for mebibytes in range(6, 60, 2):
-        def little(limit=mebibytes << 20):
-            resource.setrlimit(resource.RLIMIT_AS, (limit, limit))
-        before = bench.files()
-        done = bench.run("deck.dat", "--json", "a.json", "--vtu", "a.vtu", preexec_fn=little)
-        if done.returncode == 0:
-            break
-        text = done.stderr.decode("latin-1")
-        if "Not space available on heap" in text:
-            told.add(done.returncode)
-            bench.expect(bench.files() == before, "no file without memory", bench.files())
-        # Below that the loader itself, or the library under the direct solver, finds no room.
-    bench.expect(told <= {2}, "no memory", told)
-
-
 def check_quiet_folder(bench):
     """A deck in a folder of its own, of which nobody may write anything."""
     bench.put(SOUND)
@@ -408,7 +390,7 @@ def check_own_files(bench):
 def main():
     bench = Bench(*sys.argv[1:])
     for check in (check_usage, check_help, check_completion, check_inputs, check_pipes, check_outputs,
-                  check_full_device, check_memory, check_quiet_folder, check_streams, check_verbosity, check_colour,
+                  check_full_device, check_quiet_folder, check_streams, check_verbosity, check_colour,
                   check_solvers, check_stations, check_mesh_only, check_own_files):
         before = bench.failures.count
         check(bench)

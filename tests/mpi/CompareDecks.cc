@@ -127,7 +127,7 @@ int CompareAll(Team& team, const Wishes& wishes) {
     options.deck = deck;
     const int status = RunProgram("compare_decks", "", [&] {
       try {
-        return RunOnAll(team, options, [&](const Project&, const Results& results) {
+        return RunOnAll(team, options, [&](const Project&, const Results& results, OutputFiles&) {
           faults += Compare(deck, results);
           ++compared;
         });

@@ -10,6 +10,7 @@
 #include "programs/common/Messages.h"
 #include "programs/common/ProgressLine.h"
 #include "programs/common/RunProgram.h"
+#include "programs/common/Utf8.h"
 
 namespace kestol {
 
@@ -63,6 +64,18 @@ TEST(Messages, ControlCharactersOfADeckReachNoTerminal) {
   EXPECT_THAT(text, HasSubstr("a?[2Jb?"));
 }
 
+TEST(Messages, ANameOfAFileStaysOnItsLine) {
+  EXPECT_EQ(MessageText({"error", "bad", "", "a\nb\tc", 4}, nullptr, false),
+            "a b c:4: error: bad\n");
+}
+
+TEST(Messages, OfALongLineTheBeginningIsShown) {
+  const std::string line(100'000, 'x');
+  const std::string shown(kLongestExcerpt, 'x');
+  EXPECT_EQ(MessageText({"error", "bad", "", "a", 1, 500, 600}, &line, false),
+            "a:1:500: error: bad\n    1 | " + shown + '\n');
+}
+
 TEST(Messages, ColourOnlyMarks) {
   const std::string line = "ab";
   const Message message{"error", "bad", "code", "a.dat", 1, 1, 2};
@@ -84,6 +97,33 @@ TEST(Messages, LinesAreReadFromTheFileByNumber) {
   EXPECT_FALSE(ReadSourceLine(name, 4, text));
   EXPECT_FALSE(ReadSourceLine(name, 0, text));
   EXPECT_FALSE(ReadSourceLine(name + "x", 1, text));
+}
+
+TEST(Messages, LinesAreCountedWhateverTheyHold) {
+  const std::string name = testing::TempDir() + "messages.dat";
+  std::ofstream(name, std::ios::binary) << "a" << std::string(1, '\0') << "b\n"
+                                        << std::string(100'000, 'x') << "\n\nfour\n";
+  std::string text;
+  EXPECT_TRUE(ReadSourceLine(name, 1, text));
+  EXPECT_EQ(text, std::string("a\0b", 3));
+  EXPECT_TRUE(ReadSourceLine(name, 2, text));
+  EXPECT_GE(text.size(), kLongestExcerpt);
+  EXPECT_LT(text.size(), 20'000u);
+  EXPECT_TRUE(ReadSourceLine(name, 3, text));
+  EXPECT_EQ(text, "");
+  EXPECT_TRUE(ReadSourceLine(name, 4, text));
+  EXPECT_EQ(text, "four");
+  EXPECT_FALSE(ReadSourceLine(name, 5, text));
+}
+
+TEST(Harmless, NothingOfItDrivesATerminal) {
+  EXPECT_EQ(Harmless("a\x1b[2J\x07\r\x7f\tb\n"), "a?[2J???\tb\n");
+  EXPECT_EQ(Harmless("\x9b"), "?");        // the one-byte form of escape and bracket
+  EXPECT_EQ(Harmless("\xc2\x9b["), "?[");  // and in UTF-8
+  EXPECT_EQ(Harmless("\xc3\x9b \xe2\x82\xac \xf0\x9f\x8c\x89"),
+            "\xc3\x9b \xe2\x82\xac \xf0\x9f\x8c\x89");
+  EXPECT_EQ(Harmless("\xe4\xe9"), "\xe4\xe9");  // Latin-1
+  EXPECT_EQ(HarmlessWords("a\tb\nc\x1b"), "a b c?");
 }
 
 // --- how a program ends -------------------------------------------------------------------------
@@ -145,18 +185,23 @@ TEST(RunProgram, AProgramErrorHasItsOwnStatus) {
   EXPECT_EQ(ending.text, "kestol-x: error: no way\n");
 }
 
-TEST(RunProgram, ADeckThatCannotBeReadIsRefusedFirst) {
-  bool ran = false;
-  const auto action = [&] {
-    ran = true;
-    return 0;
+TEST(RunProgram, WhatIsNotExpectedIsToldToo) {
+  const Ending ending = Ended([]() -> int { throw std::runtime_error("unheard of"); });
+  EXPECT_EQ(ending.status, 2);
+  EXPECT_EQ(ending.text, "kestol-x: error: unheard of\n");
+}
+
+TEST(RunProgram, ADeckThatCannotBeReadIsRefused) {
+  const auto ending = [](const char* deck) {
+    return Ended([deck] {
+      RequireReadable(deck);
+      return kDone;
+    });
   };
-  const Ending missing = Ended(action, "/nowhere/a.dat");
-  EXPECT_EQ(missing.status, 2);
-  EXPECT_EQ(missing.text,
+  EXPECT_EQ(ending("/nowhere/a.dat").status, 2);
+  EXPECT_EQ(ending("/nowhere/a.dat").text,
             "kestol-x: error: can't open file /nowhere/a.dat: No such file or directory\n");
-  EXPECT_THAT(Ended(action, "/").text, HasSubstr("can't open file /: Is a directory"));
-  EXPECT_FALSE(ran);
+  EXPECT_THAT(ending("/").text, HasSubstr("can't open file /: Is a directory"));
 }
 
 TEST(ProgressLine, IsSilentWhereNobodyWatches) {

@@ -9,7 +9,7 @@
 #include <sstream>
 #include <string>
 
-#include "programs/common/OutputFile.h"
+#include "programs/common/OutputFiles.h"
 #include "programs/common/RunProgram.h"
 
 namespace kestol {
@@ -167,6 +167,34 @@ TEST_F(OutputFileTest, AnotherWriterMayPutTheFile) {
   std::ofstream(file.Path()) << "by name";
   file.Commit();
   EXPECT_EQ(Get("a.txt"), "by name");
+}
+
+TEST_F(OutputFileTest, WhenOneFileCannotHaveItsNameNoneHas) {
+  OutputFiles files({});
+  files.Open(Path("a.txt")) << "a";
+  files.Open(Path("b.txt")) << "b";
+  std::filesystem::create_directory(Path("b.txt"));
+  EXPECT_THROW(files.Commit(), ProgramError);
+  EXPECT_FALSE(std::filesystem::exists(Path("a.txt")));
+  EXPECT_EQ(Files(), 2u);  // the deck and the folder
+}
+
+TEST_F(OutputFileTest, FilesOfARunCanBeTakenBack) {
+  OutputFiles files({});
+  files.Open(Path("a.txt")) << "a";
+  files.Commit();
+  EXPECT_EQ(Get("a.txt"), "a");
+  files.Withdraw();
+  EXPECT_EQ(Files(), 1u);
+}
+
+TEST_F(OutputFileTest, TemporaryFilesGoWhenTheProcessIsEnded) {
+  OutputFile file(Path("a.txt"), {}), done(Path("b.txt"), {});
+  done.Commit();
+  EXPECT_EQ(Files(), 3u);
+  RemoveTemporaryFiles();
+  EXPECT_EQ(Files(), 2u);
+  EXPECT_TRUE(std::filesystem::exists(Path("b.txt")));
 }
 
 TEST_F(OutputFileTest, TwoOutputsOfOneNameAreRefused) {

@@ -116,6 +116,12 @@ TEST(CsvWriter, QuotesWhatNeedsIt) {
   EXPECT_EQ(output.Text(), "plain,\"a,b\",\"say \"\"x\"\"\",\"two\nlines\"\n1,0.5,,2,3\n");
 }
 
+TEST(CsvWriter, BytesThatAreNoTextBecomeReplacementCharacters) {
+  OutputString output;
+  CsvWriter(output).Field(std::string_view("a\xff\0\x1b\tb\xc3\xa4", 8)).EndRow();
+  EXPECT_EQ(output.Text(), "a\xef\xbf\xbd\xef\xbf\xbd\xef\xbf\xbd\tb\xc3\xa4\n");
+}
+
 }  // namespace
 
 }  // namespace kestol

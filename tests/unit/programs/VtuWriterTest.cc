@@ -131,6 +131,13 @@ TEST(VtuWriter, APieceIndexHasTheArraysAndThePieces) {
               HasSubstr("<Piece Source=\"a_0.vtu\"/>\n<Piece Source=\"a_1.vtu\"/>\n"));
 }
 
+TEST(VtuWriter, NamesAreValidWhateverTheyHold) {
+  EXPECT_EQ(XmlText("<a & \"b\">"), "&lt;a &amp; &quot;b&quot;&gt;");
+  EXPECT_EQ(XmlText("a\x1b\n\xc3\xa4\xf0\x9f\x8c\x89"), "a  \xc3\xa4\xf0\x9f\x8c\x89");
+  EXPECT_EQ(XmlText("\xe4"), "\xef\xbf\xbd");          // Latin-1
+  EXPECT_EQ(XmlText("\xef\xbf\xbf"), "\xef\xbf\xbd");  // UTF-8, but no character of XML
+}
+
 }  // namespace
 
 }  // namespace kestol

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <cstdio>
+#include <memory>
+#include <string>
+
+namespace kestol {
+
+struct CloseFile {
+  void operator()(std::FILE* file) const { std::fclose(file); }
+};
+using ReadOnlyFile = std::unique_ptr<std::FILE, CloseFile>;
+
+/// Opens a file to be read; ProgramError with the system's reason when it cannot be.
+ReadOnlyFile OpenToRead(const std::string& path);
+
+/// All that is left of it. What cannot be read to the end is a ProgramError, not a shorter text.
+std::string RestOf(std::FILE* file, const std::string& path);
+
+std::string WholeFile(const std::string& path);
+
+}  // namespace kestol
