@@ -43,6 +43,10 @@ void OutputText::Close() {
   HandOver(cursor_);
   if (file_ != kNoFile && ::close(file_) != 0) refused_ = true;
   file_ = kNoFile;
+  RefuseAfterFailure();
+}
+
+void OutputText::RefuseAfterFailure() const {
   if (refused_) Fatal("error: Failed writing to disk. Probably the disk is full\n");
 }
 
@@ -59,6 +63,7 @@ void OutputText::HandOverLines() {
 /// Only a line longer than the whole buffer makes it grow.
 void OutputText::MakeRoom(std::size_t count) {
   HandOverLines();
+  RefuseAfterFailure();  // what is still to come may take hours, and goes nowhere
   const auto begun = static_cast<std::size_t>(cursor_ - buffer_.get());
   if (capacity_ - begun >= count) return;
   capacity_ = std::max(2 * capacity_, begun + count);

@@ -74,6 +74,7 @@ public:
   }
 
   /// Hands the whole lines over that were written so far: call it before an error ends the run.
+  void RefuseAfterFailure() const;
   void HandOverLines();
 
   /// Hands everything over and closes the file; ends the run with

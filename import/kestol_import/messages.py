@@ -14,6 +14,7 @@ RED, MAGENTA, GREEN = "\033[1;31m", "\033[1;35m", "\033[1;32m"
 BOLD, PLAIN = "\033[1m", "\033[0m"
 PATIENCE = 2.0  # seconds of silence before progress is shown
 REFRESH = 0.25
+LONGEST = 200  # bytes of a line that are shown
 
 
 def has_colour(stream: TextIO) -> bool:
@@ -23,19 +24,22 @@ def has_colour(stream: TextIO) -> bool:
 
 def harmless(text: str) -> str:
     """Names of a mesh go to a terminal: what could drive it becomes '?'."""
-    return "".join("?" if (ord(c) < 32 and c not in "\t\n") or ord(c) == 127 else c for c in text)
+    return "".join("?" if (ord(c) < 32 and c not in "\t\n") or 127 <= ord(c) < 160 else c
+                   for c in text)
 
 
 def caret_lines(place: Place, colour: bool) -> list[str]:
     """The source line and a caret below the word; a tab stays a tab so that both line up."""
     if not place.source or not place.column:
         return []
-    raw = place.source.encode("utf-8", "surrogateescape")
+    raw = place.source.encode("utf-8", "surrogateescape")[:LONGEST]
+    if place.column > len(raw) + 1:
+        return []
     before = raw[:place.column - 1].decode("utf-8", "replace")
     word = raw[place.column - 1:][:place.length].decode("utf-8", "replace")
     blank = "".join("\t" if c == "\t" else " " for c in before)
     caret = "^" + "~" * (len(word) - 1)
-    return [f"{place.line:5d} | {harmless(place.source)}",
+    return [f"{place.line:5d} | {harmless(raw.decode('utf-8', 'replace'))}",
             f"      | {blank}{GREEN + caret + PLAIN if colour else caret}"]
 
 

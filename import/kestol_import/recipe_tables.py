@@ -9,7 +9,7 @@ from typing import Any, NoReturn
 
 from .errors import Place, Refusal, nearest
 from .expressions import Expression, ExpressionError
-from .toml_places import Path, Spans, find_spans
+from .toml_places import MOST_PARTS, Path, Spans, find_spans, long_key
 
 
 class Source:
@@ -26,6 +26,12 @@ class Source:
         self.spans: dict[Path, Spans] = find_spans(self.text)
 
     def _load(self) -> dict[str, Any]:
+        deep = long_key(self.text)
+        if deep is not None:
+            line = self.text.count("\n", 0, deep) + 1
+            column = deep - self.text.rfind("\n", 0, deep)
+            raise Refusal(f"a key of more than {MOST_PARTS} parts", "toml",
+                          self._place_at(line, column, 1))
         try:
             return tomllib.loads(self.text)
         except tomllib.TOMLDecodeError as failure:

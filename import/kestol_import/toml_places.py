@@ -23,9 +23,28 @@ class Spans:
 _BARE = re.compile(r"[A-Za-z0-9_-]+")
 _LONG = re.compile(r'"""(?:\\.|[^\\])*?"""+|' + r"'''.*?'''+", re.DOTALL)
 _SHORT = re.compile(r'"(?:\\.|[^"\\\n])*"|' + r"'[^'\n]*'")
+_PIECE = re.compile(r"#[^\n]*|" + _LONG.pattern + "|" + _SHORT.pattern +
+                    r"|\.|[A-Za-z0-9_ \t-]+|[^#\"'.A-Za-z0-9_ \t-]+|.", re.DOTALL)
 _BLANK = re.compile(r"(?:[ \t\r\n]|#[^\n]*)*")
 _INLINE_BLANK = re.compile(r"[ \t]*")
 _SCALAR = re.compile(r"[^,\]}#\n]+")
+
+
+MOST_PARTS = 20  # of a key; a text of dots alone would keep tomllib busy for hours
+
+
+def long_key(text: str) -> int | None:
+    """Where a key of more parts goes on, or None."""
+    parts = 1
+    for match in _PIECE.finditer(text):
+        first = text[match.start()]
+        if first == ".":
+            parts += 1
+            if parts > MOST_PARTS:
+                return match.start()
+        elif not (first.isalnum() or first in "_- \t\"'"):
+            parts = 1
+    return None
 
 
 def find_spans(text: str) -> dict[Path, Spans]:

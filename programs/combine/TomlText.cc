@@ -17,6 +17,30 @@ bool ContinuesCharacter(char c) {
   return (static_cast<unsigned char>(c) & 0xc0u) == 0x80u;
 }
 
+/// What may stand in a key between its dots.
+bool IsOfKey(char c) {
+  return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_' ||
+         c == '-' || c == ' ' || c == '\t';
+}
+
+/// The place behind the string that begins at `begin`. One that is not closed ends with its line,
+/// or with the text: the library has words for it.
+std::size_t EndOfString(const std::string& text, std::size_t begin) {
+  const char quote = text[begin];
+  const std::string three(3, quote);
+  const bool isLong = text.compare(begin, 3, three) == 0;
+  std::size_t at = begin + (isLong ? 3 : 1);
+  for (; at < text.size(); ++at) {
+    if (text[at] == '\\' && quote == '"')
+      ++at;
+    else if (isLong ? text.compare(at, 3, three) == 0 : text[at] == quote)
+      return at + (isLong ? 3 : 1);
+    else if (!isLong && text[at] == '\n')
+      return at;
+  }
+  return text.size();
+}
+
 }  // namespace
 
 std::vector<std::pair<const toml::key*, const toml::node*>> InOrder(const toml::table& table) {
@@ -28,7 +52,35 @@ std::vector<std::pair<const toml::key*, const toml::node*>> InOrder(const toml::
   return entries;
 }
 
+/// Keys of few parts are all that such a file needs. The library makes a table of each part, one in
+/// the other, and goes as deep into the stack to take them away.
+bool TomlText::HasLongKey() {
+  constexpr int kMostParts = 20;
+  int parts = 1;
+  for (std::size_t at = 0; at < text_.size(); ++at) {
+    const char c = text_[at];
+    if (c == '#')
+      at = std::min(text_.find('\n', at), text_.size()) - 1;
+    else if (c == '"' || c == '\'')
+      at = EndOfString(text_, at) - 1;
+    else if (c == '.')
+      ++parts;
+    else if (!IsOfKey(c))
+      parts = 1;
+    if (parts <= kMostParts) continue;
+    const std::size_t line = text_.rfind('\n', at) + 1;  // 0 on the first line
+    const long number =
+        1 + std::count(text_.begin(), text_.begin() + static_cast<long>(line), '\n');
+    const long column = static_cast<long>(at - line) + 1;
+    mistakes_.push_back({"a key of more than " + std::to_string(kMostParts) + " parts", "syntax",
+                         number, column, column + 1});
+    return true;
+  }
+  return false;
+}
+
 toml::table TomlText::Parse() {
+  if (HasLongKey()) return {};
   try {
     return toml::parse(text_);
   } catch (const toml::parse_error& wrong) {
@@ -37,20 +89,23 @@ toml::table TomlText::Parse() {
   }
 }
 
-/// Line and column of a position; the library counts characters, we count bytes.
-std::pair<long, long> TomlText::PlaceOf(const toml::source_position& position) const {
-  std::size_t begin = 0;
-  for (toml::source_index line = 1; line < position.line; ++line) {
-    const std::size_t end = text_.find('\n', begin);
+/// Line and column of a position; the library counts characters, we count bytes. Most positions
+/// follow each other: the way goes on from the last one.
+std::pair<long, long> TomlText::PlaceOf(const toml::source_position& position) {
+  if (Before(position, here_.position)) here_ = {};
+  auto& [place, lineBegin, byte] = here_;
+  for (; place.line < position.line; ++place.line) {
+    const std::size_t end = text_.find('\n', lineBegin);
     if (end == std::string::npos) break;
-    begin = end + 1;
+    lineBegin = byte = end + 1;
+    place.column = 1;
   }
-  std::size_t byte = begin;
-  for (toml::source_index column = 1; column < position.column && byte < text_.size(); ++column) {
+  place.line = position.line;
+  for (; place.column < position.column && byte < text_.size(); ++place.column) {
     ++byte;
     while (byte < text_.size() && ContinuesCharacter(text_[byte])) ++byte;
   }
-  return {static_cast<long>(position.line), static_cast<long>(byte - begin) + 1};
+  return {static_cast<long>(position.line), static_cast<long>(byte - lineBegin) + 1};
 }
 
 void TomlText::Note(const toml::source_region& place, std::string text, std::string code) {

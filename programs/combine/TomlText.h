@@ -48,12 +48,19 @@ public:
                                              std::size_t count);
 
 private:
-  std::pair<long, long> PlaceOf(const toml::source_position& position) const;
+  struct Here {
+    toml::source_position position{1, 1};
+    std::size_t lineBegin = 0, byte = 0;
+  };
+
+  bool HasLongKey();
+  std::pair<long, long> PlaceOf(const toml::source_position& position);
   template <class T>
   const T* Typed(const toml::table& table, std::string_view key, const char* type);
 
   std::string text_;
   std::vector<FileMistake>& mistakes_;
+  Here here_;
 };
 
 /// The member `name` of every row.
