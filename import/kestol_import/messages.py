@@ -14,7 +14,7 @@ RED, MAGENTA, GREEN = "\033[1;31m", "\033[1;35m", "\033[1;32m"
 BOLD, PLAIN = "\033[1m", "\033[0m"
 PATIENCE = 2.0  # seconds of silence before progress is shown
 REFRESH = 0.25
-LONGEST = 200  # bytes of a line that are shown
+LONGEST = 1000  # bytes of a line that are shown
 
 
 def has_colour(stream: TextIO) -> bool:

@@ -63,14 +63,10 @@ std::size_t Number(std::align_val_t alignment) {
 
 }  // namespace
 
-void kestol_fail_allocation(long number, int once) {
-  failOnce = once != 0;
-  failAt = number;
-  count = 0;
-}
-
 void kestol_fail_as_told() {
-  kestol_fail_allocation(NumberIn("KESTOL_FAIL_AT"), NumberIn("KESTOL_FAIL_ONCE") != 0 ? 1 : 0);
+  failOnce = NumberIn("KESTOL_FAIL_ONCE") != 0;
+  failAt = NumberIn("KESTOL_FAIL_AT");
+  count = 0;
 }
 
 long kestol_allocations() {
