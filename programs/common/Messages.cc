@@ -70,7 +70,8 @@ struct LineSearch {
     while (!rest.empty() && !IsBehind()) {
       const std::size_t end = std::min(rest.find('\n'), rest.size());
       isThere = here == line;
-      if (isThere && text.size() < kLongestExcerpt) text += rest.substr(0, end);
+      if (isThere && text.size() < kLongestExcerpt)
+        text += rest.substr(0, std::min(end, kLongestExcerpt));
       if (end < rest.size()) ++here;
       rest.remove_prefix(std::min(end + 1, rest.size()));
     }

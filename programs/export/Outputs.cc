@@ -1,7 +1,6 @@
 #include "programs/export/Outputs.h"
 
 #include "kestol/Reports.h"
-#include "programs/common/OwnFile.h"
 #include "programs/common/ResultCsv.h"
 #include "programs/common/ResultGrid.h"
 #include "programs/common/ResultJson.h"
