@@ -18,7 +18,7 @@ def check(machine, arguments, seconds):
     # The library that composes the help swallows single failures, and a part of the text with them.
     modes = [{}] if "--help" in arguments else [{}, {"KESTOL_FAIL_ONCE": "1"}]
     for mode in modes:
-        for number in numbers(allocations, max(20, int(seconds / 2 / pace))):
+        for number in numbers(allocations, max(12, int(seconds / 2 / pace))):
             end = machine.run(arguments, {**mode, "KESTOL_FAIL_AT": str(number)})
             if end == clean:
                 continue
