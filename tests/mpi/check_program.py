@@ -315,7 +315,7 @@ end nodal_point_loads
         self.refused("kestol-mpi: error: two outputs have the name x", 2, "-r", "x", "01-cantilever.dat", "x")
         run = kestol_mpi("01-cantilever.dat", "/dev/full", cwd=self.here)
         self.assertEqual(run.returncode, 2)
-        self.assertIn("Failed writing to disk", run.stderr)
+        self.assertIn("kestol-mpi: error: failed writing to /dev/full: No space left on device", run.stderr)
         self.assertEqual(self.files(), ["01-cantilever.dat"])
 
 
