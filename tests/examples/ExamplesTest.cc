@@ -14,21 +14,17 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <sstream>
 #include <string>
 #include <vector>
+
+#include "tests/support/OwnFolder.h"
 
 namespace kestol {
 
 namespace {
 
 namespace fs = std::filesystem;
-
-std::string ReadFile(const fs::path& path) {
-  std::ifstream file(path);
-  return {std::istreambuf_iterator<char>(file), {}};
-}
 
 struct Expectation {
   std::string block, key;
@@ -45,7 +41,7 @@ std::string Trimmed(const std::string& text) {
 
 std::vector<Expectation> ExpectationsOf(const fs::path& deck) {
   std::vector<Expectation> all;
-  std::istringstream text(ReadFile(deck));
+  std::istringstream text(ContentsOf(deck));
   for (std::string line; std::getline(text, line);) {
     if (line.rfind("# expect ", 0) != 0) continue;
     std::istringstream fields(line.substr(9));
@@ -89,18 +85,17 @@ class Example : public testing::TestWithParam<fs::path> {};
 
 TEST_P(Example, GivesTheNumbersThatItsTextPromises) {
   const fs::path deck = GetParam();
-  const fs::path work = fs::temp_directory_path() / ("kestol-example-" + deck.stem().string());
-  fs::remove_all(work);
-  fs::create_directories(work);
+  const OwnFolder folder;
+  const fs::path& work = folder.Path();
   fs::copy_file(deck, work / "model.dat");
   const std::string command = "cd '" + work.string() +
                               "' && '" KESTOL_PROGRAM
                               "' -p -e errors.txt model.dat report.txt >stdout.txt";
-  ASSERT_EQ(std::system(command.c_str()), 0) << ReadFile(work / "errors.txt");
-  EXPECT_EQ(ReadFile(work / "stdout.txt"), "");
+  ASSERT_EQ(std::system(command.c_str()), 0) << ContentsOf(work / "errors.txt");
+  EXPECT_EQ(ContentsOf(work / "stdout.txt"), "");
 
   const std::string results =
-      ReadFile(work / "report.txt") + "\n" + ReadFile(work / "model.kestol.res");
+      ContentsOf(work / "report.txt") + "\n" + ContentsOf(work / "model.kestol.res");
   const std::vector<Expectation> all = ExpectationsOf(deck);
   EXPECT_FALSE(all.empty()) << "an example without an expectation";
   for (const Expectation& wanted : all) {
@@ -108,7 +103,6 @@ TEST_P(Example, GivesTheNumbersThatItsTextPromises) {
     EXPECT_NEAR(Find(results, wanted), wanted.value, wanted.tolerance * scale)
         << wanted.block << " | " << wanted.key << " | " << wanted.column;
   }
-  fs::remove_all(work);
 }
 
 std::vector<fs::path> AllExamples() {

@@ -6,39 +6,30 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <string>
+
+#include "tests/support/OwnFolder.h"
+
+namespace kestol {
 
 namespace {
 
 namespace fs = std::filesystem;
 
-std::string ReadFile(const fs::path& path) {
-  std::ifstream file(path);
-  return {std::istreambuf_iterator<char>(file), {}};
-}
-
 /// A folder of its own with one small deck.
 class Faults : public testing::Test {
 protected:
-  Faults() {
-    work_ =
-        fs::temp_directory_path() / (std::string("kestol-faults-") +
-                                     testing::UnitTest::GetInstance()->current_test_info()->name());
-    fs::remove_all(work_);
-    fs::create_directories(work_);
-    fs::copy_file(KESTOL_EXAMPLES "/06-space-frame.dat", work_ / "model.dat");
-  }
-  ~Faults() override { fs::remove_all(work_); }
+  Faults() { fs::copy_file(KESTOL_EXAMPLES "/06-space-frame.dat", work_ / "model.dat"); }
 
   /// Exit status of a shell command in the folder; standard output goes to "stdout".
   int Run(const std::string& command) const {
     const int status = std::system(("cd '" + work_.string() + "' && " + command).c_str());
     return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
   }
-  std::string Output() const { return ReadFile(work_ / "stdout"); }
+  std::string Output() const { return ContentsOf(work_ / "stdout"); }
 
-  fs::path work_;
+  OwnFolder folder_;
+  const fs::path work_ = folder_.Path();
 };
 
 const char* const kFull = "error: Failed writing to disk. Probably the disk is full\n";
@@ -81,7 +72,7 @@ TEST_F(Faults, FullDeviceAsMeshFileIsReported) {
 TEST_F(Faults, MessageGoesToTheErrorFile) {
   EXPECT_EQ(Run("'" KESTOL_PROGRAM "' -e errors.txt model.dat /dev/full >stdout"), 2);
   EXPECT_EQ(Output(), "");
-  EXPECT_EQ(ReadFile(work_ / "errors.txt"), kFull);
+  EXPECT_EQ(ContentsOf(work_ / "errors.txt"), kFull);
 }
 
 TEST_F(Faults, ResultFileThatCannotBeCreatedIsReported) {
@@ -98,10 +89,10 @@ TEST_F(Faults, MeshFileThatCannotBeCreatedIsReported) {
 
 TEST_F(Faults, DeckUnderASecondNameOfItsOwnIsNotOverwritten) {
   fs::create_hard_link(work_ / "model.dat", work_ / "report.txt");
-  const std::string deck = ReadFile(work_ / "model.dat");
+  const std::string deck = ContentsOf(work_ / "model.dat");
   EXPECT_EQ(Run("'" KESTOL_PROGRAM "' -e errors.txt model.dat report.txt >stdout"), 2);
   EXPECT_EQ(Output(), "can't open file report.txt\n");
-  EXPECT_EQ(ReadFile(work_ / "model.dat"), deck);
+  EXPECT_EQ(ContentsOf(work_ / "model.dat"), deck);
   EXPECT_FALSE(fs::exists(work_ / "errors.txt"));
 }
 
@@ -140,3 +131,5 @@ TEST_F(Faults, AddressSpaceLimitEndsWithTheStatedMessage) {
 #endif
 
 }  // namespace
+
+}  // namespace kestol

@@ -8,6 +8,7 @@
 
 #include "input/TimeTable.h"
 #include "tests/support/ExpectFatal.h"
+#include "tests/support/OwnFolder.h"
 
 namespace kestol {
 
@@ -22,14 +23,9 @@ double Now() {
 // A table on that clock, with a report name of its own.
 class TimeTableTest : public testing::Test {
 protected:
-  TimeTableTest() : table(Now), base(testing::TempDir() + "timetable_" + TestName()) {
+  TimeTableTest() : table(Now) {
     now = 1000.0;
-    std::remove((base + ".tim").c_str());
-    table.SetOutputName(base);
-  }
-
-  static std::string TestName() {
-    return testing::UnitTest::GetInstance()->current_test_info()->name();
+    table.SetOutputName(folder.Path("model"));
   }
 
   // Enters and leaves a phase of that length.
@@ -39,15 +35,10 @@ protected:
     table.Stop(handle);
   }
 
-  std::string Report() const {
-    std::ifstream file(base + ".tim");
-    std::ostringstream text;
-    text << file.rdbuf();
-    return text.str();
-  }
+  std::string Report() const { return ContentsOf(folder.Path("model.tim")); }
 
+  OwnFolder folder;
   TimeTable table;
-  std::string base;
 };
 
 constexpr char kHeader[] = "\n   Time Table: ...............  cputime[s] (percent[%]) Uses\n\n";

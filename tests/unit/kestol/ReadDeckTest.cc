@@ -1,10 +1,10 @@
-#include <cstdio>
 #include <string>
 #include <utility>
 
 #include "kestol/ReadDeck.h"
 #include "main/ErrorChannel.h"
 #include "tests/support/ExpectFatal.h"
+#include "tests/support/OwnFolder.h"
 #include "tests/support/ReadDeck.h"
 
 namespace kestol {
@@ -69,10 +69,8 @@ TEST(ReadDeck, FileThatCannotBeOpenedIsNamed) {
 }
 
 TEST(ReadDeck, RefusalOfAFileNamesItsLineAndIsForgottenByTheNextCall) {
-  const std::string path = ::testing::TempDir() + "kestol-read-deck.dat";
-  std::FILE* const file = std::fopen(path.c_str(), "w");
-  std::fputs("problem type 2d\nmaterials\n1 E=1\n1 E=1\nend\n", file);
-  std::fclose(file);
+  const OwnFolder folder;
+  const std::string path = folder.Put("a.dat", "problem type 2d\nmaterials\n1 E=1\n1 E=1\nend\n");
   try {
     ReadDeck(path);
     ADD_FAILURE();
@@ -83,7 +81,6 @@ TEST(ReadDeck, RefusalOfAFileNamesItsLineAndIsForgottenByTheNextCall) {
   ReadDeckText(kHeader + kMesh, "b.dat");
   EXPECT_STREQ(error.Text(), "");
   EXPECT_EQ(error.line, 0);
-  std::remove(path.c_str());
 }
 
 }  // namespace

@@ -2,12 +2,10 @@
 #include <gtest/gtest.h>
 
 #include <cstdio>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <string>
 
 #include "main/ErrorChannel.h"
+#include "tests/support/OwnFolder.h"
 
 namespace kestol {
 
@@ -15,19 +13,12 @@ namespace {
 
 class ErrorExitTest : public testing::Test {
 protected:
-  // The file that the ending process writes; its own, because tests may run beside each other.
-  const std::filesystem::path path_ =
-      std::filesystem::path(testing::TempDir()) /
-      (std::string("kestol_exit_") + testing::UnitTest::GetInstance()->current_test_info()->name());
+  OwnFolder folder_;
+  const std::string path_ = folder_.Path("errors.txt");  // the ending process writes it
 
   std::FILE* Open() const { return std::fopen(path_.c_str(), "w"); }
 
-  std::string Written() const {
-    std::ifstream file(path_);
-    return {std::istreambuf_iterator<char>(file), {}};
-  }
-
-  void TearDown() override { std::filesystem::remove(path_); }
+  std::string Written() const { return ContentsOf(path_); }
 };
 
 TEST_F(ErrorExitTest, WritesTheMessageToTheErrorFileAndEndsWithStatusTwo) {

@@ -6,30 +6,22 @@
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
-#include <sstream>
 #include <stdexcept>
 #include <string>
 #include <string_view>
 
 #include "output/OutputText.h"
 #include "tests/support/ExpectFatal.h"
+#include "tests/support/OwnFolder.h"
 
 namespace kestol {
 
 namespace {
 
-std::string ContentsOf(const std::string& name) {
-  std::ifstream stream(name, std::ios::binary);
-  std::ostringstream text;
-  text << stream.rdbuf();
-  return text.str();
-}
-
 class OutputTextTest : public testing::Test {
 protected:
-  const std::string name_ = testing::TempDir() + "kestol_output_text_" +
-                            testing::UnitTest::GetInstance()->current_test_info()->name();
-  void TearDown() override { std::remove(name_.c_str()); }
+  OwnFolder folder_;
+  const std::string name_ = folder_.Path("report.txt");
 };
 
 TEST_F(OutputTextTest, PiecesAreJoinedAsTheyStand) {

@@ -1,13 +1,12 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <cstdio>
 #include <fstream>
-#include <sstream>
 #include <string>
 
 #include "output/VemoFiles.h"
 #include "tests/support/ExpectFatal.h"
+#include "tests/support/OwnFolder.h"
 #include "tests/support/SmallModel.h"
 
 namespace kestol {
@@ -40,16 +39,13 @@ SmallModel Nodes(ProblemType problemType, int dofsPerNode, int count) {
 
 class VemoMeshFile : public testing::Test {
 protected:
-  const std::string name_ = testing::TempDir() + "kestol_vemo_mesh_" +
-                            testing::UnitTest::GetInstance()->current_test_info()->name();
-  void TearDown() override { std::remove(name_.c_str()); }
+  OwnFolder folder_;
+  const std::string name_ = folder_.Path("model.msh");
 
   std::string MeshTextOf(const SmallModel& model) const {
     OutputText file;
     WriteVemoFiles(model.project, model.results, file, &name_);
-    std::ostringstream text;
-    text << std::ifstream(name_).rdbuf();
-    return text.str();
+    return ContentsOf(name_);
   }
 };
 

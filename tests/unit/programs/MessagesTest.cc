@@ -1,7 +1,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <fstream>
 #include <new>
 #include <stdexcept>
 #include <string>
@@ -11,6 +10,7 @@
 #include "programs/common/ProgressLine.h"
 #include "programs/common/RunProgram.h"
 #include "programs/common/Utf8.h"
+#include "tests/support/OwnFolder.h"
 
 namespace kestol {
 
@@ -87,8 +87,8 @@ TEST(Messages, ColourOnlyMarks) {
 }
 
 TEST(Messages, LinesAreReadFromTheFileByNumber) {
-  const std::string name = testing::TempDir() + "messages.dat";
-  std::ofstream(name, std::ios::binary) << "one\r\ntwo\nthree";
+  const OwnFolder folder;
+  const std::string name = folder.Put("messages.dat", "one\r\ntwo\nthree");
   std::string text;
   EXPECT_TRUE(ReadSourceLine(name, 1, text));
   EXPECT_EQ(text, "one");
@@ -100,9 +100,9 @@ TEST(Messages, LinesAreReadFromTheFileByNumber) {
 }
 
 TEST(Messages, LinesAreCountedWhateverTheyHold) {
-  const std::string name = testing::TempDir() + "messages.dat";
-  std::ofstream(name, std::ios::binary) << "a" << std::string(1, '\0') << "b\n"
-                                        << std::string(100'000, 'x') << "\n\nfour\n";
+  const OwnFolder folder;
+  const std::string name = folder.Put(
+      "messages.dat", std::string("a\0b\n", 4) + std::string(100'000, 'x') + "\n\nfour\n");
   std::string text;
   EXPECT_TRUE(ReadSourceLine(name, 1, text));
   EXPECT_EQ(text, std::string("a\0b", 3));
@@ -146,8 +146,8 @@ TEST(RunProgram, AnActionNamesItsStatus) {
 }
 
 TEST(RunProgram, ARefusalHasTheSolversWordsAndItsLine) {
-  const std::string name = testing::TempDir() + "refused.dat";
-  std::ofstream(name) << "first\nsecond\n";
+  const OwnFolder folder;
+  const std::string name = folder.Put("refused.dat", "first\nsecond\n");
   const Ending ending = Ended(
       [&]() -> int {
         error.Clear();
@@ -160,8 +160,8 @@ TEST(RunProgram, ARefusalHasTheSolversWordsAndItsLine) {
 }
 
 TEST(RunProgram, ARefusalWithoutALineNamesTheDeck) {
-  const std::string name = testing::TempDir() + "refused.dat";
-  std::ofstream(name) << "first\n";
+  const OwnFolder folder;
+  const std::string name = folder.Put("refused.dat", "first\n");
   const Ending ending = Ended(
       []() -> int {
         error.Clear();

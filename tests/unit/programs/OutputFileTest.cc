@@ -6,11 +6,11 @@
 
 #include <filesystem>
 #include <fstream>
-#include <sstream>
 #include <string>
 
 #include "programs/common/OutputFiles.h"
 #include "programs/common/RunProgram.h"
+#include "tests/support/OwnFolder.h"
 
 namespace kestol {
 
@@ -20,22 +20,14 @@ using testing::HasSubstr;
 
 class OutputFileTest : public testing::Test {
 protected:
-  OutputFileTest() : folder(testing::TempDir() + "output-" + std::to_string(::getpid())) {
-    std::filesystem::remove_all(folder);
-    std::filesystem::create_directory(folder);
-    Put("deck.dat", "deck");
-  }
-  ~OutputFileTest() override { std::filesystem::remove_all(folder); }
+  OutputFileTest() { Put("deck.dat", "deck"); }
 
-  std::string Path(const std::string& name) const { return folder + '/' + name; }
-  void Put(const std::string& name, const std::string& text) { std::ofstream(Path(name)) << text; }
-  std::string Get(const std::string& name) const {
-    std::ostringstream text;
-    text << std::ifstream(Path(name)).rdbuf();
-    return text.str();
-  }
+  std::string Path(const std::string& name) const { return folder.Path(name); }
+  void Put(const std::string& name, const std::string& text) const { folder.Put(name, text); }
+  std::string Get(const std::string& name) const { return ContentsOf(Path(name)); }
   std::size_t Files() const {
-    return static_cast<std::size_t>(std::distance(std::filesystem::directory_iterator(folder), {}));
+    const std::filesystem::directory_iterator files(folder.Path());
+    return static_cast<std::size_t>(std::distance(files, {}));
   }
   void Write(const std::string& name, const std::string& text) {
     OutputFile file(Path(name), {Path("deck.dat")});
@@ -52,7 +44,7 @@ protected:
     return "";
   }
 
-  std::string folder;
+  OwnFolder folder;
 };
 
 TEST_F(OutputFileTest, AppearsWhenItIsComplete) {
