@@ -74,17 +74,18 @@ public:
   }
 
   /// Hands the whole lines over that were written so far: call it before an error ends the run.
-  void RefuseAfterFailure() const;
   void HandOverLines();
 
-  /// Hands everything over and closes the file; ends the run with
-  /// "error: Failed writing to disk. Probably the disk is full\n" when any of it was refused.
+  /// Hands everything over and closes the file.
   void Close();
 
   /// Everything written so far; only without a file.
   std::string Text() const;
 
 private:
+  /// Ends the run with "error: Failed writing to disk. Probably the disk is full\n" when the disk
+  /// refused a part: as soon as more room is asked for, at Close at the latest.
+  void RefuseAfterFailure() const;
   void MakeRoom(std::size_t count);
   void HandOver(const char* end);
   void WriteToFile(std::string_view text);

@@ -11,8 +11,8 @@ namespace kestol {
 
 /// A file that appears when it is complete. It is written under a temporary name beside its target
 /// and renamed by Commit; without that it leaves nothing behind, also when a signal ends a
-/// companion. "-" is standard output; a target
-/// that exists and is no regular file (a pipe, a device) is written directly.
+/// companion. "-" is standard output; a target that exists and is no regular file (a pipe, a
+/// device) is written directly.
 ///
 /// All failures are ProgramError with the name and the system's reason.
 class OutputFile final : public OutputBuffer {

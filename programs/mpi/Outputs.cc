@@ -4,8 +4,9 @@
 #include <vector>
 
 #include "kestol/Reports.h"
+#include "main/ErrorChannel.h"
 #include "programs/common/OutputFile.h"
-#include "programs/common/OwnFile.h"
+#include "programs/common/RunProgram.h"
 #include "programs/mpi/Pieces.h"
 
 namespace kestol {
@@ -24,6 +25,18 @@ std::vector<std::string> NamesOf(const MpiOptions& options, int rank) {
   return names;
 }
 
+/// The result file and the mesh file beside it. The solver's writer of the mesh knows its temporary
+/// name at best: what it refuses is told with the one that was asked for.
+void WriteWithMesh(const Project& project, const Results& results, OutputFile& result,
+                   const OutputFile& mesh) {
+  const std::string path = mesh.Path();
+  try {
+    WriteResultText(project, results, TakerOf(result), &path);
+  } catch (const FatalError& refusal) {
+    throw ProgramError(mesh.ShownName() + ": " + std::string(PlainWords(refusal.what())));
+  }
+}
+
 }  // namespace
 
 void CheckOutputs(const MpiOptions& options, int rank) {
@@ -38,9 +51,7 @@ void WriteOutputs(const MpiOptions& options, const Project& project, const Resul
     WriteReportText(project, results, TakerOf(files.Open(options.report)));
   OutputFile& result = files.Open(options.ResultFile());
   if (options.writeMesh)
-    WriteOwnFile(files.Open(options.MeshFile()), [&](const std::string& path) {
-      WriteResultText(project, results, TakerOf(result), &path);
-    });
+    WriteWithMesh(project, results, result, files.Open(options.MeshFile()));
   else
     WriteResultText(project, results, TakerOf(result));
   files.Close();
