@@ -14,23 +14,13 @@
 #include "analysis/SolveDriver.h"
 #include "analysis/Strengths.h"
 #include "analysis/TurnBlock.h"
+#include "kestol/DirectMatrix.h"
 #include "kestol/Mechanisms.h"
 #include "main/ErrorChannel.h"
-#if defined(KESTOL_WITH_MUMPS)
-#include "direct/DirectSolver.h"
-#endif
 
 namespace kestol {
 
 namespace {
-
-std::unique_ptr<StiffnessMatrix> NewDirectMatrix([[maybe_unused]] int n) {
-#if defined(KESTOL_WITH_MUMPS)
-  return std::make_unique<DirectSolver>(n);
-#else
-  Fatal("error: this kestol was built without the sparse direct solver\n");
-#endif
-}
 
 /// Makes the project name the solver; its Double solver leaves the conversion behind.
 SolveSettings SettingsFor(Project& project, const SolveOptions& options) {
@@ -55,14 +45,6 @@ void AssembleSupported(const Project& project, StiffnessMatrix& K, std::ostream*
 }
 
 }  // namespace
-
-bool DirectSolverIsBuilt() {
-#if defined(KESTOL_WITH_MUMPS)
-  return true;
-#else
-  return false;
-#endif
-}
 
 LinearSystem::LinearSystem(Project& project, const SolveOptions& options)
     : project_(project), info_(options.info) {

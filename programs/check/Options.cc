@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <map>
 
+#include "programs/common/CommandLine.h"
+
 namespace kestol {
 
 namespace {

@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "kestol/Check.h"
-#include "programs/common/CommandLine.h"
+#include "programs/common/CommonOptions.h"
 
 namespace kestol {
 

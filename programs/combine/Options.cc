@@ -1,5 +1,7 @@
 #include "programs/combine/Options.h"
 
+#include "programs/common/CommandLine.h"
+
 namespace kestol {
 
 CombineOptions ParseOptions(int argc, char** argv) {

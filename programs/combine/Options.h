@@ -3,7 +3,7 @@
 #include <string>
 
 #include "kestol/LinearSystem.h"
-#include "programs/common/CommandLine.h"
+#include "programs/common/CommonOptions.h"
 
 namespace kestol {
 

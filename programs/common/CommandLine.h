@@ -5,16 +5,9 @@
 #include <string>
 
 #include "kestol/LinearSystem.h"
+#include "programs/common/CommonOptions.h"
 
 namespace kestol {
-
-/// What every companion can be asked for.
-struct CommonOptions {
-  std::string deck;
-  std::string output;  ///< -o; empty when not given
-  bool quiet = false;
-  bool verbose = false;
-};
 
 /// The command line of one companion: CLI11 with the options and refusals that all of them share.
 ///

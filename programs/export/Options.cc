@@ -2,6 +2,8 @@
 
 #include <map>
 
+#include "programs/common/CommandLine.h"
+
 namespace kestol {
 
 namespace {

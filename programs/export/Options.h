@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "kestol/LinearSystem.h"
-#include "programs/common/CommandLine.h"
+#include "programs/common/CommonOptions.h"
 #include "programs/common/VtuArray.h"
 
 namespace kestol {

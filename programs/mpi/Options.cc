@@ -4,6 +4,7 @@
 #include <string_view>
 
 #include "kestol/Reports.h"
+#include "programs/common/CommandLine.h"
 
 namespace kestol {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "programs/common/CommandLine.h"
+#include "programs/common/CommonOptions.h"
 #include "programs/mpi/SolverChoice.h"
 
 namespace kestol {

@@ -2,6 +2,7 @@
 
 #include <map>
 
+#include "programs/common/CommandLine.h"
 #include "programs/common/Messages.h"
 #include "programs/view/Cases.h"
 

@@ -4,7 +4,7 @@
 #include <string>
 
 #include "kestol/LinearSystem.h"
-#include "programs/common/CommandLine.h"
+#include "programs/common/CommonOptions.h"
 #include "programs/view/PageWriter.h"
 
 namespace kestol {
