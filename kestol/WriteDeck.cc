@@ -1,119 +1,18 @@
 #include "kestol/WriteDeck.h"
 
 #include <algorithm>
-#include <charconv>
-#include <cmath>
 #include <ostream>
 #include <utility>
 #include <vector>
 
 #include "input/LoadsReader.h"
 #include "input/Project.h"
+#include "kestol/Shortest.h"
+#include "kestol/WriteProblem.h"
 
 namespace kestol {
 
 namespace {
-
-/// Characters of the longest number.
-constexpr std::size_t kNumberLength = 32;
-
-/// The shortest text that reads back to the same double.
-struct Shortest {
-  double value;
-};
-
-std::ostream& operator<<(std::ostream& stream, Shortest number) {
-  char text[kNumberLength];
-  const auto [end, status] = std::to_chars(text, text + kNumberLength, number.value);
-  return stream.write(text, end - text);
-}
-
-// --- the problem section ----------------------------------------------------------------------
-
-/// The system of the results, when it is one of the table; else null.
-const UnitSystem* ResultSystem(const Units& units) {
-  const auto found = std::find_if(units.table.begin(), units.table.end(), [&](const auto& row) {
-    return row.facN == units.resultForce && row.facM == units.resultLength &&
-           row.nameN == units.resultForceName && row.nameM == units.resultLengthName &&
-           row.namePa == units.resultPressureName;
-  });
-  return found == units.table.end() ? nullptr : &*found;
-}
-
-/// Whether the length unit of the system can be had by its name: the first row of that name counts.
-bool NamesItsLength(const Units& units, const UnitSystem& system) {
-  const auto first = std::find_if(units.table.begin(), units.table.end(),
-                                  [&](const auto& row) { return row.nameM == system.nameM; });
-  return first->facM == system.facM;
-}
-
-void WriteUnitTable(const Units& units, std::ostream& stream) {
-  if (units.table.empty()) return;
-  stream << "units_names\n";
-  for (const UnitSystem& row : units.table)
-    stream << "  " << row.name << ' ' << row.nameN << ' ' << row.nameM << ' ' << row.namePa << ' '
-           << Shortest{row.facN} << ' ' << Shortest{row.facM} << '\n';
-  stream << "end\n";
-}
-
-/// One system for everything, so that no factor but 1 is met.
-void WriteUnits(const Units& units, std::ostream& stream) {
-  WriteUnitTable(units, stream);
-  const UnitSystem* const system = ResultSystem(units);
-  if (system == nullptr) return;
-  stream << "units_mesh " << system->nameM << "\nunits_mat_and_load " << system->name
-         << "\nunits_res " << system->name << '\n';
-}
-
-void WriteSolver(const Project& project, std::ostream& stream) {
-  if (project.solverChoice == SolveSkyLine) stream << "Solver SkyLine\n";
-  if (project.solverChoice == SolveDouble) stream << "Solver Double\n";
-  if (project.solverChoice == SolveSparse)
-    stream << "Solver Sparse " << Shortest{project.tolerance1} << ' '
-           << Shortest{project.tolerance2} << ' ' << project.MaxIterations << '\n';
-}
-
-bool SameDirection(const ReaVec3& a, const ReaVec3& b) {
-  return std::equal(a.begin(), a.end(), b.begin(), b.end());
-}
-
-/// A vector that becomes `unit` to the last bit when the reader divides it by its length. The unit
-/// vector itself need not: its length may round to a neighbour of 1.
-ReaVec3 BeforeScaling(const ReaVec3& unit) {
-  constexpr int kTrials = 10000;
-  const double largest = std::max({std::abs(unit(1)), std::abs(unit(2)), std::abs(unit(3))});
-  for (int k = 0; k < kTrials; ++k) {
-    const double s = k == 0 ? 1.0 : k / largest;
-    const ReaVec3 v(unit(1) * s, unit(2) * s, unit(3) * s);
-    const double length = std::hypot(v(1), v(2), v(3));
-    if (SameDirection(ReaVec3(v(1) / length, v(2) / length, v(3) / length), unit)) return v;
-  }
-  return unit;
-}
-
-void WriteGravity(const ReaVec3& gravity, std::ostream& stream) {
-  if (SameDirection(gravity, ReaVec3(0.0, 0.0, 1.0))) return;
-  const ReaVec3 v = BeforeScaling(gravity);
-  stream << "GravityDirection " << Shortest{v(1)} << ' ' << Shortest{v(2)} << ' ' << Shortest{v(3)}
-         << '\n';
-}
-
-void WriteOptions(const Project& project, std::ostream& stream) {
-  constexpr int kDefaultDivisions = 20;
-  constexpr double kDefaultCoplanarity = 1e-7;
-  WriteSolver(project, stream);
-  if (project.ConvertTo6Nodes) stream << "ConvertTo6Nodes\n";
-  if (project.stressOption == MainStresses) stream << "MainStresses\n";
-  if (project.stressOption == MainAndLocalStresses) stream << "MainAndLocalStresses\n";
-  // Solids are smoothed without an angle.
-  if (project.smoothingAngle > 0.0)
-    stream << "DoSmoothing " << Shortest{project.smoothingAngle} << '\n';
-  if (project.CoplanarityAngle != kDefaultCoplanarity)
-    stream << "CoplanarityAngle " << Shortest{project.CoplanarityAngle} << '\n';
-  WriteGravity(project.gravity, stream);
-  if (project.NumOfDivisions != kDefaultDivisions)
-    stream << "NumOfDivisions " << project.NumOfDivisions << '\n';
-}
 
 // --- materials --------------------------------------------------------------------------------
 
@@ -154,10 +53,6 @@ void WriteMaterials(const Project& project, std::ostream& stream) {
 
 // --- meshes -----------------------------------------------------------------------------------
 
-constexpr const char* kTypeNames[] = {
-    "", "Linear", "Triangle", "Quadrilateral", "Tetrahedra", "Hexahedra",
-};
-
 void WriteCoordinates(const Mesh& mesh, std::ostream& stream) {
   for (const auto [number, node] : *mesh.nodes) {
     stream << "    " << number << ' ' << Shortest{node->x} << ' ' << Shortest{node->y};
@@ -188,8 +83,9 @@ void WriteElement(const Elem& elem, std::ostream& stream) {
 
 /// `listed`: whether this mesh lists the nodes.
 void WriteMesh(const Mesh& mesh, bool listed, std::ostream& stream) {
-  stream << "mesh\n  dimension = " << mesh.dimension << "   elemtype " << kTypeNames[mesh.elemType]
-         << "   nnode = " << mesh.nnode << "\n  coordinates\n";
+  stream << "mesh\n  dimension = " << mesh.dimension << "   elemtype "
+         << Mesh::NameOfElemType(mesh.elemType) << "   nnode = " << mesh.nnode
+         << "\n  coordinates\n";
   if (listed) WriteCoordinates(mesh, stream);
   stream << "  end coordinates\n  elements\n";
   for (const auto [number, elem] : mesh.elems) WriteElement(*elem, stream);
@@ -314,8 +210,7 @@ void WriteElementLoads(const Project& project, std::ostream& stream) {
 
 void WriteDeck(const Project& project, std::ostream& stream) {
   stream << "PROBLEM model\nTYPE " << (project.problemType == Plane ? "2d" : "3d") << "\n\n";
-  const UnitSystem* const system = ResultSystem(project.units);
-  const bool meshFirst = system != nullptr && !NamesItsLength(project.units, *system);
+  const bool meshFirst = LosesItsLength(project.units);
   if (meshFirst) WriteMeshes(project, stream);
   WriteUnits(project.units, stream);
   WriteOptions(project, stream);

@@ -117,6 +117,12 @@ int Mesh::ParseElemType(std::string_view word) {
   Fatal("ElemType must be: Linear,Triangle,Quadrilateral, Tetrahedra or Hexahedra\n");
 }
 
+const char* Mesh::NameOfElemType(int elemType) {
+  constexpr const char* kNames[] = {"Linear", "Triangle", "Quadrilateral", "Tetrahedra",
+                                    "Hexahedra"};
+  return elemType >= Linear && elemType <= Hexahedra ? kNames[elemType - 1] : "";
+}
+
 void Mesh::SetFemviewType() {
   for (const FemviewRow& row : kFemviewRows)
     if (row.type == elemType && row.nnode == nnode) {

@@ -45,6 +45,9 @@ public:
   /// Type code of a word by its first one or two letters, in any case; ends the run for any other.
   static int ParseElemType(std::string_view word);
 
+  /// The word of a type code, as decks write it; empty for any other code.
+  static const char* NameOfElemType(int elemType);
+
   /// Sets femviewType from elemType and nnode; ends the run with "Unknown Femview type\n" for a
   /// pair that is not in the table of ElemType.
   void SetFemviewType();

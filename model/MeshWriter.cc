@@ -6,14 +6,8 @@ namespace kestol {
 
 namespace {
 
-constexpr const char* kTypeNames[] = {"Linear", "Triangle", "Quadrilateral", "Tetrahedra",
-                                      "Hexahedra"};
 constexpr int kNumberWidth = 5;
 constexpr int kCoordinateWidth = 15;
-
-const char* TypeName(int elemType) {
-  return elemType >= Linear && elemType <= Hexahedra ? kTypeNames[elemType - 1] : "";
-}
 
 void WriteMaterial(std::ostream& stream, const Elem& elem, bool compact) {
   if (elem.material && compact) {
@@ -36,7 +30,7 @@ void Mesh::WriteMesh(std::ostream& stream, bool externalNumbers, bool compact) c
     return node == nullptr ? 0 : node->number;
   };
 
-  stream << "MESH    dimension = " << dimension << " ElemType " << TypeName(elemType)
+  stream << "MESH    dimension = " << dimension << " ElemType " << NameOfElemType(elemType)
          << "  Nnode = " << nnode << "\n";
   stream << "Coordinates\n";
   for (auto [key, node] : *nodes) {
