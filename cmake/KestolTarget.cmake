@@ -13,7 +13,7 @@ function(kestol_target target)
     target_compile_options(${target} PRIVATE -Werror)
   endif()
   if(KESTOL_SANITIZE)
-    target_compile_options(${target} PRIVATE -fsanitize=address,undefined
+    target_compile_options(${target} PRIVATE -fsanitize=address,undefined,float-cast-overflow
                                              -fno-sanitize-recover=all -fno-omit-frame-pointer)
     target_link_options(${target} PUBLIC -fsanitize=address,undefined)
   endif()

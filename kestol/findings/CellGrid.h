@@ -8,9 +8,11 @@ namespace kestol {
 
 // Space divided into cells, to find what is near without asking everything.
 
+/// What has no place, because a size or a sum of the model overflows, stands in cell 0.
 inline std::int64_t CellIndex(double x, double cell) {
   constexpr double kMost = 4e18;
-  return static_cast<std::int64_t>(std::clamp(std::floor(x / cell), -kMost, kMost));
+  const double index = std::floor(x / cell);
+  return std::isnan(index) ? 0 : static_cast<std::int64_t>(std::clamp(index, -kMost, kMost));
 }
 
 /// One number for the three of a cell; far cells may share one.

@@ -5,10 +5,10 @@
 #include <unordered_map>
 #include <vector>
 
-#include "kestol/findings/CellGrid.h"
 #include "kestol/findings/Geometry.h"
 #include "kestol/findings/Inspection.h"
 #include "kestol/findings/ModelRules.h"
+#include "kestol/findings/SegmentGrid.h"
 
 namespace kestol {
 
@@ -18,6 +18,7 @@ namespace {
 struct Segment {
   const Elem* beam;
   Vector3 a, b;
+  int level;  ///< of the grid
 };
 
 /// The nearest points of two segments as their parameters, 0 to 1.
@@ -47,60 +48,14 @@ bool ShareNode(const Elem& p, const Elem& q) {
   return Has(p, q.nodes[0]) || Has(p, q.nodes[1]);
 }
 
-/// Boxes of space, each with what reaches into it.
-class SegmentGrid {
-public:
-  SegmentGrid(const std::vector<Segment>& segments, double near) : near_(near) {
-    double sum = 0.0;
-    for (const Segment& segment : segments) sum += Norm(Minus(segment.b, segment.a));
-    cell_ = segments.empty() ? 1.0 : std::max(sum / static_cast<double>(segments.size()), near);
-    for (std::size_t i = 0; i < segments.size(); ++i)
-      ForEachCell(segments[i].a, segments[i].b,
-                  [&](std::uint64_t key) { cells_[key].push_back(i); });
-  }
-
-  /// Calls look(i) for the segments that may come near to the box of a and b; some of them twice.
-  template <class Look>
-  void ForEachAround(const Vector3& a, const Vector3& b, Look look) const {
-    ForEachCell(a, b, [&](std::uint64_t key) {
-      const auto found = cells_.find(key);
-      if (found == cells_.end()) return;
-      for (const std::size_t i : found->second) look(i);
-    });
-  }
-
-private:
-  // Cells along the segment: a long one does not fill its box.
-  template <class Look>
-  void ForEachCell(const Vector3& a, const Vector3& b, Look look) const {
-    const int steps = static_cast<int>(std::min(Norm(Minus(b, a)) / cell_, 10000.0)) + 1;
-    std::uint64_t last = 0;
-    for (int step = 0; step < steps; ++step) {
-      const Vector3 p = Plus(a, Times(Minus(b, a), static_cast<double>(step) / steps));
-      const Vector3 q = Plus(a, Times(Minus(b, a), static_cast<double>(step + 1) / steps));
-      std::array<std::array<std::int64_t, 2>, 3> range{};
-      for (int i = 0; i < 3; ++i)
-        range[i] = {CellOf(std::min(p[i], q[i]) - near_), CellOf(std::max(p[i], q[i]) + near_)};
-      for (std::int64_t i = range[0][0]; i <= range[0][1]; ++i)
-        for (std::int64_t j = range[1][0]; j <= range[1][1]; ++j)
-          for (std::int64_t k = range[2][0]; k <= range[2][1]; ++k) {
-            const std::uint64_t key = CellKey(i, j, k);
-            if (key != last) look(key);
-            last = key;
-          }
-    }
-  }
-  std::int64_t CellOf(double x) const { return CellIndex(x, cell_); }
-
-  double near_, cell_;
-  std::unordered_map<std::uint64_t, std::vector<std::size_t>> cells_;
-};
-
 std::vector<Segment> SegmentsOf(const Inspection& deck) {
   std::vector<Segment> segments;
   ForEachSoundElement(deck, deck.project, [&](const Mesh& mesh, const Elem& elem) {
-    if (mesh.elemType != Linear || !(elem.Length() > 0.0)) return;
-    segments.push_back({&elem, PositionOf(*elem.nodes[0]), PositionOf(*elem.nodes[1])});
+    if (mesh.elemType != Linear) return;
+    const Vector3 a = PositionOf(*elem.nodes[0]), b = PositionOf(*elem.nodes[1]);
+    const double length = Norm(Minus(b, a));
+    if (length > 0.0 && !std::isinf(length))
+      segments.push_back({&elem, a, b, SegmentGrid::LevelOf(length)});
   });
   return segments;
 }
@@ -115,15 +70,20 @@ struct Crossing {
 void FindCrossingBeams(const std::vector<Segment>& segments, const SegmentGrid& grid, double near,
                        std::vector<Crossing>& found) {
   std::vector<std::size_t> seen(segments.size(), segments.size());
+  std::vector<std::array<std::size_t, 2>> pairs;
   for (std::size_t i = 0; i < segments.size(); ++i)
     grid.ForEachAround(segments[i].a, segments[i].b, [&](std::size_t j) {
-      if (j >= i || seen[j] == i) return;
+      // Two of one size find each other.
+      if (j == i || seen[j] == i || (j > i && segments[j].level == segments[i].level)) return;
       seen[j] = i;
       if (ShareNode(*segments[i].beam, *segments[j].beam)) return;
       const Approach approach = Nearest(segments[i], segments[j]);
       if (approach.distance < near && IsInside(approach.s) && IsInside(approach.t))
-        found.push_back({segments[i].beam, segments[j].beam, nullptr});
+        pairs.push_back({std::max(i, j), std::min(i, j)});
     });
+  std::sort(pairs.begin(), pairs.end());
+  for (const auto& [later, earlier] : pairs)
+    found.push_back({segments[later].beam, segments[earlier].beam, nullptr});
 }
 
 void FindNodesOnBeams(const Inspection& deck, const std::vector<Segment>& segments,
@@ -147,6 +107,21 @@ void FindNodesOnBeams(const Inspection& deck, const std::vector<Segment>& segmen
   }
 }
 
+/// A node that stands where another does is on all its beams: that is said of the nodes.
+void DropCoincident(const Inspection& deck, std::vector<Crossing>& found) {
+  std::unordered_multimap<const Node*, const Node*> partners;
+  for (const auto& [a, b] : deck.joined) {
+    partners.emplace(a, b);
+    partners.emplace(b, a);
+  }
+  std::erase_if(found, [&](const Crossing& crossing) {
+    const auto [first, last] = partners.equal_range(crossing.node);
+    return crossing.node != nullptr && std::any_of(first, last, [&](const auto& pair) {
+             return Has(*crossing.beam, pair.second);
+           });
+  });
+}
+
 std::string CrossingText(const Crossing& crossing) {
   const std::string beam = std::to_string(crossing.beam->number);
   if (crossing.node != nullptr)
@@ -159,23 +134,16 @@ std::string CrossingText(const Crossing& crossing) {
 }  // namespace
 
 void FindCrossingMembers(Inspection& deck) {
-  constexpr double kNear = 1e-6;
   if (deck.project.meshes.empty()) return;
   const std::vector<Segment> segments = SegmentsOf(deck);
-  if (segments.size() < 1) return;
-  const double near = kNear * SizeOfModel(deck.project);
-  const SegmentGrid grid(segments, near);
+  const double near = PlaceTolerance(deck.project);
+  if (segments.empty() || std::isinf(near)) return;
+  SegmentGrid grid(near);
+  for (std::size_t i = 0; i < segments.size(); ++i) grid.Add(i, segments[i].a, segments[i].b);
   std::vector<Crossing> found;
   FindCrossingBeams(segments, grid, near, found);
   FindNodesOnBeams(deck, segments, grid, near, found);
-  // A node that stands where another does is on all its beams: that is said of the nodes.
-  std::erase_if(found, [&](const Crossing& crossing) {
-    return crossing.node != nullptr &&
-           std::any_of(deck.joined.begin(), deck.joined.end(), [&](const auto& pair) {
-             return (pair.first == crossing.node && Has(*crossing.beam, pair.second)) ||
-                    (pair.second == crossing.node && Has(*crossing.beam, pair.first));
-           });
-  });
+  DropCoincident(deck, found);
   for (const Crossing& crossing : found)
     deck.joined.emplace_back(crossing.beam->nodes[0],
                              crossing.node != nullptr ? crossing.node : crossing.other->nodes[0]);

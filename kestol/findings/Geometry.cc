@@ -46,6 +46,31 @@ double SizeOfModel(const Project& project) {
   return high[0] < low[0] ? 0.0 : Norm(Minus(high, low));
 }
 
+double SizeOfMiddle(const Project& project) {
+  if (project.meshes.empty()) return 0.0;
+  Vector3 size{};
+  std::vector<double> values;
+  for (int a = 0; a < 3; ++a) {
+    values.clear();
+    for (const auto [number, node] : *project.meshes[0]->nodes)
+      values.push_back(PositionOf(*node)[a]);
+    if (values.empty()) return 0.0;
+    const auto low = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 4);
+    const auto high = values.end() - 1 - (low - values.begin());
+    std::nth_element(values.begin(), low, values.end());
+    std::nth_element(low, high, values.end());
+    size[a] = *high - *low;
+  }
+  return Norm(size);
+}
+
+double PlaceTolerance(const Project& project) {
+  constexpr double kNear = 1e-6;
+  constexpr double kFarAway = 1000.0;
+  const double size = SizeOfModel(project), middle = SizeOfMiddle(project);
+  return kNear * (middle > 0.0 ? std::min(size, kFarAway * middle) : size);
+}
+
 bool IsWhole(const Elem& elem) {
   return std::all_of(elem.nodes.get(), elem.nodes.get() + elem.nnode,
                      [](const Node* node) { return node != nullptr; });

@@ -12,6 +12,14 @@ class Inspection;
 /// The diagonal of the box around all nodes; 0 without nodes.
 double SizeOfModel(const Project& project);
 
+/// The diagonal of the box around the middle half of the nodes, by each coordinate: a few nodes far
+/// away do not change it.
+double SizeOfMiddle(const Project& project);
+
+/// Points that are nearer are at one place: a millionth of the model's size. A coordinate that was
+/// typed wrongly must not bring all others together.
+double PlaceTolerance(const Project& project);
+
 /// Which nodes have an element, by node number.
 std::vector<bool> NodesWithElements(const Project& project);
 

@@ -80,9 +80,9 @@ using NodePair = std::pair<const Node*, const Node*>;
 /// Finds nodes closer than `near` through a grid of cells that are much larger.
 class NodeGrid {
 public:
-  explicit NodeGrid(double near) : near_(near), cell_(1000.0 * near) {}
+  NodeGrid(double near, double cell) : near_(near), cell_(std::max(near, cell)) {}
 
-  /// Calls look(other) for the nodes near `node` that were added before.
+  /// Calls look(other) for the nodes near `node` that were added before, until that is false.
   template <class Look>
   void ForEachNear(const Node& node, Look look) const {
     const Vector3 x = PositionOf(node);
@@ -93,7 +93,7 @@ public:
         for (std::int64_t k = range[2][0]; k <= range[2][1]; ++k) {
           const auto [first, last] = cells_.equal_range(CellKey(i, j, k));
           for (auto found = first; found != last; ++found)
-            if (Norm(Minus(PositionOf(*found->second), x)) < near_) look(*found->second);
+            if (Norm(Minus(PositionOf(*found->second), x)) < near_ && !look(*found->second)) return;
         }
   }
   void Add(const Node& node) {
@@ -107,17 +107,22 @@ private:
   std::unordered_multimap<std::uint64_t, const Node*> cells_;
 };
 
-/// Pairs of nodes that stand at one place, the one with the larger number behind.
+/// Pairs of nodes that stand at one place, the one with the larger number behind. Where a crowd
+/// stands, each later node is paired with the first ones alone.
 std::vector<NodePair> CoincidentPairs(const Project& project) {
-  constexpr double kNear = 1e-6;
+  constexpr double kCellOfMiddle = 1e-3;
+  constexpr int kCrowd = 8;
   std::vector<NodePair> pairs;
-  const double near = kNear * SizeOfModel(project);
-  if (!(near > 0.0)) return pairs;
-  NodeGrid grid(near);
+  const double near = PlaceTolerance(project);
+  if (!(near > 0.0) || std::isinf(near)) return pairs;
+  NodeGrid grid(near, kCellOfMiddle * SizeOfMiddle(project));
   for (const auto [number, node] : *project.meshes[0]->nodes) {
-    grid.ForEachNear(*node,
-                     [&, later = node](const Node& other) { pairs.emplace_back(&other, later); });
-    grid.Add(*node);
+    int others = 0;
+    grid.ForEachNear(*node, [&, later = node](const Node& other) {
+      pairs.emplace_back(&other, later);
+      return ++others < kCrowd;
+    });
+    if (others < kCrowd) grid.Add(*node);
   }
   return pairs;
 }
