@@ -11,7 +11,7 @@ import words_of_records
 import words_of_solutions
 from bases import BASES
 from checker import Checker, Score
-from words import check_rows
+from words import check_rows, place_of
 from words_of_program import CODES, REFUSED, TABLES, USAGE
 
 ROOMS = (words_of_records, words_of_lists, words_of_materials, words_of_model, words_of_loads, words_of_motions,
@@ -23,9 +23,25 @@ def check_findings(checker, score):
         check_rows(checker, score, room.ROWS)
     check_rows(checker, score, words_of_loads.UNSOLVED, "--no-solve")
     check_rows(checker, score, words_of_motions.SHARED, "--disable", "hinge-shared")
+    check_rows(checker, score, words_of_motions.ALL, "--mechanism", "10")
     check_rows(checker, score, words_of_motions.LIMITED, "--mechanism", "1")
     check_rows(checker, score, words_of_motions.UNEXPLAINED, "--mechanism", "0")
     check_rows(checker, score, [(BASES["portal"],)])
+
+
+def check_documents(checker, score):
+    """The same words in JSON, with all lines of a finding in one text."""
+    for deck, *findings in words_of_lists.HINTS + words_of_motions.MECHANISMS:
+        found = checker.findings(deck, "--no-condition")
+        score.equal(len(found), len(findings), "in JSON", found)
+        for finding, (mark, words, *more) in zip(found, findings):
+            severity, words = words.split(": ", 1)
+            words, code = words[:-1].rsplit(" [", 1)
+            line, column, length = place_of(deck, mark) if mark else (0, 0, 0)
+            score.equal((finding["severity"], finding["code"], finding["text"]),
+                        (severity, code, "\n".join([words, *more])), "in JSON")
+            score.equal((finding["line"], finding["column"], finding["endColumn"]), (line, column, column + length),
+                        words, "in JSON")
 
 
 def check_program(checker, score):
@@ -82,12 +98,24 @@ def check_tables(checker, score):
                 score.equal(line, titles.get(i))
 
 
+def check_mid_sides(checker, score):
+    """Supports that the conversion makes half-way between others, and their share of 1000."""
+    run = checker.run("--reactions", checker.write(BASES["plate"]))
+    rows = [(line[:14].rstrip(), float(line[36:47])) for line in run.stdout.split("\n")[2:] if line]
+    edges = ["1-2", "1-4", "2-3", "3-6", "4-7", "6-9", "7-8", "8-9"]
+    wanted = [f"node {node}" for node in (1, 2, 3, 4, 6, 7, 8, 9)] + [f"between {edge}" for edge in edges]
+    score.equal(sorted(name for name, _ in rows), sorted(wanted), "mid-sides")
+    score.expect(abs(sum(force for _, force in rows) - 1000) < 0.1, "of mid-sides", rows)
+
+
 def main():
     checker, score = Checker(sys.argv[1]), Score()
     check_findings(checker, score)
+    check_documents(checker, score)
     check_program(checker, score)
     check_explanations(checker, score, sys.argv[2])
     check_tables(checker, score)
+    check_mid_sides(checker, score)
     score.end()
 
 

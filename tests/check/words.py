@@ -46,19 +46,17 @@ def summary(path, findings):
 
 def alike(found, wanted):
     """Whether the texts are the same but for numbers that are known to a percent."""
-    numbers = [float(n) for n in re.findall("≈([-+.0-9e]+)", wanted)]
-    pattern = re.sub("≈[-+.0-9e]+", "([-+.0-9e]+)", re.escape(wanted).replace("\\-", "-").replace("\\+", "+")
-                     .replace("\\.", ".")) if numbers else None
-    if pattern is None:
-        return found == wanted
-    match = re.fullmatch(pattern, found)
+    parts = re.split("≈([-+.0-9e]+)", wanted)
+    match = re.fullmatch("([-+.0-9e]+)".join(map(re.escape, parts[::2])), found)
+    numbers = [float(number) for number in parts[1::2]]
     return match is not None and all(abs(float(f) - n) <= 0.01 * abs(n) for f, n in zip(match.groups(), numbers))
 
 
 def check_rows(checker, score, rows, *options):
-    """The whole of standard error for each row."""
+    """The whole of standard error for each row, and the exit status."""
     for deck, *findings in rows:
         path = checker.write(deck)
         wanted = "".join(finding_text(path, deck, *finding) for finding in findings) + summary(path, findings)
-        found = checker.run(*options, path).stderr
-        score.expect(alike(found, wanted), f"\n  found\n{found}  wanted\n{wanted}")
+        run = checker.run(*options, path)
+        score.expect(alike(run.stderr, wanted), f"\n  found\n{run.stderr}  wanted\n{wanted}")
+        score.equal(run.returncode, int(any(words.startswith("error") for _, words, *_ in findings)), wanted)

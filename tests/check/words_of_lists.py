@@ -101,6 +101,10 @@ SECTIONS = [
     *((edit(PORTAL, "\nrotules\n", f"\n{word}\n"),
        (f"\n[{word}]\n", f'error: "{word}" is not known: did you mean "rotules"? [unknown-word]'))
       for word in ("hinges", "releases")),
+    *((edit(deck, old, f"{old} Euler4=1"),
+       (mark, "error: Euler angles must be: Euler1,Euler2 or Euler3 [unknown-word]"))
+      for deck, old, mark in ((PORTAL, "  3  0 -20", "  [3]  0 -20 E"), (PORTAL, "  5  110  0 0 0", "  [5]  110"))),
+    ("PROBLEM x\nTYPE 2d\n", (None, "error: it is necessary at least one mesh [syntax]")),
     # ---- words that are taken for others
     (edit(PORTAL, "PROBLEM portal", "# My problems\nPROBLEM portal"),
      ("My [problems]", 'warning: "problems" is taken as the keyword "problem" [keyword-in-text]')),
@@ -170,7 +174,29 @@ HINTS = [
             "Input of materials not correct. Unknown char: '#'", "no comment stands behind values"),
 ]
 
+# The portal's units for the plate, whose lengths and forces are any.
+IN_UNITS = edit(PLATE, "\nmesh\n", PORTAL[PORTAL.index("units_names"):PORTAL.index("NumOf")] + "mesh\n",
+                "E=2.1e11", "E=2.1e8", "G=8.0769e10", "G=8.0769e7")
+
+
+def behind(base, section, called=None):
+    """The base with a section, perhaps of another name, in front of the units of all values."""
+    begin, end = base.index(f"\n{section}\n") + 1, f"end {section}\n"
+    text, keyword, name = base[begin:base.index(end) + len(end)], "units_mat_and_load kN-m\n", called or section
+    deck = edit(base, keyword, "", text, "", "  end elements\n",
+                "  end elements\n" + text.replace(section, name) + keyword)
+    line = deck[:deck.index(f"\n{name}\n") + 1].count("\n") + 1
+    return deck, ("[units_mat_and_load]", f"warning: units_mat_and_load stands behind {name} on line {line}, whose "
+                  "values it does not scale [units-order]")
+
+
 UNITS = [
+    behind(PORTAL, "constraints"),
+    behind(PORTAL, "nodal_point_loads"),
+    behind(PORTAL, "global_pressure_loads"),
+    behind(PORTAL, "global_pressure_loads", "local_pressure_loads"),
+    behind(PORTAL, "global_pressure_loads", "global_projected_pressure_loads"),
+    behind(IN_UNITS, "face_loads"),
     *((edit(PORTAL, f"{keyword}\n", "") + f"{keyword}\n",
        (f"\n[{name}] {system}",
         f"warning: {name} stands behind {first} on line {line}, whose values it does not scale [units-order]"))

@@ -3,6 +3,7 @@ import math
 
 from bases import BASES
 from words import edit
+from words_of_model import SLENDER
 
 PORTAL, SPACE, PLATE, BLOCK, SPRINGS = (BASES[name] for name in ("portal", "space", "plate", "block", "springs"))
 FORCE = "nodal_point_loads\n  2  0 -1000 0\nend nodal_point_loads\n"
@@ -93,6 +94,11 @@ REFUSED = [
      ("[elemtype]", "error: elemtype unknown [model]")),
     (edit(BLOCK, "\nmesh\n", "\nSolver Double\nmesh\n"),
      ("[Solver]", "error: Double solver not implemented for tetrahedras [model]")),
+    (edit(SLENDER, "nnode = 3", "nnode = 6", "    3  1 0.1 0\n",
+          "    3  0 1 0\n    4  0.5 0 0\n    5  0.5 0.5 0\n    6  0 0.5 0\n", "    1  1 2 3  1\n",
+          "    1  1 2 3 4 5 6  1\n",
+          "\nmesh\n", "\nSolver Double\nmesh\n"),
+     ("[Solver]", "error: Solver DOUBLE needs a shell mesh of 3-noded triangles [model]")),
     (edit(SPRINGS, "  3  010  0 -0.01 0  Euler3=0.5", "  3  010  0 -0.01 0  Euler1=0.5"),
      ("  [3]  010", "error: Local z axe must be (0,0,1) for 2D problems.Node: 3 [model]")),
     (edit(PORTAL, "end global_pressure_loads\n", "end\nface_loads\n  3  0 -5\nend\n"),
@@ -107,6 +113,10 @@ REFUSED = [
     # Axes that fit no beam along y: one finding for the material.
     (edit(SPACE, "widthZ=0.2", "widthZ=0.2 Euler3=0"),
      ("    [3]  3 4", "error: Local x axe is orthogonal to the direction of the beam. Element: 3 [model]")),
+    (edit(PLATE, "t=0.02", f"t=0.02 Euler2={math.pi / 2!r}"),
+     ("    [1]  1 2 5", "error: error in element 1. Normal to element and X local are parallel [model]")),
+    (edit(PLATE, "E=2.1e11 nu=0.3", "Ex=2e11 Ey=1e11 nuXY=0.8 nuYX=1.6"),
+     ("  [1]  Ex", "error: error in element 1 nuXY*nuYX must be less than 1 [model]")),
     (edit(PLATE, "E=2.1e11 nu", "Ex=2.1e11 Ey=1e11 nu"),
      ("  [1]  Ex", "error: error in element 1 Ex*nuXY must be equal to Ey*nuYX [model]")),
 ]
@@ -133,7 +143,8 @@ COSTS = [(STATIONS, ("[NumOfDivisions]", "warning: the stations of the beams tak
                      "NumOfDivisions? [cost]"))]
 
 # With --no-solve. 5301 nodes in a full half: 5301 * 5302 / 2 blocks of 36 numbers of 8 bytes are 4.04725 GB.
-UNSOLVED = [(fan(5300), ("[Solver]", "warning: Solver SkyLine takes 4.04725 GB for its matrix: Solver Sparse takes less "
+UNSOLVED = [(fan(5300), ("[Solver]", "warning: Solver SkyLine takes 4.04725 GB for its matrix: Solver Sparse takes "
+                         "less "
                          "[cost]"))]
 
 ROWS = LOADS + SUPPORTS + REFUSED + COSTS

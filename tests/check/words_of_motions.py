@@ -3,7 +3,7 @@ import math
 
 from bases import BASES
 from words import edit
-from words_of_model import beams, chain, links
+from words_of_model import SLENDER, beams, chain, links
 
 PORTAL, SPACE, PLATE, BLOCK, SPRINGS = (BASES[name] for name in ("portal", "space", "plate", "block", "springs"))
 
@@ -17,6 +17,11 @@ def supported(base, *lines):
 def hinged(deck, *nodes):
     rows = "".join(f"  {node}\n" for node in nodes)
     return edit(deck, "nodal_point_loads", f"rotules\n{rows}end rotules\nnodal_point_loads")
+
+
+def rollers(deck, *nodes):
+    """The deck whose clamps at these nodes hold y alone."""
+    return edit(deck, *(part for node in nodes for part in (f"  {node}  111  0 0 0", f"  {node}  010  0 0 0")))
 
 
 def rigid(deck, words, *more):
@@ -56,8 +61,7 @@ RIGID = [
           "mode 1: nodes 1-3 turn about z at (0, 14.6)", "  supports at nodes 1 and 3 (lines 21-22)"),
     # Lines that follow each other are a range.
     rigid(supported(PORTAL, "1  010  0 0 0", "5  010  0 0 0", "1  001  0 0 0", "4  010  0 0 0"),
-          "the model a rigid motion",
-          "mode 1: nodes 1-5 slide along x", "  hinges at node 2 (line 42)",
+          "the model a rigid motion", "mode 1: nodes 1-5 slide along x", "  hinges at node 2 (line 42)",
           "  supports at nodes 1, 4 and 5 (lines 35-36, 38)"),
     # What another hinge lets the column at its roller do is told behind, and numbered on.
     rigid(edit(supported(PORTAL, "1  010  0 0 0", "5  010  0 0 0", "1  001  0 0 0"), "rotules\n  2\n",
@@ -65,8 +69,8 @@ RIGID = [
           "the model a rigid motion", "mode 1: nodes 1-5 slide along x", "  hinges at nodes 2 and 4 (lines 41-42)",
           "  supports at nodes 1 and 5 (lines 35-36)")
     + ((None, "error: the model is a mechanism in 1 way [mechanism]",
-        "mode 2: node 5 moves along x and turns about z",
-        "        element 4 turns about z", "  hinges at node 4 (line 42)", "  supports at node 5 (line 36)"),),
+        "mode 2: node 5 moves along x and turns about z", "        element 4 turns about z",
+        "  hinges at node 4 (line 42)", "  supports at node 5 (line 36)"),),
     # A beam that nothing holds, around its middle.
     rigid(beams(chain(2) + chain(2, y=1), [(1, 2), (3, 4)]), "a part of the model 3 rigid motions",
           "mode 1: nodes 3 and 4 slide along x", "mode 2: nodes 3 and 4 slide along y",
@@ -93,6 +97,11 @@ SECOND_WAY = ["mode 2: node 4 moves along y and turns about z", "        node 5 
               "        elements 3 and 4 turn about z", "  hinges at nodes 3, 4 and 5 (lines 33-35)",
               "  supports at node 6 (line 28)"]
 
+TIES = edit(supported(SLENDER, "1  111111  0 0 0 0 0 0", *(f"{i}  001110  0 0 0 0 0 0" for i in (2, 3, 4)),
+                      "5  111111  0 0 0 0 0 0"),
+            "    2  1 0 0\n    3  1 0.1 0\n", "    2  0.5 0.5 0\n    3  1 0 0\n    4  1.5 0.5 0\n    5  2 0 0\n",
+            "    1  1 2 3  1\n", "    1  1 3 2  1\n    2  3 5 4  1\n")
+
 # Two chains of other lengths with a strut between their middles.
 STRUT = hinged(beams(chain(5) + [(-1, -1), (0, -1), (2, -1), (4, -1), (5, -1)], links(1, 5) + links(6, 10) + [(3, 8)],
                      (1, 5, 6, 10)), 2, 3, 4, 7, 8, 9)
@@ -106,8 +115,7 @@ MECHANISMS = [
                    "    3  3 4  2\n    4  4 5  1\n", "    3  3 4  2\n    4  5 4  1\n"), "1 way",
               "mode 1: nodes 1 and 2 turn about z at (0, 0)", "        nodes 3 and 4 slide along x",
               "        node 5 turns about z", "        element 4 turns about z",
-              "  hinges at nodes 2 and 4 (lines 40-41)",
-              "  supports at nodes 1 and 5 (lines 35-36)"),
+              "  hinges at nodes 2 and 4 (lines 40-41)", "  supports at nodes 1 and 5 (lines 35-36)"),
     (STRUT,
      ("  [3]\n  4\n",
       "warning: hinge at node 3: elements 3 and 9 are released, element 2 keeps the node [hinge-shared]"),
@@ -117,31 +125,33 @@ MECHANISMS = [
                 "        nodes 4 and 9 turn about z",
                 "        elements 2, 3, 6 and 7 turn about z", "  hinges at nodes 2, 3, 4, 7, 8 and 9 (lines 42-47)",
                 "  supports at nodes 5 and 10 (lines 36, 38)")[1:]),
+    # A rail on a swinging strut moves without turning: element 2 keeps node 3, element 3 node 4.
+    mechanism(hinged(rollers(beams([(0, 0), (1, 0), (1, 1), (2, 1)], links(1, 4), (1, 4)), 4), 2, 3), "1 way",
+              "mode 1: node 4 moves along x", "        node 3 moves along x and turns about z",
+              "        element 2 turns about z", "  hinges at nodes 2 and 3 (lines 28-29)",
+              "  supports at node 4 (line 24)"),
+    # Two triangles that turn against each other in their plane about nodes 1 and 5, and share node 3 between these.
+    mechanism(TIES, "1 way", "mode 1: nodes 2-4 move in different ways",
+              "  supports at nodes 1, 2, 3, 4 and 5 (lines 23-27)"),
     # Two tetrahedra with one edge in common.
     mechanism(edit(BLOCK, "    5  1 1 1\n", "    5  0.5 -1 0\n    6  0.5 -1 1\n", "2 5 3 4  1", "1 2 6 5  1"),
-              "1 way",
-              "mode 1: nodes 5 and 6 turn about the line through (0.5, 0, 0) along x",
+              "1 way", "mode 1: nodes 5 and 6 turn about the line through (0.5, 0, 0) along x",
               "  supports at nodes 1 and 2 (lines 24-25)"),
     # A beam along (1, 1, 0) on a hinge that takes its torsion.
     mechanism(hinged(edit(SCREW, "    1  1 0 0\n    2  0 1 0\n    3  -1 0 0\n",
                           "    1  0 0 0\n    2  1 0 0\n    3  2 1 0\n",
                           SCREW[SCREW.index("  1  101"):SCREW.index("end constr")], "  1  111111  0 0 0 0 0 0\n"), 2),
-              "2 ways",
-              "mode 1: node 3 moves along (0.707, -0.707, 0) and turns about z", "        element 2 turns about z",
+              "2 ways", "mode 1: node 3 moves along (0.707, -0.707, 0) and turns about z",
+              "        element 2 turns about z",
               "  hinges at node 2 (line 26)", "mode 2: node 3 moves along z and turns about (0.707, -0.707, 0)",
               "        element 2 turns about (0.707, -0.707, 0)", "  hinges at node 2 (line 26)"),
 ]
 
 
-def rollers(deck, *nodes):
-    """The deck whose clamps at these nodes hold y alone."""
-    return edit(deck, *(part for node in nodes for part in (f"  {node}  111  0 0 0", f"  {node}  010  0 0 0")))
-
-
 def interleaved(count):
     """A chain of odd nodes on rollers, and one of even nodes that is held."""
-    nodes = [(i, i % 2) for i in range(2 * count - 1)]
     last = 2 * count - 1
+    nodes = [(i, i % 2) for i in range(last)]
     return rollers(beams(nodes, links(1, last - 1, 2), (1, last, 4)), 1, last)
 
 
@@ -153,8 +163,7 @@ COLUMNS = hinged(beams([(x, y) for x in range(11) for y in range(3)],
 MANY = [
     # Of a list eight are told here, with their lines.
     rigid(hinged(rollers(edit(beams(chain(12), links(1, 12), range(1, 13)), "  2  0 -1000 0", "  2  7 0 0"),
-                         *range(1, 13)),
-                 *range(2, 12)),
+                         *range(1, 13)), *range(2, 12)),
           "the model a rigid motion", "mode 1: nodes 1-12 slide along x",
           "  hinges at nodes 2, 3, 4, 5, 6, 7, 8, 9 and 2 more (lines 54-61)",
           "  supports at nodes 1, 2, 3, 4, 5, 6, 7, 8 and 4 more (lines 39-46)"),
@@ -175,7 +184,24 @@ SHARED = [mechanism(
     "  hinges at nodes 3, 6, 9, 12, 15, 18, 21, 24 and 3 more (lines 95-102)",
     "  supports at nodes 1, 4, 7, 10, 13, 16, 19, 22 and 3 more (lines 81-88)")]
 
-# With --mechanism 1, and 0.
+
+def long_chain(count):
+    """A chain whose ends are clamped, with all between hinged: one way for each node that no clamped beam holds."""
+    hinge = 25 + (count - 3) + (count - 1 - 2) + (2 - 1)  # the line of node 2: 25 for 3 nodes, 2 elements, 1 support
+    more = []
+    for way, node in enumerate(range(3, count - 1), 1):
+        near = [n for n in range(node - 1, node + 3) if n < count]
+        blanks = " " * len(f"mode {way}: ")
+        more += [f"mode {way}: node {node} moves along y and turns about z", f"{blanks}node {node + 1} turns about z",
+                 f"{blanks}elements {node - 1} and {node} turn about z",
+                 f"  hinges at nodes {', '.join(map(str, near[:-1]))} and {near[-1]} "
+                 f"(lines {hinge + near[0] - 2}-{hinge + near[-1] - 2})"]
+    return mechanism(hinged(beams(chain(count), links(1, count), (1, count)), *range(2, count)), f"{count - 4} ways",
+                     *more, f"  supports at node {count} (line {hinge - 4})")
+
+
+# With --mechanism 10, 1, and 0.
+ALL = [long_chain(14)]
 LIMITED = [two_ways("and 1 more")]
 UNEXPLAINED = [row[:1] + (row[1][:2],) for row in LIMITED]
 

@@ -39,6 +39,10 @@ NUMBERS = [
     # One comma in a record is a habit: the others are not told.
     (edit(PORTAL, "  2  12.5 0 0", "  2  12,5 0,0 0,0"),
      ("2  [12,5] 0,0", 'error: "12,5" is read as 12: a decimal comma? [number-cut]')),
+    *((edit(SPRINGS, "\nmesh\n", f"\n{words}\nmesh\n"),
+       (words.replace(value, f"[{value}]"), f'error: "{value}" is read as {value[0]}: a decimal comma? [number-cut]'))
+      for words, value in (("DoSmoothing 0,5", "0,5"), ("CoplanarityAngle 1,5", "1,5"), ("NumOfDivisions 8,5", "8,5"),
+                           ("GravityDirection 0 0,6 -1", "0,6"), ("Solver Sparse 1e-6 2,5e-3 500", "2,5e-3"))),
     # ---- numbers of nodes, elements and records
     (edit(PORTAL, "    2  0 4\n", "    2.0  0 4\n"),
      ("    [2.0]  0 4\n", 'error: "2.0" is read as 2, ".0" as what follows [node-number]')),
@@ -111,6 +115,9 @@ KEYS = [
     keyed(PORTAL, "A=0.02", "Q=0.02", "Q", "error", "is not known", "unknown-word"),
     keyed(SPRINGS, "Euler3=0.5", "Eulr3=0.5", "Eulr3", "error", 'is not known: did you mean "Euler3"?',
           "unknown-word"),
+    *(keyed(SPRINGS, "Euler3=0.5", f"Eulr{i}=0.5", f"Eulr{i}", "error", f'is not known: did you mean "Euler{i}"?',
+            "unknown-word") for i in (1, 2)),
+    keyed(SPRINGS, "Euler3=0.5", "unts=m", "unts", "error", 'is not known: did you mean "units"?', "unknown-word"),
     keyed(SPRINGS, "Euler3=0.5", "angle=0.5", "angle", "error", "is not known", "unknown-word"),
     keyed(PORTAL, "Weight=78.5\n  2", "Weight=78.5 Alpha=1.2e-5\n  2", "Alpha", "error",
           'sets A by its beginning and overrides "A"', "key-prefix"),
