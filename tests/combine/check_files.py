@@ -169,8 +169,9 @@ xi = 0.9
         self.assertRegex(end.out, r"^kestol-combine \d+\.\d+\.\d+\n$")
 
     def test_verbose_and_quiet(self) -> None:
-        self.assertIn("STIFFNESS", self.folder.combine("c.toml", "-v").err +
-                      self.folder.combine("c.toml", "-v", "--solver", "skyline").err)
+        loud = self.folder.combine("c.toml", "-v", "--solver", "skyline").err
+        self.assertEqual(loud.splitlines()[:3], ["", "INFORMATION ABOUT STIFFNESS MATRIX",
+                                                 "Sky matrix storage with Txolesky"])
         self.assertEqual(self.folder.combine("c.toml", "-q").err, "")
 
 
