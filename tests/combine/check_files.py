@@ -8,6 +8,7 @@ from __future__ import annotations
 
 import csv
 import json
+import re
 import unittest
 import xml.etree.ElementTree
 from pathlib import Path
@@ -164,6 +165,10 @@ xi = 0.9
             self.assertIn(option, end.out)
         self.assertIn("COMBINATIONS.toml REQUIRED  the model, its cases and combinations\n", end.out)
         self.assertRegex(end.out, "--version +the version\n")
+        self.folder.combine("c.toml", "--csv", "PREFIX", "--vtu", "PREFIX")
+        for name in ("PREFIX_nodes.csv", "PREFIX_stations.csv", "PREFIX_NAME.vtu", "PREFIX.pvd"):
+            self.assertRegex(end.out, rf"--(csv|vtu) PREFIX +.*\b{re.escape(name)}")
+            self.assertIn(name.replace("NAME", "ULS1"), self.folder.names())
         end = self.folder.combine("--version")
         self.assertEqual((end.status, end.err), (0, ""))
         self.assertRegex(end.out, r"^kestol-combine \d+\.\d+\.\d+\n$")

@@ -28,6 +28,8 @@ def check_help(bench):
         for name, text in (("--help", done.stdout.decode()), ("man page", page),
                            ("docs/export.md", guide), ("completion", completion)):
             bench.expect(option in text, option, "in", name)
+    tables = re.search(r"--csv PREFIX +tables PREFIX(.*)", done.stdout.decode())[1]
+    bench.expect(re.findall(r"_(\w+)", tables) == list(TABLES), "--help names the tables", tables)
     version = bench.run("--version")
     bench.expect(version.returncode == 0 and version.stdout.startswith(b"kestol-export 0."), version)
     with open("/dev/full", "wb") as full:

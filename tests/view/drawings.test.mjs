@@ -34,6 +34,11 @@ test('--svg writes the drawings and no page', async () => {
   assert.match(text[0], /class="m loadtext"[^>]*>10000</);
 });
 
+test('--help names the drawings', async () => {
+  const [, line] = /--svg PREFIX +(.*)/.exec((await view('--help')).stdout);
+  assert.deepEqual([...line.matchAll(/_(\w+)\.svg/g)].map(([, name]) => name), drawings);
+});
+
 test('the first picture of the README is what the program draws', async () => {
   const prefix = join(folder, 'readme');
   await view('--solver', 'skyline', '--svg', prefix, example('portal/portal.dat'));
