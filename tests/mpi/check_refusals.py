@@ -166,6 +166,11 @@ class Outputs(Refused):
             self.refused(f"kestol-mpi: error: failed writing to /dev/full: {reason}", 2, "-q", option, "/dev/full",
                          "01-cantilever.dat", processes=processes)
 
+    def test_mesh_file_on_a_full_device(self):
+        (self.here / "x.kestol.bon").symlink_to("/dev/full")
+        self.refused("kestol-mpi: error: x.kestol.bon: Failed writing to disk. Probably the disk is full", 2, "-q", "-p",
+                     "-r", "x.kestol.res", "01-cantilever.dat", processes=0)
+
     def test_standard_output_on_a_full_device(self):
         for option, reason in (("-o", "No space left on device"), ("-i", "not every line was taken")):
             with open("/dev/full", "wb") as full:
