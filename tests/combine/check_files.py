@@ -8,15 +8,17 @@ from __future__ import annotations
 
 import csv
 import json
+import os
 import re
+import subprocess
 import unittest
 import xml.etree.ElementTree
 from pathlib import Path
 
 import jsonschema
 
-from combine_documents import COMBINED, GENERATED, Documents
-from combine_run import CASES
+from combine_documents import COMBINE, COMBINED, GENERATED, Documents
+from combine_run import CASES, on_terminal
 
 HERE = Path(__file__).parent
 
@@ -178,6 +180,18 @@ xi = 0.9
         self.assertEqual(loud.splitlines()[:3], ["", "INFORMATION ABOUT STIFFNESS MATRIX",
                                                  "Sky matrix storage with Txolesky"])
         self.assertEqual(self.folder.combine("c.toml", "-q").err, "")
+
+    def test_long_work_shows_its_progress_on_a_terminal(self) -> None:
+        """The model comes through a pipe, in the third second."""
+        os.mkfifo(self.folder.path / "slow")
+        self.folder.write("c.toml", COMBINED.replace("portal.dat", "slow"))
+        line = r"\r[^\r\n]*\x1b\[K"
+        shown = rf"\rINFORMATION ABOUT STIFFNESS MATRIX\x1b\[K({line})*\r\x1b\[K"
+        for options, wanted in ([], shown), (["-q"], ""):
+            with subprocess.Popen(["sh", "-c", "(sleep 2.3; cat portal.dat) > slow"], cwd=self.folder.path):
+                status, said = on_terminal(self.folder.path, COMBINE, "c.toml", *options)
+            self.assertEqual(status, 0, said)
+            self.assertRegex(said, f"^{wanted}$")
 
 
 if __name__ == "__main__":

@@ -1,9 +1,12 @@
 #!/usr/bin/env python3
 """Runs kestol-mpi as its users do, with every option: check_program.py MPIRUN KESTOL_MPI KESTOL SOURCE"""
+import contextlib
+import os
+import pty
 import re
 import subprocess
 
-from mpi_run import KESTOL, Case, block, kestol_mpi, main
+from mpi_run import KESTOL, PROGRAM, Case, block, kestol_mpi, main
 
 NUMBER = r"[-+]?\d+\.?\d*(?:[eE][-+]?\d+)?"
 
@@ -92,6 +95,26 @@ class Outputs(Case):
         self.assertLess(largest, memory)
         alone = kestol_mpi("-v", "14-cylindrical-roof.dat", cwd=self.here)
         self.assertRegex(alone.stderr, r"\n1 process, \d+ nodes; peak memory \d+ MB$")
+
+    def test_long_work_shows_its_progress_on_a_terminal(self):
+        """The deck comes through a pipe, in the third second: then the next stage is named."""
+        self.deck("01-cantilever.dat")
+        os.mkfifo(self.here / "slow")
+        shown = (r"\rdividing the nodes\x1b\[K(\r[^\r\n]*\x1b\[K)*\r\x1b\[K"
+                 r"kestol-mpi: direct, residual [^\r]*\r\n(\r[^\r\n]*\x1b\[K)*")
+        for options, wanted in (((), shown), (("-q",), "")):
+            leader, follower = pty.openpty()
+            with subprocess.Popen(["sh", "-c", "(sleep 2.3; cat 01-cantilever.dat) > slow"], cwd=self.here), \
+                    subprocess.Popen([PROGRAM, "slow", "-r", "x.kestol.res", *options], cwd=self.here,
+                                     stderr=follower) as run:
+                os.close(follower)
+                said = b""
+                with contextlib.suppress(OSError):  # how the end of a terminal is told
+                    while piece := os.read(leader, 4096):
+                        said += piece
+            os.close(leader)
+            self.assertEqual(run.returncode, 0)
+            self.assertRegex(said.decode(), f"^{wanted}$")
 
     def test_help_and_version_come_once(self):
         run = kestol_mpi("--help", processes=2)

@@ -168,8 +168,8 @@ class Outputs(Refused):
 
     def test_mesh_file_on_a_full_device(self):
         (self.here / "x.kestol.bon").symlink_to("/dev/full")
-        self.refused("kestol-mpi: error: x.kestol.bon: Failed writing to disk. Probably the disk is full", 2, "-q", "-p",
-                     "-r", "x.kestol.res", "01-cantilever.dat", processes=0)
+        self.refused("kestol-mpi: error: x.kestol.bon: Failed writing to disk. Probably the disk is full", 2, "-q",
+                     "-p", "-r", "x.kestol.res", "01-cantilever.dat", processes=0)
 
     def test_standard_output_on_a_full_device(self):
         for option, reason in (("-o", "No space left on device"), ("-i", "not every line was taken")):
