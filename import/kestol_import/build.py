@@ -9,7 +9,7 @@ import numpy as np
 from .applied import Applied
 from .diagonals import swap_corner_diagonals
 from .elements import check_plane, group_of, select_elements
-from .errors import Place
+from .errors import Place, plural
 from .forces import ForceLines, force_lines
 from .loads import LoadLines, distributed_lines
 from .materials import number_materials
@@ -34,7 +34,7 @@ def build_model(mesh: Mesh, recipe: Recipe, order: str, messages: Messages,
     for one in elements:
         turned = orient(mesh, one, messages)
         if turned:
-            note(f"{turned} of {len(one.nodes)} elements turned round")
+            note(f"{turned} of {plural(len(one.nodes), 'element')} turned round")
     shells = next((e for e in elements if e.kind == "triangle"), None)
     if recipe.six_nodes:
         if shells is None:
@@ -42,12 +42,12 @@ def build_model(mesh: Mesh, recipe: Recipe, order: str, messages: Messages,
                           recipe.materials[0].table.source.place(("options", "six_nodes")))
         else:
             swapped = swap_corner_diagonals(mesh, recipe, shells, messages)
-            note(f"{swapped} diagonals across supported corners swapped")
+            note(f"{plural(swapped, 'diagonal')} across supported corners swapped")
     messages.step("numbering nodes")
     numbers, places = number_nodes(mesh, elements, order)
     dropped = len(numbers) - len(places)
     if dropped:
-        note(f"{dropped} nodes without an element dropped")
+        note(f"{plural(dropped, 'node')} without an element dropped")
     check_plane(mesh, recipe, places)
     return Model(mesh, recipe, elements, number_materials(mesh, recipe, elements), numbers, places)
 

@@ -13,7 +13,7 @@ import numpy as np
 from . import __version__
 from .applied import Applied
 from .deck import Deck
-from .errors import Place, Refusal
+from .errors import Place, Refusal, plural
 from .files import STANDARD, Outputs, check_output, read_bytes
 from .marks import OldDeck, fresh
 from .mesh import Mesh
@@ -128,7 +128,8 @@ def run(options: argparse.Namespace, messages: Messages) -> None:
     with Outputs() as outputs:
         if old and old.has_marks:
             outputs.write(options.output, old.renewed(deck.block))
-            note(options, f"{options.output}: {old.hand_lines} lines by hand stay around the blocks")
+            kept = plural(old.hand_lines, "line")
+            note(options, f"{options.output}: {kept} by hand kept around the blocks")
         else:
             outputs.write(options.output, fresh(deck.block))
         if options.map:
@@ -207,9 +208,10 @@ def prepare(mesh: Mesh, options: argparse.Namespace, messages: Messages) -> None
         distance = 1e-6 * float(np.ptp(mesh.points, axis=0).max())
     if distance is not None:
         messages.step("merging nodes")
-        note(options, f"{merge_nodes(mesh, distance)} nodes merged within {distance:g}")
+        merged = plural(merge_nodes(mesh, distance), "node")
+        note(options, f"{merged} merged within {distance:g}")
     if options.split_quads:
-        note(options, f"{split_quads(mesh)} quadrilaterals split")
+        note(options, f"{plural(split_quads(mesh), 'quadrilateral')} split")
     if order_mid_sides(mesh):
         note(options, "mid-sides of 2-4 and 3-4 exchanged in all tetrahedra")
 

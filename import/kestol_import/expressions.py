@@ -11,6 +11,7 @@ from typing import Any
 
 import numpy as np
 
+from .errors import plural
 from .mesh import Reals
 
 LONGEST = 1000  # characters; a formula that needs more is not one
@@ -116,7 +117,8 @@ def check_call(node: ast.Call) -> None:
     least, most, _ = FUNCTIONS[name]
     plain = not node.keywords and not any(isinstance(a, ast.Starred) for a in node.args)
     if not plain or not least <= len(node.args) <= most:
-        raise ExpressionError(f'function "{name}" takes {least} argument{"s" * (least > 1)}')
+        count = plural(least, "argument") if least == most else f"{least} to {most} arguments"
+        raise ExpressionError(f'function "{name}" takes {count}')
 
 
 def evaluate(node: ast.expr, variables: Mapping[str, Any]) -> Any:

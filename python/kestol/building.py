@@ -9,7 +9,7 @@ from numpy.typing import ArrayLike, NDArray
 
 from . import _kestol
 from .errors import Error
-from .records import components_of, each, finite, integers, tail_of, text_of, word_of
+from .records import components_of, each, finite, integers, tail_of, word_of
 
 _LOAD_SECTIONS = {
     "global": "global_pressure_loads",
@@ -175,10 +175,10 @@ class Building:
             euler: three angles of the axes of the support [rad].
         """
         dofs = self._builder.dofs_per_node
-        given = [0.0] * dofs if values is None else [float(value) for value in values]
+        given = [0.0] * dofs if values is None else list(values)
         if len(given) != dofs:
             raise Error(f"a support has {dofs} values here, not {len(given)}", code="syntax")
-        words = [word_of("the codes", codes), *map(text_of, given)]
+        words = [word_of("the codes", codes), *(finite("a value", value) for value in given)]
         record = " ".join(words) + tail_of(euler, units)
         for number in each(node):
             self._builder.add_record("constraints", f"{number} {record}")
@@ -203,7 +203,7 @@ class Building:
         if len(values) != self._builder.dofs_per_node:
             raise Error(f"a nodal load has {self._builder.dofs_per_node} components here, not "
                         f"{len(values)}", code="syntax")
-        record = " ".join(map(text_of, values)) + tail_of(None, units)
+        record = " ".join(finite("a component", value) for value in values) + tail_of(None, units)
         for number in each(node):
             self._builder.add_record("nodal_point_loads", f"{number} {record}")
 
@@ -231,11 +231,12 @@ class Building:
         else:
             counts = (3, 4) if kind == "local" and not solids else (3,)
         if len(values) not in counts:
-            raise Error(f"this load has {counts[0]} components, not {len(values)}", code="syntax")
+            wanted = " or ".join(map(str, counts))
+            raise Error(f"this load has {wanted} components, not {len(values)}", code="syntax")
         if face is not None and (self._builder.dimension == 2 or not (solids or kind == "face")):
             raise Error("a face is that of a solid, or the edge of a shell with kind=\"face\"",
                         code="syntax")
-        numbers = list(map(text_of, values))
+        numbers = [finite("a component", value) for value in values]
         if solids or face is not None:
             numbers.insert(0, str(-1 if face is None else each(face)[0]))
         record = " ".join(numbers) + tail_of(euler, units)
@@ -250,12 +251,14 @@ class Building:
         ``Sparse`` with its tolerances."""
         tail = ""
         if name.lower().startswith("sparse"):
-            tail = f" {text_of(tolerance1)} {text_of(tolerance2)} {int(max_iterations)}"
+            tolerances = [finite("a tolerance", value) for value in (tolerance1, tolerance2)]
+            tail = " " + " ".join([*tolerances, str(int(max_iterations))])
         self._builder.say(f"Solver {word_of('a solver', name)}{tail}")
 
     def set_gravity(self, x: float, y: float, z: float) -> None:
         """The direction along which ``Weight`` acts; its length does not matter."""
-        self._builder.say(f"GravityDirection {text_of(x)} {text_of(y)} {text_of(z)}")
+        direction = " ".join(finite("a component", value) for value in (x, y, z))
+        self._builder.say(f"GravityDirection {direction}")
 
     def set_divisions(self, count: int) -> None:
         """Divisions of a beam; stations are one more."""
@@ -263,11 +266,11 @@ class Building:
 
     def set_coplanarity_angle(self, angle: float) -> None:
         """Normals of shells within this angle [rad] count as one plane."""
-        self._builder.say(f"CoplanarityAngle {text_of(angle)}")
+        self._builder.say(f"CoplanarityAngle {finite('an angle', angle)}")
 
     def smooth(self, angle: float) -> None:
         """Averages shell values around nodes where axes agree within the angle [rad]."""
-        self._builder.say(f"DoSmoothing {text_of(angle)}")
+        self._builder.say(f"DoSmoothing {finite('an angle', angle)}")
 
     def convert_to_6_nodes(self) -> None:
         """Solves 3-noded shells as 6-noded ones."""

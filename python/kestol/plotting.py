@@ -134,7 +134,8 @@ def _draw_shape(results: Results, scale: float | None,
     edges = _edges(results, beams=False)
     canvas.lines((results.coordinates + factor * moved)[edges], colors=_SHAPE, linewidths=0.9)
     unit = results.units["length"]
-    return canvas.finish(results, f"Displacements x {factor:.4g}, largest {largest:.4g} {unit}")
+    title = f"Displacements x {factor:.4g}, largest {largest:.4g} {unit}"
+    return canvas.finish(results, title.strip())
 
 
 def _draw_diagram(results: Results, diagram: str, scale: float | None,

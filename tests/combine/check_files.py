@@ -8,14 +8,17 @@ from __future__ import annotations
 
 import csv
 import json
+import os
+import re
+import subprocess
 import unittest
 import xml.etree.ElementTree
 from pathlib import Path
 
 import jsonschema
 
-from combine_documents import COMBINED, GENERATED, Documents
-from combine_run import CASES
+from combine_documents import COMBINE, COMBINED, GENERATED, Documents
+from combine_run import CASES, on_terminal
 
 HERE = Path(__file__).parent
 
@@ -164,14 +167,31 @@ xi = 0.9
             self.assertIn(option, end.out)
         self.assertIn("COMBINATIONS.toml REQUIRED  the model, its cases and combinations\n", end.out)
         self.assertRegex(end.out, "--version +the version\n")
+        self.folder.combine("c.toml", "--csv", "PREFIX", "--vtu", "PREFIX")
+        for name in ("PREFIX_nodes.csv", "PREFIX_stations.csv", "PREFIX_NAME.vtu", "PREFIX.pvd"):
+            self.assertRegex(end.out, rf"--(csv|vtu) PREFIX +.*\b{re.escape(name)}")
+            self.assertIn(name.replace("NAME", "ULS1"), self.folder.names())
         end = self.folder.combine("--version")
         self.assertEqual((end.status, end.err), (0, ""))
         self.assertRegex(end.out, r"^kestol-combine \d+\.\d+\.\d+\n$")
 
     def test_verbose_and_quiet(self) -> None:
-        self.assertIn("STIFFNESS", self.folder.combine("c.toml", "-v").err +
-                      self.folder.combine("c.toml", "-v", "--solver", "skyline").err)
+        loud = self.folder.combine("c.toml", "-v", "--solver", "skyline").err
+        self.assertEqual(loud.splitlines()[:3], ["", "INFORMATION ABOUT STIFFNESS MATRIX",
+                                                 "Sky matrix storage with Txolesky"])
         self.assertEqual(self.folder.combine("c.toml", "-q").err, "")
+
+    def test_long_work_shows_its_progress_on_a_terminal(self) -> None:
+        """The model comes through a pipe, in the third second."""
+        os.mkfifo(self.folder.path / "slow")
+        self.folder.write("c.toml", COMBINED.replace("portal.dat", "slow"))
+        line = r"\r[^\r\n]*\x1b\[K"
+        shown = rf"\rINFORMATION ABOUT STIFFNESS MATRIX\x1b\[K({line})*\r\x1b\[K"
+        for options, wanted in ([], shown), (["-q"], ""):
+            with subprocess.Popen(["sh", "-c", "(sleep 2.3; cat portal.dat) > slow"], cwd=self.folder.path):
+                status, said = on_terminal(self.folder.path, COMBINE, "c.toml", *options)
+            self.assertEqual(status, 0, said)
+            self.assertRegex(said, f"^{wanted}$")
 
 
 if __name__ == "__main__":

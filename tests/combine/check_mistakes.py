@@ -1,28 +1,19 @@
 #!/usr/bin/env python3
-"""Every mistake in a combination file, in the loads of a case and on the command line: its message,
-its place, the exit status, and no file left behind.
+"""Every mistake in a combination file and in the loads of a case: its message, its place and its line,
+the exit status, and no file left behind.
 
     check_mistakes.py kestol-combine
 """
 
 from __future__ import annotations
 
-import os
-import resource
-import signal
-import subprocess
-import sys
-import tempfile
 import unittest
-from pathlib import Path
 
-from combine_run import CASES, Folder, frame
-
-COMBINE = sys.argv.pop(1) if len(sys.argv) > 1 else ""
+from combine_refusals import Refusals
+from combine_run import CASES
 
 CASE = 'model = "portal.dat"\n[cases.G]\ncategory = "permanent"\nloads = "model"\n'
 RULES = CASES + "[eurocode]\n"
-COMBINED = CASES + "[combinations]\nU = { G = 1.35, Q1 = 1.5, W = 0.9 }\n"
 
 # text, then the first lines of the messages, all of them
 MISTAKES = [
@@ -132,6 +123,10 @@ MISTAKES = [
      ["13:15: error: gamma of Q must be a number [wrong-type]"]),
     (RULES + 'rules = ["6.10"]\nxi = 0\n',
      ["13:6: error: xi must be above 0 and at most 1 [out-of-range]"]),
+    (CASE + ".".join("abcdefghijklmnopqrstu") + " = 1\n",
+     ["5:40: error: a key of more than 20 parts [syntax]"]),
+    (CASE + ".".join("abcdefghijklmnopqrst") + " = 1\n",
+     ['5:1: error: unknown key in case "G": "a" [unknown-word]']),
     # two mistakes: both, in the order of the lines; columns count bytes
     ('"\u00e4" = 1\n' + CASE.replace('"permanent"', '"windy"'),
      ['1:1: error: unknown key in the file: "\u00e4" [unknown-word]',
@@ -157,87 +152,67 @@ CASE_MISTAKES = [
      "Not reading correctly preassure_loads. ElemNum=2 [syntax]"),
     ("nodal_point_loads\n 2 1 0 0\n", 1,
      "section 'nodal_point_loads' of line 1 has no \"end\" [syntax]"),
+    ("nodal_point_loads\n 2 1 0 0\nconstraints\n 4 111 0 0 0\nend\n", 3,
+     "section 'nodal_point_loads' of line 1 has no \"end\" before 'constraints' [syntax]"),
+    ("nodal_point_loads\n 2 1 0\nend\n", 2, "Not reading correctly the loads B. Number=2 [syntax]"),
+    ("constraints\n 4 111 0.01 0 0 Euler1=1\nend\n", 2,
+     "the axes of the support of node 4 are not those of the model [syntax]"),
+    ("units_names\n x\n", 2,
+     "'units_names' items should be: name nameN nameM namePa facN facM [syntax]"),
+    ("units_names\n N-mm N mm MPa 1 0.001\n", 2,
+     "'units_names' should finish with the 'end' word [syntax]"),
+    ("units_mat_and_load N-mm\n", 1, "Unit name 'N-mm' has not been previously defined [syntax]"),
+    ("units_names\n N-mm N mm MPa 1 0.001\nend\nunits_res N-mm\n", 4,
+     "the units of the results are those of the model [syntax]"),
 ]
 
 
-class Mistakes(unittest.TestCase):
-    def setUp(self) -> None:
-        self.home = tempfile.TemporaryDirectory()
-        self.addCleanup(self.home.cleanup)
-        self.folder = Folder(Path(self.home.name), COMBINE)
-
-    def refuse(self, *arguments: str) -> list[str]:
-        """The messages of a run that must not succeed, without sources and carets."""
-        before = self.folder.names()
-        end = self.folder.combine(*arguments)
+class Mistakes(Refusals):
+    def assert_mistakes(self, name: str, wanted: list[str], *arguments: str) -> None:
+        """The messages behind the name of their file, each above its line and with a caret below the column."""
+        end = self.end_of(*arguments)
         self.assertEqual(end.status, 2, end.err)
-        self.assertEqual(end.out, "")
-        self.assertEqual(self.folder.names(), before)
-        return [line for line in end.err.splitlines() if "rror" in line or "kestol" in line]
+        source = self.folder.read(name).encode().split(b"\n")
+        lines = end.err.splitlines()
+        for message in wanted:
+            self.assertEqual(lines.pop(0), f"{name}:{message}")
+            place = message.split(": ")[0].split(":")
+            self.assertEqual(lines.pop(0), f"{place[0]:>5} | {source[int(place[0]) - 1].decode()}")
+            if len(place) > 1:
+                self.assertRegex(lines.pop(0), rf"^      \| {' ' * (int(place[1]) - 1)}\^~*$")
+        self.assertEqual(lines, [])
 
     def test_every_mistake_of_the_file(self) -> None:
         for text, wanted in MISTAKES:
             with self.subTest(text=text):
                 self.folder.write("c.toml", text)
-                found = self.refuse("c.toml", "--json", "c.json")
-                self.assertEqual(found, ["c.toml:" + line for line in wanted])
+                self.assert_mistakes("c.toml", wanted, "c.toml", "--json", "c.json")
 
     def test_text_that_is_no_toml(self) -> None:
+        """The words are those of the library that reads it."""
         self.folder.write("c.toml", CASES + "[combinations\n")
-        found = self.refuse("c.toml")
-        self.assertEqual(len(found), 1)
-        self.assertRegex(found[0], r"^c\.toml:1[12]:\d+: error: .*\[syntax\]$")
+        end = self.end_of("c.toml")
+        self.assertEqual(end.status, 2)
+        self.assertRegex(end.err, r"^c\.toml:11:14: error: [^\n]* expected '\]', saw '\\n' \[syntax\]\n"
+                                  r"   11 \| \[combinations\n      \| {14}\^\n$")
 
     def test_line_and_caret_stand_below_the_message(self) -> None:
         self.folder.write("c.toml", "modl = 1\n" + CASE)
         lines = self.folder.combine("c.toml").err.splitlines()
         self.assertEqual(lines[1:], ["    1 | modl = 1", "      | ^~~~"])
 
-    def test_pipes_are_read_once(self) -> None:
-        text = CASES.replace("portal.dat", "pipe").replace('"wind"', '"windy"')
-        self.folder.write("c.toml", text)
-        os.mkfifo(self.folder.path / "pipe")
-        self.assertEqual(self.refuse("c.toml")[0].split(": ")[1:],
-                         ["error", 'unknown category "windy"', 'did you mean "wind"? [unknown-category]'])
-        self.folder.write("c.toml", text.replace('"windy"', '"wind"') + COMBINED[len(CASES):])
-        self.folder.write("wind.dat", "nodal_point_loads\n 2 12 0 0\nend\n")
-        for deck, status, words in [
-                (frame(), 0, ""),
-                (frame() + "materails\n", 2, ": error: Unknown key name=materails"),
-                (frame().replace(" 111 ", " 010 "), 1, ": error: the supports leave the model a rigid "
-                 "motion [rigid-motion]\n  mode 1: ")]:
-            self.folder.write("deck", deck)
-            with subprocess.Popen(["cp", "deck", "pipe"], cwd=self.folder.path):
-                end = self.folder.combine("c.toml", "--json", "/dev/null")
-            self.assertEqual((end.status, words in end.err), (status, True), end.err)
-
     def test_every_mistake_of_a_case(self) -> None:
         self.folder.write("c.toml", CASES)
         for text, line, wanted in CASE_MISTAKES:
             with self.subTest(text=text):
                 self.folder.write("wind.dat", text)
-                self.assertEqual(self.refuse("c.toml", "--json", "c.json"),
-                                 [f"wind.dat:{line}: error: {wanted}"])
-
-    def test_model_that_cannot_be_solved_is_named(self) -> None:
-        self.folder.write("portal.dat", frame().replace("A=1e-2", "A=0"))
-        self.folder.write("c.toml", CASES)
-        found = self.refuse("c.toml", "--json", "c.json")
-        self.assertEqual(len(found), 1)
-        self.assertRegex(found[0], r"^portal\.dat: error: .*\[model\]$")
-
-    def test_mistake_of_the_deck(self) -> None:
-        self.folder.write("portal.dat", frame() + "materails\n")
-        self.folder.write("c.toml", CASES)
-        found = self.refuse("c.toml", "--json", "c.json")
-        self.assertEqual(len(found), 1)
-        self.assertRegex(found[0], r"^portal\.dat:\d+: error: Unknown key name=materails")
+                self.assert_mistakes("wind.dat", [f"{line}: error: {wanted}"], "c.toml", "--json", "c.json")
 
     def refuse_too_many(self) -> None:
         lines = self.folder.read("c.toml").splitlines()
-        self.assertEqual(self.refuse("c.toml", "--list"), [
-            f"c.toml:{len(lines)}:9: error: the rules give more than 100000 combinations: name actions "
-            "that are never together in `exclusive`, or join cases [too-many]"])
+        self.assert_mistakes("c.toml", [
+            f"{len(lines)}:9: error: the rules give more than 100000 combinations: name actions that are never "
+            "together in `exclusive`, or join cases [too-many]"], "c.toml", "--list")
 
     def test_too_many_combinations(self) -> None:
         text = CASES
@@ -253,104 +228,6 @@ class Mistakes(unittest.TestCase):
                      'loads = "office.dat"\n')
         self.folder.write("c.toml", text + '[eurocode]\nrules = ["6.10"]\n')
         self.refuse_too_many()
-
-    def test_command_lines(self) -> None:
-        self.folder.write("c.toml", CASES)
-        hint = "; try kestol-combine --help"
-        for arguments, wanted in [
-                (["--bogus", "c.toml"], "kestol-combine: unknown option --bogus" + hint),
-                (["--list", "--json", "x", "c.toml"],
-                 "kestol-combine: --list writes no results" + hint),
-                (["--envelopes", "--vtu", "x", "c.toml"],
-                 "kestol-combine: --vtu writes cases and combinations, no envelopes" + hint),
-        ]:
-            with self.subTest(arguments=arguments):
-                self.assertEqual(self.refuse(*arguments), [wanted])
-        self.assertRegex(self.refuse()[0], "^kestol-combine: .*; try kestol-combine --help$")
-        self.assertRegex(self.refuse("--solver", "magic", "c.toml")[0],
-                         "^kestol-combine: .*; try kestol-combine --help$")
-
-    def test_nothing_to_write(self) -> None:
-        self.folder.write("c.toml", CASES)
-        self.assertEqual(self.refuse("c.toml"), [
-            "kestol-combine: error: the text holds envelopes, and there is no combination to make "
-            "one of; --json, --csv or --vtu write the cases"])
-        for choice in (["--envelopes"], ["--combinations"], ["--combinations", "--envelopes"]):
-            for kind in ("--json", "--csv"):
-                self.assertEqual(self.refuse("c.toml", kind, "x", *choice), [
-                    "kestol-combine: error: there is no combination; --cases writes the cases"])
-        self.folder.write("c.toml", COMBINED)
-        for choice in ("--cases", "--combinations"):
-            self.assertEqual(self.refuse("c.toml", choice), [
-                "kestol-combine: error: the text holds envelopes alone; --json, --csv or --vtu "
-                "write cases and combinations"])
-
-    def test_files_that_cannot_be_read_or_written(self) -> None:
-        self.folder.write("c.toml", CASES)
-        self.assertRegex(self.refuse("none.toml")[0],
-                         "^kestol-combine: error: can't open file none.toml: ")
-        self.assertRegex(self.refuse("c.toml", "--json", "no/where.json")[0],
-                         "^kestol-combine: error: .*no/where.json")
-        self.assertRegex(self.refuse("c.toml", "--json", "/dev/full")[0],
-                         "^kestol-combine: error: .*/dev/full.*No space left on device")
-
-    def test_outputs_of_one_name(self) -> None:
-        self.folder.write("c.toml", COMBINED)
-        for arguments in [("--csv", "t", "--json", "t_nodes.csv"),
-                          ("--csv", "t", "--json", "./t_envelope_nodes.csv"),
-                          ("--vtu", "t", "--json", "t_U.vtu"),
-                          ("--vtu", "t", "-o", "t.pvd"),
-                          ("--json", "-", "-o", "-")]:
-            with self.subTest(arguments=arguments):
-                self.assertRegex(self.refuse("c.toml", *arguments)[0],
-                                 "^kestol-combine: error: two outputs have the name ")
-
-    def test_no_output_without_all_others(self) -> None:
-        self.folder.write("c.toml", COMBINED)
-        self.folder.write("t_U.vtu", "old")
-        for arguments in [("--json", "/dev/full", "--csv", "t", "--vtu", "t"),
-                          ("-o", "/dev/full", "--json", "t.json", "--csv", "t", "--vtu", "t")]:
-            with self.subTest(arguments=arguments):
-                self.assertEqual(self.refuse("c.toml", *arguments), [
-                    "kestol-combine: error: failed writing to /dev/full: No space left on device"])
-        self.assertEqual(self.folder.read("t_U.vtu"), "old")
-
-    def test_standard_output_on_a_full_device(self) -> None:
-        self.folder.write("c.toml", COMBINED)
-        before = self.folder.names()
-        for arguments in [[], ["--list"], ["--json", "-", "--csv", "t"], ["--help"]]:
-            with self.subTest(arguments=arguments), open("/dev/full", "wb") as full:
-                done = subprocess.run([COMBINE, *arguments, "c.toml"], cwd=self.folder.path,
-                                      stdout=full, stderr=subprocess.PIPE, check=False)
-                self.assertEqual(done.returncode, 2)
-                if arguments != ["--help"]:
-                    self.assertEqual(done.stderr, b"kestol-combine: error: failed writing to "
-                                     b"standard output: No space left on device\n")
-                self.assertEqual(self.folder.names(), before)
-
-    def test_file_that_may_not_grow(self) -> None:
-        def no_space() -> None:
-            resource.setrlimit(resource.RLIMIT_FSIZE, (2000, 2000))
-            signal.signal(signal.SIGXFSZ, signal.SIG_IGN)
-
-        self.folder.write("c.toml", COMBINED)
-        before = self.folder.names()
-        for arguments in [("--json", "t.json"), ("--csv", "t"), ("--vtu", "t")]:
-            with self.subTest(arguments=arguments):
-                done = subprocess.run([COMBINE, "c.toml", *arguments], cwd=self.folder.path,
-                                      preexec_fn=no_space, capture_output=True, check=False)
-                self.assertEqual(done.returncode, 2)
-                self.assertRegex(done.stderr.decode(), "^kestol-combine: error: failed writing to "
-                                 "t[^\n]*: File too large\n$")
-                self.assertEqual(self.folder.names(), before)
-
-    def test_output_that_is_an_input(self) -> None:
-        self.folder.write("c.toml", CASES)
-        for name in ["c.toml", "portal.dat", "office.dat", "./wind.dat"]:
-            with self.subTest(name=name):
-                before = self.folder.read(name)
-                self.assertEqual(len(self.refuse("c.toml", "--json", name)), 1)
-                self.assertEqual(self.folder.read(name), before)
 
 
 if __name__ == "__main__":

@@ -2,6 +2,9 @@
 
 from __future__ import annotations
 
+import contextlib
+import os
+import pty
 import subprocess
 import sys
 from dataclasses import dataclass
@@ -94,6 +97,19 @@ class Folder:
 
     def combine(self, *arguments: str) -> Run:
         return run(self.path, self.program, *arguments)
+
+
+def on_terminal(folder: Path, *command: str) -> tuple[int, str]:
+    """The status of a program, and its standard error as a terminal gets it."""
+    leader, follower = pty.openpty()
+    with subprocess.Popen(command, cwd=folder, stdout=subprocess.DEVNULL, stderr=follower) as process:
+        os.close(follower)
+        text = b""
+        with contextlib.suppress(OSError):  # how the end of a terminal is told
+            while piece := os.read(leader, 4096):
+                text += piece
+        os.close(leader)
+    return process.returncode, text.decode()
 
 
 def run(folder: Path, *command: str) -> Run:

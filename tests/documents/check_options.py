@@ -4,7 +4,9 @@
     check_options.py SOURCE PROGRAM PAGE
 
 The options of --help, of the manual page, of the table in the page under docs/ and of the completion
-for bash must be the same ones. Prints what is missing, and what is there without being an option.
+for bash must be the same ones. Where --help lists choices, the program takes these alone, and both pages
+name each of them; they also name the number that --help gives for an option that is left out. Prints what
+is missing, and what is there without being an option.
 """
 import pathlib
 import re
@@ -12,26 +14,30 @@ import subprocess
 import sys
 
 OPTION = re.compile(r"(?<![\w-])--?[A-Za-z][\w-]*")
+CHOICES = re.compile(r"(?:^|: )((?:\w+, )+\w+ or \w+)$")
+DEFAULT = re.compile(r"\((?:default )?([\d.e+-]+)\)$")
 
 
 def of_help(program):
-    """Words at the left of the list of options; the solver has its list in the usage text."""
+    """Words at the left of the list of options, each with the line that stands at the right; the solver has
+    its list in the usage text."""
     arguments = [] if program.name == "kestol" else ["--help"]
     done = subprocess.run([program, *arguments], capture_output=True, text=True, check=False)
-    heads = re.findall(r"^ +(-.*?)(?:  |: |$)", done.stdout, re.M)
-    return {option for head in heads for option in OPTION.findall(head)}
+    lines = re.findall(r"^ +(-.*?)(?:  +|: |$)(.*)$", done.stdout, re.M)
+    return {option: text for head, text in lines for option in OPTION.findall(head)}
 
 
 def of_manual(page):
-    """Tags of the section OPTIONS."""
-    section = page.read_text().split("\n.SH OPTIONS\n", 1)[1].split("\n.SH ", 1)[0]
-    tags = re.findall(r"^\.TP\n(.*)$", section, re.M)
-    return {option for tag in tags for option in OPTION.findall(re.sub(r"\\f.", "", tag.replace("\\-", "-")))}
+    """Tags of the section OPTIONS, each with the text below it."""
+    section = page.read_text().split("\n.SH OPTIONS\n", 1)[1].split("\n.SH ", 1)[0] + "\n"
+    section = re.sub(r"\\f.", "", section.replace("\\-", "-"))
+    entries = re.findall(r"^\.TP\n(.*)\n((?:(?!\.TP\n).*\n?)*)", section, re.M)
+    return {option: text for tag, text in entries for option in OPTION.findall(tag)}
 
 
 def of_table(page):
-    """Code in the first column of the table whose head begins with "option"."""
-    found = set()
+    """Code in the first column of the table whose head begins with "option", with the other columns."""
+    found = {}
     table = False
     for line in page.read_text().splitlines():
         if not line.startswith("|"):
@@ -39,8 +45,9 @@ def of_table(page):
         elif line.startswith("| option |"):
             table = True
         elif table:
-            first = re.split(r"(?<!\\)\|", line)[1]
-            found |= {option for code in re.findall(r"`([^`]*)`", first) for option in OPTION.findall(code)}
+            first, *others = re.split(r"(?<!\\)\|", line)[1:]
+            for code in re.findall(r"`([^`]*)`", first):
+                found |= {option: "|".join(others) for option in OPTION.findall(code)}
     return found
 
 
@@ -55,19 +62,41 @@ def of_completion(file, name):
     return set(done.stdout.split())
 
 
+def choices_of(program, option):
+    """What the program says that it takes when it is given something else."""
+    done = subprocess.run([program, option, "nothing-of-that-kind", "deck"], capture_output=True, text=True,
+                          check=False)
+    listed = re.search(r"nothing-of-that-kind is none of (.*?);", done.stderr)
+    return set(listed[1].split(", ")) if listed else set()
+
+
+def unsaid(program, options, texts):
+    """Choices and defaults that --help states and another place does not."""
+    for option, line in options.items():
+        listed, default = CHOICES.search(line), DEFAULT.search(line)
+        words = set(re.findall(r"\w+", listed[1])) - {"or"} if listed else set()
+        if words and words != choices_of(program, option):
+            yield f"{program.name} {option} takes {', '.join(sorted(choices_of(program, option)))}"
+        for place, said in texts.items():
+            plain = re.sub(r"(?<=\d) (?=\d{3})", "", said.get(option, ""))
+            for word in sorted(words) + ([default[1]] if default else []):
+                if not re.search(rf"(?<![\w.]){re.escape(word)}(?!\w)", plain):
+                    yield f"{place} does not say {word} of {option}"
+
+
 def differences(source, program, page):
     options = of_help(program)
     if not options:
         yield f"{program.name} --help names no options"
-    for place, said in (
-            (f"docs/man/{program.name}.1", of_manual(source / "docs" / "man" / f"{program.name}.1")),
-            (page, of_table(source / page)),
-            (f"completions/{program.name}",
-             of_completion(source / "completions" / program.name, program.name))):
-        for option in sorted(options - said):
+    texts = {f"docs/man/{program.name}.1": of_manual(source / "docs" / "man" / f"{program.name}.1"),
+             page: of_table(source / page)}
+    completion = of_completion(source / "completions" / program.name, program.name)
+    for place, said in (*texts.items(), (f"completions/{program.name}", completion)):
+        for option in sorted(set(options) - set(said)):
             yield f"{place} lacks {option}"
-        for option in sorted(said - options):
+        for option in sorted(set(said) - set(options)):
             yield f"{place} has {option}, which {program.name} does not know"
+    yield from unsaid(program, options, texts)
 
 
 def main():

@@ -8,11 +8,14 @@ import unittest
 import check_options
 
 HELP = """#!/bin/sh
-echo 'Usage: tool [OPTIONS]
+test "$1" != --kind || echo "tool: --kind: $2 is none of fast, safe, slow; try tool --help" >&2
+test "$1" != --help || echo 'Usage: tool [OPTIONS]
 
 Options:
   --help                      this text, not --that
   -o FILE                     where the output goes
+  --kind NAME                 of the run: slow, fast or safe
+  --most N                    then it ends (default 1000)
   -q,--quiet                  errors only'
 """
 MANUAL = """.TH TOOL 1
@@ -23,6 +26,15 @@ This text, and \\-\\-that.
 .TP
 .BI \\-o " FILE"
 The output.
+.TP
+.BI \\-\\-kind " NAME"
+.BR slow ,
+.B fast
+or
+.BR safe .
+.TP
+.BI \\-\\-most " N"
+Then it ends; 1000 without it.
 .TP
 .BR \\-q ", " \\-\\-quiet
 Errors only.
@@ -35,13 +47,16 @@ PAGE = """# Tool
 | option | |
 |---|---|
 | `-o FILE` | the output, unlike `--that` |
+| `--kind NAME` | `slow`, `fast` or `safe` |
+| `--most N` | then it ends (1 000) |
 | `-q`, `--quiet`, `--help` | |
 
 | other | |
 |---|---|
 | `--other` | |
 """
-COMPLETION = """_tool() { COMPREPLY=($(compgen -W "-o -q --quiet --help" -- "${COMP_WORDS[COMP_CWORD]}")); }
+COMPLETION = """words="-o -q --quiet --help --kind --most"
+_tool() { COMPREPLY=($(compgen -W "$words" -- "${COMP_WORDS[COMP_CWORD]}")); }
 complete -F _tool tool
 """
 
@@ -86,6 +101,23 @@ class Options(unittest.TestCase):
                 self.assertEqual(self.found(), [f"{name} lacks --quiet",
                                                 f"{name} has --still, which tool does not know"])
                 self.write(name, text)
+
+    def test_choices_that_a_page_does_not_name(self):
+        for name, text, word in (("docs/man/tool.1", MANUAL, ".B fast"), ("docs/tool.md", PAGE, "`fast`")):
+            with self.subTest(name):
+                self.write(name, text.replace(word, "quick"))
+                self.assertEqual(self.found(), [f"{name} does not say fast of --kind"])
+                self.write(name, text)
+
+    def test_choices_that_the_program_does_not_take(self):
+        for words in ("safe, slow", "fast, safe, slow, still"):
+            self.write("tool", HELP.replace("fast, safe, slow", words))
+            self.assertEqual(self.found(), [f"tool --kind takes {words}"])
+
+    def test_a_default_that_a_page_does_not_name(self):
+        self.write("tool", HELP.replace("default 1000", "default 100"))
+        self.assertEqual(self.found(), [f"{place} does not say 100 of --most"
+                                        for place in ("docs/man/tool.1", "docs/tool.md")])
 
     def test_a_program_without_options_is_no_agreement(self):
         self.write("tool", "#!/bin/sh\n")

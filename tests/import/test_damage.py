@@ -157,7 +157,7 @@ class DamagedFiles(Case):
                 f"1 {kind} 2 1 1 {' '.join(map(str, row))}\n$EndElements\n")
             self.write("m.toml", '[material.s]\ngroups = ["1"]\n' + STEEL)
             done = self.run_import("-v", "--force", "m.msh", "m.toml", "-o", "model.dat")
-            self.assertIn("note: 1 of 1 elements turned round", done.stderr)
+            self.assertIn("note: 1 of 1 element turned round", done.stderr)
             deck = Deck(self.read("model.dat"))
             found = [deck.nodes[n] for n in deck.elements[1][0]]
             a, b, c, d = (np.array(p) for p in found[:4])

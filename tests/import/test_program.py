@@ -80,10 +80,10 @@ load "tip" on "tip": 1 point, shared by 1 node
         self.assertEqual((done.returncode, done.stdout, done.stderr), (0, "", ""))
         done = self.run_import("-v", "--force", "--merge", "0.01", "m.msh", "r.toml", "-o", "d.dat")
         self.assertEqual(done.stderr, """\
-kestol-import: note: 1 nodes merged within 0.01
+kestol-import: note: 1 node merged within 0.01
 m.msh: warning: 1 triangle without material: left out [no-material]
 kestol-import: note: 3 nodes without an element dropped
-kestol-import: note: d.dat: 0 lines by hand stay around the blocks
+kestol-import: note: d.dat: 0 lines by hand kept around the blocks
 """)
 
     def test_old_and_new_numbers(self):

@@ -241,7 +241,7 @@ class MarkedBlocks(Program):
                      "m.msh", "r.toml", "-o", "d.dat")
         self.assertEqual(self.read("d.dat"), by_hand)
         done = self.run_import("-v", "--force", "m.msh", "r.toml", "-o", "d.dat")
-        self.assertIn("note: d.dat: 4 lines by hand stay around the blocks", done.stderr)
+        self.assertIn("note: d.dat: 4 lines by hand kept around the blocks", done.stderr)
         self.assertEqual(self.read("d.dat"), by_hand.replace("-1.0", "-2.0"))
 
     def test_a_deck_without_marks_is_replaced(self):

@@ -218,7 +218,7 @@ class Shells(Case):
                    "[options]\nsix_nodes = true\n")
         done = self.run_import("-v", "m.msh", "m.toml", "-o", "model.dat")
         self.assertEqual(done.returncode, 0, done.stderr)
-        self.assertIn("note: 1 diagonals across supported corners swapped", done.stderr)
+        self.assertIn("note: 1 diagonal across supported corners swapped", done.stderr)
         self.assertIn("m.msh: warning: 1 edge between supported nodes cannot be swapped: the mid-side "
                       "at (0.75, 0.25, 0) becomes a support [corner-diagonal]", done.stderr)
 

@@ -158,17 +158,6 @@ def test_a_bar_of_solids_stretches():
     assert result.solids.stress[0, 0] == pytest.approx(1000 * result.displacements[1, 0] / 2)
 
 
-def test_numbers_of_nodes_are_whole():
-    model = kestol.Model(dimension=2)
-    model.add_nodes(NODES)
-    with pytest.raises(TypeError, match="integers"):
-        model.add_beams([[1.0, 2.0]], material=1)
-    with pytest.raises(TypeError, match="integers"):
-        model.add_support(1.5, "111")
-    with pytest.raises(kestol.Error, match="number out of range"):
-        model.add_beams([[1, 2**40]], material=1)
-
-
 def test_100_000_beams_from_arrays_take_less_than_a_second():
     nodes, pairs = grid(100_000)
     start = time.process_time()
