@@ -98,13 +98,18 @@ Mechanisms Describe(const Project& project, const Parts& parts, const ScaledSyst
   const std::vector<ReaVecT> rest =
       scaled(SparseModes(scaled(null, size), scaled(rigid, size)), 1.0 / size);
   Mechanisms result;
+  for (const RigidMotion& motion : motions) {
+    if (result.freeParts.empty() || result.freeParts.back().part != motion.part)
+      result.freeParts.push_back({motion.part, 0});
+    ++result.freeParts.back().motions;
+  }
+  result.isOnePart = parts.Count() == 1;
   result.count = static_cast<int>(rigid.size() + rest.size());
   const auto add = [&](const ReaVecT& z, const RigidMotion* motion) {
     const double ritz = A == nullptr ? 0.0 : RitzValueOf(*A, z);
     result.modes.push_back(ModeOf(project, parts, z, motion, ritz));
     if (motion == nullptr) return;
     result.modes.back().part = motion->part;
-    result.modes.back().isWhole = parts.Count() == 1;
   };
   for (std::size_t m = 0; m < rigid.size(); ++m) add(rigid[m], &motions[m]);
   for (const ReaVecT& z : rest) add(z, nullptr);

@@ -20,7 +20,6 @@ struct NodeMotion {
 struct MechanismMode {
   bool isRigid = false;            ///< a connected part moves as a rigid body
   int part = 0;                    ///< which one, from 0; of rigid motions
-  bool isWhole = false;            ///< the part is the whole model
   double ritz = 0.0;               ///< of the scaled stiffness: rounding
   std::vector<NodeMotion> motion;  ///< of the nodes that move, by number
   std::vector<std::string> text;   ///< the motion in words, then what may be its cause
@@ -28,9 +27,17 @@ struct MechanismMode {
   std::vector<int> supports;       ///< supported nodes near it
 };
 
+/// A connected part of the model that its supports do not hold.
+struct FreePart {
+  int part;     ///< as in the modes
+  int motions;  ///< how many rigid ones are left to it
+};
+
 /// What is left without resistance by supports, hinges and elements.
 struct Mechanisms {
   int count = 0;                     ///< of all modes
+  std::vector<FreePart> freeParts;   ///< all of them, in the order of the modes
+  bool isOnePart = true;             ///< whether the model is connected
   std::vector<MechanismMode> modes;  ///< the explained ones, rigid motions first
   /// False where the matrix was too large to be factorised: then only rigid motions were looked
   /// for.

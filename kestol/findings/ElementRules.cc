@@ -99,7 +99,8 @@ void FindBadShapes(Inspection& deck) {
     });
     std::string text = ShapeText(worst, ShapeOf(worst));
     if (group.size() > 1)
-      text += ", and " + std::to_string(group.size() - 1) + " beside it are bad too";
+      text += ", and " + std::to_string(group.size() - 1) +
+              (group.size() == 2 ? " beside it is bad too" : " beside it are bad too");
     deck.Add(deck.PlaceOfRecord(RecordKind::Element, worst.number), text).elements =
         NumbersOf(group);
   }

@@ -102,7 +102,8 @@ std::string SetBy(std::string_view key) {
   if (prefix == "Euler") length = 6;
   std::string name(key.substr(0, length));
   if (prefix == "I" || prefix == "i") name = key.size() > 1 && (key[1] | 0x20) == 'y' ? "Iy" : "Iz";
-  if (name.size() == 1 && name != "t") name[0] = static_cast<char>(name[0] & ~0x20);
+  // Keys of one letter, and what begins with them, are taken in both cases but for the thickness.
+  if (prefix.size() == 1 && prefix != "t") name[0] = static_cast<char>(name[0] & ~0x20);
   return name;
 }
 

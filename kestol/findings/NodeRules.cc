@@ -58,16 +58,19 @@ void FindOrphanNodes(Inspection& deck) {
   ForEachLooseNode(deck, [&](const Node& node) {
     if (!IsHeldWholly(deck.project, node) || IsSolid(deck.project)) orphans.push_back(node.number);
   });
+  const bool isSolid = IsSolid(deck.project);
   if (orphans.size() > kMostSingle) {
     deck.Add(deck.PlaceOfRecord(RecordKind::Node, orphans.front()),
-             "no element has the nodes " + ListText(orphans) + ", and nothing holds them")
+             "no element has the nodes " + ListText(orphans) +
+                 (isSolid ? ", and solids may have none such" : ", and nothing holds them"))
         .nodes = orphans;
     return;
   }
   for (const int number : orphans)
     deck.Add(deck.PlaceOfRecord(RecordKind::Node, number),
              "no element has node " + std::to_string(number) +
-                 ", and nothing holds it: give it an element or leave it out")
+                 (isSolid ? ", and solids may have none such" : ", and nothing holds it") +
+                 ": give it an element or leave it out")
         .nodes = {number};
 }
 

@@ -79,20 +79,26 @@ bool OnlySeparates(std::string_view rest) {
 /// What was probably meant by a number with `rest` behind what is read.
 std::string CureOf(std::string_view rest) {
   if (rest.empty()) return "";
-  const char c = rest[0];
-  if (c == ',' && rest.size() > 1 && IsDigit(rest[1])) return ": a decimal comma?";
-  if ((c == 'd' || c == 'D') && rest.size() > 1) return ": write e for the exponent";
-  if (c == 'O' || c == 'o') return ": a letter O in place of a zero?";
-  if (c == 'l' || c == 'I') return ": a letter in place of a one?";
+  const char c = rest[0], next = rest.size() > 1 ? rest[1] : '\0';
+  if (c == ',' && IsDigit(next)) return ": a decimal comma?";
+  if ((c == 'd' || c == 'D') && (IsDigit(next) || next == '-' || next == '+'))
+    return ": write e for the exponent";
+  const bool onlyLooksLikeDigits =
+      rest.find_first_not_of("0123456789OolI.eE+-") == std::string_view::npos;
+  if (onlyLooksLikeDigits && (c == 'O' || c == 'o')) return ": a letter O in place of a zero?";
+  if (onlyLooksLikeDigits && (c == 'l' || c == 'I')) return ": a letter in place of a one?";
   if ((c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z')) return ": write the number alone";
   return ": write one number";
 }
 
 std::string CutText(const Field& field, const ReadPart& part) {
   const std::string value = part.text.empty() ? NumberText(part.value) : std::string(part.text);
-  if (field.role == Role::Reference && part.text.empty())
-    return Quoted(field.text) + " is read as " + value + ": octal behind a 0";
-  return Quoted(field.text) + " is read as " + value + CureOf(field.text.substr(part.text.size()));
+  const std::string_view rest = field.text.substr(part.text.size());
+  const std::string text = Quoted(field.text) + " is read as " + value;
+  const bool isOctal = part.text.empty() || (part.text == "0" && !rest.empty() && IsDigit(rest[0]));
+  if (field.role == Role::Reference && isOctal) return text + ": octal behind a 0";
+  if (field.role == Role::Whole && IsNumber(field.text)) return text + ": write a whole number";
+  return text + CureOf(rest);
 }
 
 }  // namespace

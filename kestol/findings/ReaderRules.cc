@@ -23,6 +23,18 @@ std::string WithoutLineEnd(std::string text) {
   return text;
 }
 
+Finding& AddLines(Inspection& deck, std::string_view code, const Place& place,
+                  const std::string& text) {
+  const std::size_t end = text.find('\n');
+  Finding& finding = deck.AddCode(code, Severity::Error, place, text.substr(0, end));
+  for (std::size_t begin = end; begin != std::string::npos;) {
+    const std::size_t next = text.find('\n', ++begin);
+    finding.more.push_back(text.substr(begin, next - begin));
+    begin = next;
+  }
+  return finding;
+}
+
 namespace {
 
 /// Refusals of the reader that another kind names, by what their text says. Those without a
@@ -70,7 +82,7 @@ constexpr Hint kHints[] = {
     {"Invalid void index",                               "numbers begin at 1"                            },
     {"Not reading correctly the constraints. -B-",       "a value or a key stands alone at the end"      },
     {"Not reading correctly the constraints",            "one code per degree, then one value per degree"},
-    {"Not reading correctly the loads -D-",              "a value or a key stands alone at the end"      },
+    {"Not reading correctly the loads. -D-",             "a value or a key stands alone at the end"      },
     {"Not reading correctly the loads",                  "one number per degree of freedom"              },
     {"error in materials. Key without value",            "every key needs a value: key=value"            },
     {"Input of materials not correct. Unknown char: '#", "no comment stands behind values"               },
@@ -112,26 +124,27 @@ void AddReaderText(Inspection& deck, const Refusal& refusal) {
   if (noNode && deck.AnySpoilt(RecordKind::Node)) return;
   if (noNode) SpoilMesh(deck);
   if (atEnd && refusal.message.starts_with("Not reading correctly the loads A")) return;
-  Finding& finding =
-      deck.AddCode("syntax", Severity::Error, At(refusal), WithoutLineEnd(refusal.message));
+  Finding& finding = AddLines(deck, "syntax", At(refusal), WithoutLineEnd(refusal.message));
   const auto* const hint = std::find_if(std::begin(kHints), std::end(kHints), [&](const Hint& row) {
     return refusal.message.starts_with(row.text);
   });
   if (hint != std::end(kHints)) finding.more.emplace_back(hint->hint);
 }
 
-/// How many records the list that was swallowed has, from the keyword at `i` on.
-int RecordsBehind(const SourceMap& map, std::uint64_t begin) {
+/// How many records the list that was swallowed has: the one behind the list that begins at
+/// `begin`. A list of unit systems has no stop of its own.
+int RecordsBehind(const SourceMap& map, std::uint64_t begin, bool isOfUnits) {
   std::size_t i = 0;
   while (i < map.RecordCount() && map.At(i).offset < begin) ++i;
-  bool stopped = false;
+  bool stopped = isOfUnits;
   int count = 0;
   for (; i < map.RecordCount(); ++i) {
     const RecordKind kind = map.At(i).kind;
     if (kind == RecordKind::ListStop) {
       if (stopped) break;
       stopped = true;
-    } else if (stopped && (kind >= RecordKind::Node || kind == RecordKind::UnitSystem)) {
+    } else if (stopped &&
+               (kind >= RecordKind::Node || (kind == RecordKind::UnitSystem && !isOfUnits))) {
       ++count;
     }
   }
@@ -140,9 +153,15 @@ int RecordsBehind(const SourceMap& map, std::uint64_t begin) {
 
 std::string MissingEndText(const Inspection& deck, const Refusal& refusal) {
   if (refusal.message.empty()) return "the section has no end: the deck ends first";
-  const int count = RecordsBehind(deck.map, refusal.record.offset);
+  const SourceMap::Record& record = refusal.record;
+  const int count = RecordsBehind(deck.map, record.offset, record.kind == RecordKind::UnitSystem);
   return "the section has no end: " + Quoted(refusal.message) + " and " + std::to_string(count) +
          (count == 1 ? " record are swallowed" : " records are swallowed");
+}
+
+std::string KeywordText(const Refusal& refusal) {
+  if (refusal.word == refusal.message) return Quoted(refusal.word) + " is taken as a keyword";
+  return Quoted(refusal.word) + " is taken as the keyword " + Quoted(refusal.message);
 }
 
 std::string UnknownWordText(const Refusal& refusal) {
@@ -208,7 +227,7 @@ void AddReaderRefusal(Inspection& deck, const Refusal& refusal) {
   if (code == "syntax")
     AddReaderText(deck, refusal);
   else if (code != kOwnRule)
-    deck.AddCode(code, Severity::Error, At(refusal), WithoutLineEnd(refusal.message));
+    AddLines(deck, code, At(refusal), WithoutLineEnd(refusal.message));
   if (kind == RecordKind::Keyword && number == KeywordOf("mesh")) SpoilMesh(deck);
   if (code != kOwnRule || name->text == kBothEqual) deck.Spoil(kind, number, offset);
   if (number < 1 && IsNumbered(kind)) deck.AddUnnumbered(kind);
@@ -252,13 +271,11 @@ void AddRefusal(Inspection& deck, const Refusal& refusal) {
     case Cause::MissingEnd:
       return AddMissingEnd(deck, refusal);
     case Cause::WordInText:
-      deck.AddCode("keyword-in-text", Severity::Warning, At(refusal),
-                   Quoted(refusal.word) + " is taken as the keyword " + Quoted(refusal.message));
+      deck.AddCode("keyword-in-text", Severity::Warning, At(refusal), KeywordText(refusal));
       return;
     case Cause::TextAsKeyword:
       deck.AddCode("keyword-in-text", Severity::Error, At(refusal),
-                   Quoted(refusal.word) + " is taken as the keyword " + Quoted(refusal.message) +
-                       ": put it elsewhere");
+                   KeywordText(refusal) + ": put it elsewhere");
       return;
     case Cause::OtherType:
       deck.AddCode("syntax", Severity::Error, At(refusal),

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 #include "input/SourceMap.h"
 #include "kestol/findings/Inspection.h"
@@ -12,6 +13,10 @@ namespace kestol {
 /// The word that was refused, or the record.
 Place At(const SourceMap::Refusal& refusal);
 std::string WithoutLineEnd(std::string text);
+
+/// An error in words of the solver: its first line, and the others behind it.
+Finding& AddLines(Inspection& deck, std::string_view code, const Place& place,
+                  const std::string& text);
 
 /// Everything that it refused, as the kind that names it best, else as `syntax`.
 void FindRefusals(Inspection& deck);

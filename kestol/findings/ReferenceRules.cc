@@ -39,12 +39,12 @@ public:
         deck_.Spoil(kind_, number, Finding::kNowhere);
         return false;
       }
-      found = asked_.emplace(number, Asked{offset, {}, {}, {}}).first;
+      found = asked_.emplace(number, Asked{offset, {}, {}}).first;
     }
     Asked& asked = found->second;
     asked.offset = std::min(asked.offset, offset);
     if (element == 0)
-      asked.others.push_back(who);
+      ++asked.others[who];
     else if (asked.elements.empty() || asked.elements.back() != element)
       asked.elements.push_back(element);
     deck_.Spoil(RecordKind::Element, element, offset);
@@ -70,8 +70,10 @@ public:
       std::string text = what_ + " " + std::to_string(number) + " does not exist: asked for by ";
       if (!asked.elements.empty())
         text += (asked.elements.size() == 1 ? "element " : "elements ") + ListText(asked.elements);
-      for (std::size_t i = 0; i < asked.others.size() && i < 3; ++i)
-        text += (i > 0 || !asked.elements.empty() ? ", " : "") + asked.others[i];
+      for (const auto& [who, count] : asked.others) {
+        if (text.back() != ' ') text += ", ";
+        text += count == 1 ? "a " + who : std::to_string(count) + " " + who + "s";
+      }
       Finding& finding = deck_.Add({asked.offset, 0}, text);
       finding.elements = asked.elements;
       if (kind_ == RecordKind::Node) finding.nodes = {number};
@@ -82,8 +84,7 @@ private:
   struct Asked {
     std::uint64_t offset;
     std::vector<int> elements;
-    std::vector<std::string> others;
-    std::vector<int> spare;
+    std::map<std::string, int> others;  ///< what asks beside elements, and how often
   };
   Inspection& deck_;
   RecordKind kind_;
@@ -104,9 +105,9 @@ void FindUnknownNodes(Inspection& deck) {
       if (offset == lastElement) continue;  // one finding for one element
       if (missing.Ask(std::atoi(refusal.message.c_str()), offset, {}, number)) lastElement = offset;
     } else if (refusal.message.find("to unknown node") != std::string::npos) {
-      const char* const who = kind == RecordKind::Support ? "a support"
-                              : kind == RecordKind::Hinge ? "a hinge"
-                                                          : "a load";
+      const char* const who = kind == RecordKind::Support ? "support"
+                              : kind == RecordKind::Hinge ? "hinge"
+                                                          : "load";
       missing.Ask(number, offset, who, 0);
     }
   }
@@ -117,7 +118,7 @@ void FindUnknownElements(Inspection& deck) {
   MissingNumbers missing(deck, RecordKind::Element, "element");
   for (const Refusal& refusal : deck.map.Refusals())
     if (refusal.message.starts_with("error: trying to assign load to element number"))
-      missing.Ask(refusal.record.number, refusal.record.offset, "a load", 0);
+      missing.Ask(refusal.record.number, refusal.record.offset, "load", 0);
   missing.Report();
   int highest = 0;
   for (const auto& mesh : deck.project.meshes) highest = std::max(highest, mesh->elems.Highest());

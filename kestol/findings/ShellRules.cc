@@ -92,13 +92,13 @@ void AddTurned(Inspection& deck, const Group& group, const std::vector<Neighbour
   }
   std::sort(others.begin(), others.end());
   others.erase(std::unique(others.begin(), others.end()), others.end());
-  Finding& finding =
-      deck.AddAs(isRefused ? Severity::Error : Severity::Warning,
-                 deck.PlaceOfRecord(RecordKind::Element, numbers.front()),
-                 std::string(numbers.size() == 1 ? "element " : "elements ") + ListText(numbers) +
-                     (numbers.size() == 1 ? " has its" : " have their") + " normal against " +
-                     (others.size() == 1 ? "element " : "elements ") + ListText(others) +
-                     ": exchange two of its nodes");
+  Finding& finding = deck.AddAs(
+      isRefused ? Severity::Error : Severity::Warning,
+      deck.PlaceOfRecord(RecordKind::Element, numbers.front()),
+      std::string(numbers.size() == 1 ? "element " : "elements ") + ListText(numbers) +
+          (numbers.size() == 1 ? " has its" : " have their") + " normal against " +
+          (others.size() == 1 ? "element " : "elements ") + ListText(others) +
+          (numbers.size() == 1 ? ": exchange two of its nodes" : ": exchange two nodes of each"));
   finding.elements = numbers;
   finding.elements.insert(finding.elements.end(), others.begin(), others.end());
 }

@@ -10,6 +10,7 @@
 #include "kestol/findings/Geometry.h"
 #include "kestol/findings/Inspection.h"
 #include "kestol/findings/Profile.h"
+#include "kestol/findings/ReaderRules.h"
 #include "main/ErrorChannel.h"
 #include "model/Constraint.h"
 #include "results/Equilibrium.h"
@@ -42,8 +43,7 @@ int NumberBehind(const std::string& text, std::initializer_list<std::string_view
 }  // namespace
 
 void AddRefusal(Inspection& deck, const std::string& text) {
-  std::string message = text;
-  while (!message.empty() && message.back() == '\n') message.pop_back();
+  const std::string message = WithoutLineEnd(text);
   const int element = NumberBehind(message, {"lement", "ElemNum", "Elements"});
   const int node = NumberBehind(message, {"ode"});
   Place place;
@@ -54,7 +54,7 @@ void AddRefusal(Inspection& deck, const std::string& text) {
   else if (message.find("olver") != std::string::npos ||
            message.find("iterations") != std::string::npos)
     place = deck.PlaceOfKeyword("Solver");
-  Finding& finding = deck.AddCode("model", Severity::Error, place, message);
+  Finding& finding = AddLines(deck, "model", place, message);
   if (element > 0) finding.elements = {element};
   if (node > 0 && element == 0) finding.nodes = {node};
 }
@@ -69,15 +69,19 @@ std::string CauseText(const Inspection& deck, const char* what, RecordKind kind,
   constexpr std::size_t kMostMentions = 70, kMostHere = 8;
   std::string text =
       std::string(what) + (nodes.size() == 1 ? " at node " : " at nodes ") + ListText(nodes, 8);
-  std::string lines;
+  std::vector<std::uint64_t> offsets;
   for (std::size_t i = 0; i < nodes.size() && i < kMostHere; ++i) {
     const Place place = deck.PlaceOfRecord(kind, nodes[i]);
-    if (place.offset == Finding::kNowhere || finding.mentions.size() == kMostMentions) continue;
-    lines += static_cast<char>('0' + finding.mentions.size());
-    finding.mentions.push_back(place.offset);
+    if (place.offset != Finding::kNowhere) offsets.push_back(place.offset);
   }
-  if (!lines.empty()) text += std::string(" (") + kLines + lines + kLines + ")";
-  return text;
+  // All lines or none: a part of them would look like all.
+  if (offsets.empty() || finding.mentions.size() + offsets.size() > kMostMentions) return text;
+  std::string lines;
+  for (const std::uint64_t offset : offsets) {
+    lines += static_cast<char>('0' + finding.mentions.size());
+    finding.mentions.push_back(offset);
+  }
+  return text + " (" + kLines + lines + kLines + ")";
 }
 
 void AppendMode(const Inspection& deck, const MechanismMode& mode, std::size_t number,
@@ -99,6 +103,14 @@ void SortNodes(Finding& finding) {
   finding.nodes.erase(std::unique(finding.nodes.begin(), finding.nodes.end()), finding.nodes.end());
 }
 
+std::string MotionsText(int count) {
+  return count == 1 ? "a rigid motion" : std::to_string(count) + " rigid motions";
+}
+
+std::string PartsText(std::size_t count) {
+  return std::to_string(count) + (count == 1 ? " more part" : " more parts");
+}
+
 std::string Ways(int count) {
   return std::to_string(count) + (count == 1 ? " way" : " ways");
 }
@@ -107,37 +119,43 @@ std::string Ways(int count) {
 
 // The rigid motions of one part have one cause: its supports.
 void FindRigid(Inspection& deck) {
-  const std::vector<MechanismMode>& modes = deck.solution->mechanisms->modes;
-  bool isApart = false;
-  for (std::size_t m = 0; m < modes.size();) {
-    if (!modes[m].isRigid) break;
-    std::size_t end = m;
-    while (end < modes.size() && modes[end].isRigid && modes[end].part == modes[m].part) ++end;
-    isApart = isApart || !modes[m].isWhole;
-    std::string text = "the supports leave ";
-    text += modes[m].isWhole ? "the model " : "a part of the model ";
-    text += end - m == 1 ? "a" : std::to_string(end - m);
-    text += end - m == 1 ? " rigid motion" : " rigid motions";
-    Finding& finding = deck.Add({}, text);
-    for (; m < end; ++m) AppendMode(deck, modes[m], m + 1, finding);
+  const Mechanisms& mechanisms = *deck.solution->mechanisms;
+  const std::vector<MechanismMode>& modes = mechanisms.modes;
+  std::size_t m = 0, parts = 0;
+  for (const FreePart& part : mechanisms.freeParts) {
+    if (parts > 0 && (m == modes.size() || !modes[m].isRigid)) break;
+    Finding& finding =
+        deck.Add({}, std::string("the supports leave ") +
+                         (mechanisms.isOnePart ? "the model " : "a part of the model ") +
+                         MotionsText(part.motions));
+    ++parts;
+    for (; m < modes.size() && modes[m].isRigid && modes[m].part == part.part; ++m)
+      AppendMode(deck, modes[m], m + 1, finding);
     SortNodes(finding);
   }
+  if (parts < mechanisms.freeParts.size())
+    deck.Add({}, "the supports leave rigid motions to " +
+                     PartsText(mechanisms.freeParts.size() - parts));
   // A part that is loose is apart: that is said already.
-  if (isApart)
+  if (parts > 0 && !mechanisms.isOnePart)
     std::erase_if(deck.findings, [](const Finding& f) { return f.code == "disconnected"; });
 }
 
 void FindMechanism(Inspection& deck) {
   const Mechanisms& mechanisms = *deck.solution->mechanisms;
   const std::vector<MechanismMode>& modes = mechanisms.modes;
-  const auto rigid = static_cast<std::size_t>(std::count_if(
-      modes.begin(), modes.end(), [](const MechanismMode& mode) { return mode.isRigid; }));
-  const int count = mechanisms.count - static_cast<int>(rigid);
+  int count = mechanisms.count;
+  for (const FreePart& part : mechanisms.freeParts) count -= part.motions;
   if (count <= 0) return;
   Finding& finding = deck.Add({}, "the model is a mechanism in " + Ways(count));
-  for (std::size_t m = rigid; m < modes.size(); ++m) AppendMode(deck, modes[m], m + 1, finding);
-  const int more = mechanisms.count - static_cast<int>(modes.size());
-  if (more > 0 && !modes.empty()) finding.more.push_back("and " + std::to_string(more) + " more");
+  int explained = 0;
+  for (std::size_t m = 0; m < modes.size(); ++m) {
+    if (modes[m].isRigid) continue;
+    AppendMode(deck, modes[m], m + 1, finding);
+    ++explained;
+  }
+  if (explained > 0 && explained < count)
+    finding.more.push_back("and " + std::to_string(count - explained) + " more");
   SortNodes(finding);
 }
 

@@ -62,6 +62,8 @@ NUMBERS = [
           "node 44 does not exist: asked for by a load", "unknown-node"),
     asked(edit(PORTAL, "rotules\n  2\n", "rotules\n  44\n", "  4  10 0 0", "  44  10 0 0"), "  [44]\n",
           "node 44 does not exist: asked for by a hinge, a load", "unknown-node"),
+    asked(edit(PORTAL, "  5  110", "  44  110", "  2  12.5 0 0\n  4  10 0 0", 3 * "  44  10 0 0\n"), "  [44]  110",
+          "node 44 does not exist: asked for by 3 loads, a support", "unknown-node"),
     asked(edit(PORTAL, "  3  0 -20\n", "  33  0 -20\n"), "  [33]  0 -20",
           "element 33 does not exist: asked for by a load", "unknown-element"),
     asked(edit(PORTAL, "    2  3 2  2\n", "    2  3 2  7\n"), "    [2]  3 2  7",
@@ -86,6 +88,10 @@ SECTIONS = [
     swallowed(PORTAL, "  end coordinates\n", "  [coordinates]\n", '"elements" and 4 records are swallowed'),
     swallowed(edit(PORTAL, "  2  12.5 0 0\n  4  10 0 0\n", ""), "end rotules\n", "\n[rotules]\n",
               '"nodal_point_loads" and 0 records are swallowed'),
+    swallowed(edit(SPRINGS, "\nmesh\n", "\nunits_names\n  SI  N  m  Pa  1  1\nend\nmesh\n"), "end\n",
+              "[units_names]", '"mesh" and 3 records are swallowed')
+    + (("[units_names]", "warning: unit systems are named, but units_mesh, units_mat_and_load, units_res are "
+        "missing: factors 1 are taken [units-default]"),),
     swallowed(PORTAL, "end global_pressure_loads\n", "\n[global_pressure_loads]\n", "the deck ends first"),
     # ---- words that are not known
     (edit(PORTAL, "\nmaterials\n", "\nmaterails\n"),
@@ -108,6 +114,8 @@ SECTIONS = [
     # ---- words that are taken for others
     (edit(PORTAL, "PROBLEM portal", "# My problems\nPROBLEM portal"),
      ("My [problems]", 'warning: "problems" is taken as the keyword "problem" [keyword-in-text]')),
+    (edit(PORTAL, "PROBLEM portal", "PROBLEM of type beam"),
+     ("of [type] beam", 'error: "type" is taken as a keyword: put it elsewhere [keyword-in-text]')),
     (edit(PORTAL, "TYPE 2d", "prototype 2d"),
      ("[prototype]", 'warning: "prototype" is taken as the keyword "type" [keyword-in-text]')),
     (edit(PORTAL, "PROBLEM portal", "PROBLEM prototype of a frame"),
@@ -165,6 +173,12 @@ HINTS = [
             "Not reading correctly the constraints. -B- Number=5", "a value or a key stands alone at the end"),
     refused(edit(PORTAL, "4  10 0 0", "4  10 0"), "  [4]  10 0", "Not reading correctly the loads B. Number=4",
             "one number per degree of freedom"),
+    refused(edit(SPACE, "3  0 0 -10000 0 0 0", "3  0 0 -10000 0 0 0 units"), "  [3]  0 0 -10000",
+            "Not reading correctly the loads. -D- Number=3", "a value or a key stands alone at the end"),
+    (edit(SPRINGS, "\nmesh\n", "\nSolver Sparse 0 0 0\nmesh\n"),
+     ("[Solver]", "error: Solver Sparse needs three aditional arguments: [syntax]",
+      "    Solver: Sparse tolerance1 tolerance2 MaxIterations", "with 0.0<tolerance<10 and MaxIterations>10 and",
+      " tolerance1<=tolerance2<10")),
     refused(edit(SPACE, "3  0 0 -10000 0 0 0", "3  0 0 -10000"), "  [3]  0 0 -10000",
             "Not reading correctly the loads C. Number=3", "one number per degree of freedom"),
     refused(edit(PORTAL, "Weight=78.5\n  2", "Weight=\n  2"), "  [1]  E=",

@@ -62,10 +62,17 @@ ELEMENTS = [
     (edit(PLATE, "    1  0 0 0\n", "    1  0.9 0.95 0\n", "    3  2 0 0\n", "    3  1.1 0 0\n"),
      ("    [2]  1 5 4",
       "warning: element 2 has an angle of 3.17983 degrees, and 2 beside it are bad too [bad-shape]")),
+    # Its neighbour has atan 0.1 + atan 0.02.
+    (edit(SQUARE, "    3  1 1 0\n    4  0 1 0\n", "    3  1 0.1 0\n    4  0 0.12 0\n"),
+     ("    [1]  1 2 3",
+      "warning: element 1 has an angle of 5.71059 degrees, and 1 beside it is bad too [bad-shape]")),
     # ---- normals
     (edit(PLATE, "    3  2 3 5  1\n", "    3  3 2 5  1\n"),
      ("    [3]  3 2 5", "error: element 3 has its normal against elements 1 and 4: exchange two of its nodes "
       "[opposite-normals]")),
+    (edit(PLATE, "    3  2 3 5  1\n    4  3 6 5  1\n", "    3  3 2 5  1\n    4  6 3 5  1\n"),
+     ("    [3]  3 2 5", "error: elements 3 and 4 have their normal against elements 1 and 7: exchange two nodes of "
+      "each [opposite-normals]")),
     (edit(SQUARE, "2  1 3 4", "2  1 4 3"),
      ("    [2]  1 4 3",
       "error: element 2 has its normal against element 1: exchange two of its nodes [opposite-normals]")),
@@ -116,6 +123,13 @@ JOINTS = [
     (beams(chain(11), [(1, 2)]),
      ("    [3]  2 0", "error: no element has the nodes 3, 4, 5, 6, 7, 8 and 3 more, and nothing "
       "holds them [orphan-node]")),
+    # The solver takes no such node in a solid, also where supports hold it.
+    *((edit(BLOCK, "    5  1 1 1\n", "    5  1 1 1\n    6  2 2 2\n", "end constraints", f"{held}end constraints"),
+       ("    [6]  2 2", "error: no element has node 6, and solids may have none such: give it an element or leave "
+        "it out [orphan-node]")) for held in ("", "  6  111  0 0 0\n")),
+    (edit(BLOCK, "    5  1 1 1\n", "    5  1 1 1\n" + "".join(f"    {i}  {i} 2 2\n" for i in range(6, 15))),
+     ("    [6]  6 2", "error: no element has the nodes 6, 7, 8, 9, 10, 11 and 3 more, and solids may have none such "
+      "[orphan-node]")),
     (beams(chain(3), [(1, 2)], (1, 3)), ("    [3]  2 0", "warning: no element has node 3 [unused]")),
     # ---- hinges
     (edit(PORTAL, "    2  3 2  2\n", "    2  2 3  2\n"),

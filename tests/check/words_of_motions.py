@@ -200,9 +200,18 @@ def long_chain(count):
                      *more, f"  supports at node {count} (line {hinge - 4})")
 
 
-# With --mechanism 10, 1, and 0.
+# Three beams, of which the last two hang on nothing.
+LOOSE = beams(chain(2) + chain(2, y=1) + chain(2, y=2), [(1, 2), (3, 4), (5, 6)])
+
+# With --mechanism 10, 1, and 0: what is not explained is counted all the same.
 ALL = [long_chain(14)]
-LIMITED = [two_ways("and 1 more")]
-UNEXPLAINED = [row[:1] + (row[1][:2],) for row in LIMITED]
+LIMITED = [
+    two_ways("and 1 more"),
+    rigid(supported(SPRINGS, "3  010  0 0 0"), "the model 2 rigid motions",
+          "mode 1: nodes 1-3 slide along x", "  supports at node 3 (line 21)"),
+    rigid(LOOSE, "a part of the model 3 rigid motions", "mode 1: nodes 3 and 4 slide along x")
+    + ((None, "error: the supports leave rigid motions to 1 more part [rigid-motion]"),),
+]
+UNEXPLAINED = [row[:1] + (row[1][:2],) + row[2:] for row in LIMITED]
 
 ROWS = RIGID + MECHANISMS + MANY

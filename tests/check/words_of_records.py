@@ -22,6 +22,10 @@ NUMBERS = [
     value_of_A("0.o2", "error", "0.: a letter O in place of a zero?"),
     value_of_A("0.l2", "error", "0.: a letter in place of a one?"),
     value_of_A("2Ie-3", "error", "2: a letter in place of a one?"),
+    value_of_A("2d", "error", "2: write the number alone"),
+    value_of_A("2dm2", "error", "2: write the number alone"),
+    value_of_A("2oz", "error", "2: write the number alone"),
+    value_of_A("2lb", "error", "2: write the number alone"),
     value_of_A("200cm2", "error", "200: write the number alone"),
     value_of_A("2e-2M2", "error", "2e-2: write the number alone"),
     value_of_A("small", "error", "0: write the number alone"),
@@ -36,6 +40,11 @@ NUMBERS = [
      ("3 2  [010]\n", 'error: "010" is read as 8: octal behind a 0 [number-cut]')),
     (edit(BLOCK, "2  -1  0 0", "2  010  0 0"),
      ("2  [010]  0 0", 'error: "010" is read as 8: octal behind a 0 [number-cut]')),
+    (edit(PORTAL, "    2  3 2  2\n", "    2  3 2  09\n"),
+     ("3 2  [09]\n", 'error: "09" is read as 0: octal behind a 0 [number-cut]')),
+    *((edit(PORTAL, "NumOfDivisions 10", f"NumOfDivisions {value}"),
+       (f"NumOfDivisions [{value}]", f'error: "{value}" is read as {read}: write a whole number [number-cut]'))
+      for value, read in (("10.5", "10"), ("1e2", "1"))),
     # One comma in a record is a habit: the others are not told.
     (edit(PORTAL, "  2  12.5 0 0", "  2  12,5 0,0 0,0"),
      ("2  [12,5] 0,0", 'error: "12,5" is read as 12: a decimal comma? [number-cut]')),
@@ -131,6 +140,10 @@ KEYS = [
     keyed(SPACE, "J=3e-5", "J=3e-5 Euler1x=0", "Euler1x", "error", "sets Euler1 by its beginning", "key-prefix"),
     keyed(SPACE, "widthY=0.1", "widthYY=0.1", "widthYY", "error", "sets widthY by its beginning", "key-prefix"),
     keyed(PLATE, "t=0.02", "temperature=0.02", "temperature", "error", "sets t by its beginning", "key-prefix"),
+    keyed(SPACE, "2  E=2.1e11 G=", "2  E=2.1e11 gxyz=", "gxyz", "error", "sets Gxy by its beginning", "key-prefix"),
+    # Small first letters are the same keys.
+    (edit(PORTAL, "2  E=2.1e8 A=0.02 Iz", "2  ex=2.1e8 ey=2.1e8 a=0.02 iz"),),
+    (edit(PLATE, "G=", "gxy=8.1e10 gxz=8.1e10 gyz="),),
     # Other names of the same thing set what they mean.
     *(keyed(SPACE, old, new + old[-5:], new, "warning", f"sets {name} by its beginning", "key-prefix")
       for old, new, name in [("A=1e-2", "Area", "A"), ("A=1e-2", "area", "A"), ("Iy=2e-5", "Iyy", "Iy"),
