@@ -174,7 +174,9 @@ Mechanisms FindMechanisms(LinearSystem& system, ScaledSystem& A, const Mechanism
   if (options.useFactor && FactorIsSound(system, A))
     return FindRigidMotions(project, options.explained);
   const RitzVectors null = NullSpaceOf(A, options.explained);
-  return Describe(project, parts, &A, GlobalModes(A, null.vectors), options.explained);
+  Mechanisms result = Describe(project, parts, &A, GlobalModes(A, null.vectors), options.explained);
+  result.isCounted = null.areAll;
+  return result;
 }
 
 bool IsSound(LinearSystem& system) {
@@ -211,10 +213,14 @@ Mechanisms FindRigidMotions(const Project& project, int explained) {
   return Describe(project, parts, nullptr, {}, explained);
 }
 
+std::string WaysText(int count, bool isCounted) {
+  return (isCounted ? "" : "at least ") + std::to_string(count) + (count == 1 ? " way" : " ways");
+}
+
 std::vector<std::string> MechanismReport(const Mechanisms& mechanisms) {
   std::vector<std::string> lines;
-  lines.push_back("the model is a mechanism in " + std::to_string(mechanisms.count) +
-                  (mechanisms.count == 1 ? " way" : " ways"));
+  lines.push_back("the model is a mechanism in " +
+                  WaysText(mechanisms.count, mechanisms.isCounted));
   for (std::size_t m = 0; m < mechanisms.modes.size(); ++m) {
     const MechanismMode& mode = mechanisms.modes[m];
     const std::string name = "  mode " + std::to_string(m + 1) + ": ";

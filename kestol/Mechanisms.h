@@ -36,6 +36,7 @@ struct FreePart {
 /// What is left without resistance by supports, hinges and elements.
 struct Mechanisms {
   int count = 0;                     ///< of all modes
+  bool isCounted = true;             ///< false where there are more, too many to be sought
   std::vector<FreePart> freeParts;   ///< all of them, in the order of the modes
   bool isOnePart = true;             ///< whether the model is connected
   std::vector<MechanismMode> modes;  ///< the explained ones, rigid motions first
@@ -83,6 +84,9 @@ void RequireResisted(const LinearSystem& system, const ReaVecT& displacements);
 
 /// The rigid motions alone: what the supports leave to each connected part. Factorises nothing.
 Mechanisms FindRigidMotions(const Project& project, int explained);
+
+/// "2 ways", "at least 129 ways".
+std::string WaysText(int count, bool isCounted);
 
 /// "the model is a mechanism in 2 ways", and each mode in indented lines: for programs that end
 /// there.

@@ -166,8 +166,9 @@ void FindCoincidentNodes(Inspection& deck) {
   if (pairs.size() > kMostSingle) {
     std::vector<int> numbers;
     for (const auto& [first, second] : pairs) numbers.push_back(second->number);
+    numbers.erase(std::unique(numbers.begin(), numbers.end()), numbers.end());
     deck.Add(deck.PlaceOfRecord(RecordKind::Node, numbers.front()),
-             std::to_string(pairs.size()) +
+             std::to_string(numbers.size()) +
                  " nodes stand where others stand: " + ListText(numbers, 4))
         .nodes = numbers;
     return;

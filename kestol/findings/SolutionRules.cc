@@ -111,10 +111,6 @@ std::string PartsText(std::size_t count) {
   return std::to_string(count) + (count == 1 ? " more part" : " more parts");
 }
 
-std::string Ways(int count) {
-  return std::to_string(count) + (count == 1 ? " way" : " ways");
-}
-
 }  // namespace
 
 // The rigid motions of one part have one cause: its supports.
@@ -147,7 +143,8 @@ void FindMechanism(Inspection& deck) {
   int count = mechanisms.count;
   for (const FreePart& part : mechanisms.freeParts) count -= part.motions;
   if (count <= 0) return;
-  Finding& finding = deck.Add({}, "the model is a mechanism in " + Ways(count));
+  Finding& finding =
+      deck.Add({}, "the model is a mechanism in " + WaysText(count, mechanisms.isCounted));
   int explained = 0;
   for (std::size_t m = 0; m < modes.size(); ++m) {
     if (modes[m].isRigid) continue;

@@ -149,7 +149,7 @@ RitzVectors SubspaceIteration(const ScaledSystem& A, int count, int steps,
   return RitzOf(A, block);
 }
 
-RitzVectors NullSpaceOf(ScaledSystem& A, int atLeast) {
+RitzVectors NullSpaceOf(ScaledSystem& A, int atLeast, double longest) {
   // Rounding can make a pivot of the shifted matrix vanish: another shift is as good.
   double shift = kShift;
   constexpr double kLargestShift = 1e-11;
@@ -163,7 +163,9 @@ RitzVectors NullSpaceOf(ScaledSystem& A, int atLeast) {
     const auto modes = static_cast<std::size_t>(
         std::count_if(ritz.values.begin(), ritz.values.end(),
                       [](double value) { return std::abs(value) < kNoResistance; }));
-    if (modes == ritz.values.size() && count < A.Size()) continue;
+    ritz.areAll = modes < ritz.values.size() || count >= A.Size();
+    const double next = 2.0 * count;
+    if (!ritz.areAll && A.Size() * next * next <= longest) continue;
     ritz.values.resize(modes);
     ritz.vectors.resize(modes);
     return ritz;

@@ -12,6 +12,7 @@ namespace kestol {
 struct RitzVectors {
   std::vector<double> values;
   std::vector<ReaVecT> vectors;
+  bool areAll = true;  ///< of NullSpaceOf: false where it stopped before it had all
 };
 
 /// A Ritz value below this is a motion without resistance.
@@ -23,7 +24,8 @@ RitzVectors SubspaceIteration(const ScaledSystem& A, int count, int steps,
                               const std::function<void(ReaVecT&)>& solve);
 
 /// The vectors that A takes to 0: those whose Ritz value is below kNoResistance, `atLeast` + 2 of
-/// them looked at, more while all of them are.
-RitzVectors NullSpaceOf(ScaledSystem& A, int atLeast);
+/// them looked at, more while all of them are. A large model can have thousands, which would take
+/// hours: the search ends before equations times the square of the vectors is above `longest`.
+RitzVectors NullSpaceOf(ScaledSystem& A, int atLeast, double longest = 2e9);
 
 }  // namespace kestol

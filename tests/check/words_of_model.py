@@ -97,6 +97,13 @@ def links(first, last, step=1):
 JOINTS = [
     (beams([(0, 0), (1, 0), (1, 0), (2, 0)], [(1, 2), (3, 4)], (1, 4)),
      ("    [3]  1 0", "warning: nodes 2 and 3 stand at one place, and nothing joins them [coincident-nodes]")),
+    # Each node once, of three chains on each other.
+    (beams(3 * chain(6), links(1, 6) + links(7, 12) + links(13, 18), (1, 7, 13)),
+     ("    [7]  0 0", "warning: 12 nodes stand where others stand: 7, 8, 9, 10 and 8 more [coincident-nodes]")),
+    # Of a node that lies far away the others know nothing: sqrt(4e-4 / 0.02) = 0.141421.
+    (edit(PORTAL, "    3  3 4\n", "    3  3e9 4\n"),
+     ("Iz=[4e-4]", "warning: Iz and A of material 2 give a radius of gyration of 0.141421 on a beam of length 3e+09 "
+      "[magnitude]")),
     (beams(chain(10) + chain(10), links(1, 10) + links(11, 20), (1, 20)),
      ("    [11]  0 0", "warning: 10 nodes stand where others stand: 11, 12, 13, 14 and 6 more [coincident-nodes]")),
     (beams([(0, 0), (2, 2), (0, 2), (2, 0)], [(1, 2), (3, 4)], (1, 3)),

@@ -117,6 +117,36 @@ TEST(NullSpace, GrowsUntilItHoldsAll) {
   EXPECT_EQ(NullSpaceOf(A, 0).vectors.size(), 5U);
 }
 
+TEST(NullSpace, EndsBeforeTheSearchBecomesLong) {
+  constexpr int kNodes = 14;
+  std::string deck = "problem chain\ntype 2d\nmesh dimension = 2 elemtype Linear nnode = 2\ncoordinates\n";
+  for (int i = 1; i <= kNodes; ++i) deck += std::to_string(i) + " " + std::to_string(i) + " 0\n";
+  deck += "end\nelements\n";
+  for (int i = 1; i < kNodes; ++i)
+    deck += std::to_string(i) + " " + std::to_string(i) + " " + std::to_string(i + 1) + " 1\n";
+  deck += "end\nmaterials\n1 E=2.1e11 A=1e-2 Iz=1e-5\nend\nrotules\n";
+  for (int i = 2; i < kNodes; ++i) deck += std::to_string(i) + "\n";
+  Project project = Read(deck + "end\n");
+  const LinearSystem system(project, {.solver = SolverName::SkyLine});
+  const auto search = [&](double longest) {
+    ScaledSystem A(system, SolverName::SkyLine);
+    return NullSpaceOf(A, 0, longest);
+  };
+  const double of16 = 3.0 * kNodes * 16 * 16;
+  const RitzVectors all = search(of16);  // three rigid motions and a hinge at each inner node
+  EXPECT_EQ(all.vectors.size(), 15U);
+  EXPECT_TRUE(all.areAll);
+  const RitzVectors few = search(of16 - 1.0);
+  EXPECT_EQ(few.vectors.size(), 8U);
+  EXPECT_FALSE(few.areAll);
+}
+
+TEST(WaysText, CountsAndSaysWhenThereAreMore) {
+  EXPECT_EQ(WaysText(1, true), "1 way");
+  EXPECT_EQ(WaysText(2, true), "2 ways");
+  EXPECT_EQ(WaysText(128, false), "at least 128 ways");
+}
+
 TEST(FindMechanisms, TellsRigidMotionsFirst) {
   Project project = Read(Row(kLoose, kHinges));
   LinearSystem system(project, {.solver = SolverName::SkyLine});
