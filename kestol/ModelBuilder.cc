@@ -4,6 +4,7 @@
 #include <cmath>
 #include <memory>
 #include <string>
+#include <tuple>
 #include <unordered_set>
 #include <utility>
 
@@ -19,9 +20,28 @@ namespace {
 /// Numbers per block of the model's containers.
 constexpr int kCapacity = 100;
 
+/// All that the keywords of units and options set, by reference.
+auto SettingsOf(Project& p) {
+  return std::tie(p.units, p.ConvertTo6Nodes, p.stressOption, p.solverChoice, p.tolerance1,
+                  p.tolerance2, p.MaxIterations, p.gravity, p.NumOfDivisions, p.CoplanarityAngle,
+                  p.DoSmoothing, p.smoothingAngle);
+}
+
+template <class... Settings>
+std::tuple<Settings...> Copy(const std::tuple<Settings&...>& settings) {
+  return settings;
+}
+
+/// Reads text of a deck. The readers of keywords set what they then refuse: that is taken back.
 void Read(Project& project, const std::string& text) {
+  const auto before = Copy(SettingsOf(project));
   TextInput input(text);
-  ReadKeywords(project, input);
+  try {
+    ReadKeywords(project, input);
+  } catch (...) {
+    SettingsOf(project) = before;
+    throw;
+  }
 }
 
 /// A line end in a record would begin another one.
@@ -69,25 +89,19 @@ ModelBuilder::ModelBuilder(Project model, bool isChanged)
 void ModelBuilder::Say(std::string_view statement) {
   error.Clear();
   RefuseLineEnds(statement);
-  isChanged_ = true;
   Read(project_, std::string(statement) + '\n');
+  isChanged_ = true;
 }
 
 void ModelBuilder::AddRecord(std::string_view section, std::string_view record) {
   error.Clear();
   RefuseLineEnds(record);
-  isChanged_ = true;
   Read(project_, std::string(section) + '\n' + std::string(record) + "\nend\n");
+  isChanged_ = true;
 }
 
 void ModelBuilder::AddUnits(std::string_view row) {
-  const Units before = project_.units;
-  try {
-    AddRecord("units_names", row);
-  } catch (const FatalError&) {
-    project_.units = before;
-    throw;
-  }
+  AddRecord("units_names", row);
 }
 
 int ModelBuilder::Dimension() const {

@@ -152,8 +152,11 @@ def test_what_is_refused_is_not_added(text, action):
     ("DoSmoothing must have angle >0 and <PI rad", lambda m: m.smooth(4)),
     ("an angle is not a finite number", lambda m: m.smooth(INF)),
 ])
-def test_options(text, action):
-    refused(text, "syntax", action, plane())
+def test_options_that_are_refused_are_not_set(text, action):
+    model = plane()
+    before = model.text()
+    refused(text, "syntax", action, model)
+    assert model.text() == before
 
 
 def test_materials_have_numbers_of_their_own():

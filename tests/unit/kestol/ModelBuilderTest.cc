@@ -3,9 +3,11 @@
 #include <string>
 #include <vector>
 
+#include "kestol/CopyModel.h"
 #include "kestol/ModelBuilder.h"
 #include "kestol/ReadDeck.h"
 #include "kestol/WriteDeck.h"
+#include "main/ErrorChannel.h"
 #include "tests/support/ExpectFatal.h"
 #include "tests/support/ReadDeck.h"
 
@@ -168,6 +170,26 @@ TEST(ModelBuilder, KeepsNothingOfARefusedRecord) {
                "error: 'units_names' items should be: name nameN nameM namePa facN facM\n");
   EXPECT_EQ(builder.Model().meshes[0]->nodes->Get(1)->constraint, nullptr);
   EXPECT_EQ(Written(builder.Model()), before);
+}
+
+TEST(ModelBuilder, KeepsNothingOfARefusedStatement) {
+  ModelBuilder builder(2);
+  builder.AddUnits("SI N m Pa 1 1");
+  builder.AddUnits("none N m Pa 0 0");
+  ModelBuilder unchanged(CopyModel(builder.Model()));
+  const std::string before = Written(builder.Model());
+  for (const char* statement :
+       {"NumOfDivisions 0", "DoSmoothing 4", "CoplanarityAngle 0", "Solver Sparse 0 0 10",
+        "GravityDirection 0 0 0", "units_res none", "units_mat_and_load none", "units_mesh ft",
+        "MainStresses ConvertTo6Nodes units_res SI units_mesh m GravityDirection 1 0 0 Solver "
+        "no"}) {
+    SCOPED_TRACE(statement);
+    EXPECT_THROW(unchanged.Say(statement), FatalError);
+    EXPECT_EQ(Written(unchanged.Model()), before);
+    EXPECT_FALSE(unchanged.IsChanged());
+  }
+  unchanged.Say("NumOfDivisions 4");
+  EXPECT_TRUE(unchanged.IsChanged());
 }
 
 }  // namespace
