@@ -1,9 +1,11 @@
 #include "kestol/ModelBuilder.h"
 
 #include <algorithm>
+#include <charconv>
 #include <cmath>
 #include <memory>
 #include <string>
+#include <system_error>
 #include <tuple>
 #include <unordered_set>
 #include <utility>
@@ -11,6 +13,7 @@
 #include "input/ProjectCheck.h"
 #include "input/ProjectReader.h"
 #include "input/TextInput.h"
+#include "input/Words.h"
 #include "main/ErrorChannel.h"
 
 namespace kestol {
@@ -74,6 +77,18 @@ void CheckNumbers(std::span<const int> numbers, const char* what) {
   }
 }
 
+/// Refuses a material that cannot be added, in words for who gave its number in a call: those of
+/// the readers are about their containers.
+void CheckNewMaterial(const Project& project, std::string_view record) {
+  const std::size_t first = std::min(record.find_first_not_of(" \t"), record.size());
+  int number = 0;
+  const auto read = std::from_chars(record.data() + first, record.data() + record.size(), number);
+  if (read.ec != std::errc()) return;
+  if (number < 1) Fatal("error: material numbers begin at 1\n");
+  if (project.materials.Get(number) != nullptr)
+    Fatal("error: material ", number, " is given twice\n");
+}
+
 }  // namespace
 
 ModelBuilder::ModelBuilder(int dimension) : project_(kCapacity) {
@@ -96,6 +111,7 @@ void ModelBuilder::Say(std::string_view statement) {
 void ModelBuilder::AddRecord(std::string_view section, std::string_view record) {
   error.Clear();
   RefuseLineEnds(record);
+  if (LowerCase(section) == "materials") CheckNewMaterial(project_, record);
   Read(project_, std::string(section) + '\n' + std::string(record) + "\nend\n");
   isChanged_ = true;
 }
@@ -201,7 +217,7 @@ void ModelBuilder::CheckNewElements(const ElementRows& rows) const {
       if (project_.meshes[0]->nodes->Get(node) == nullptr)
         Fatal("error: element: ", number, " has an unknown node: ", node, "\n");
     if (perElement == 2 && nodes[0] == nodes[1])
-      Fatal("error: element: ", number, "  have both nodes equal\n");
+      Fatal("error: element: ", number, " have both nodes equal\n");
   }
 }
 

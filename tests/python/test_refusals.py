@@ -57,7 +57,7 @@ def refused(text, code, action, *arguments, file=None, line=None):
     ("list of nodes does not contain any node",
      lambda m: kestol.Model(dimension=2).add_beam(1, 2, 1)),
     ("element: 2 has an unknown node: 77", lambda m: m.add_beam(1, 77, 1)),
-    ("element: 2  have both nodes equal", lambda m: m.add_beam(2, 2, 1)),
+    ("element: 2 have both nodes equal", lambda m: m.add_beam(2, 2, 1)),
     ("All elements must have different number. Check elm num: 1",
      lambda m: m.add_beam(2, 3, 1, number=1)),
     ("element number 0 is not above 0", lambda m: m.add_beam(2, 3, 1, number=0)),
@@ -159,11 +159,17 @@ def test_options_that_are_refused_are_not_set(text, action):
     assert model.text() == before
 
 
-def test_materials_have_numbers_of_their_own():
+@pytest.mark.parametrize("number, text", [
+    (1, "material 1 is given twice"),
+    (0, "material numbers begin at 1"),
+    (-1, "material numbers begin at 1"),
+])
+def test_materials_have_numbers_of_their_own(number, text):
     model = plane()
     model.add_material(1, E=1)
-    with pytest.raises(kestol.Error, match=r"^Repeated index 1\b.* \[syntax\]$"):
-        model.add_material(1, E=2)
+    before = model.text()
+    refused(text, "syntax", lambda: model.add_material(number, E=2))
+    assert model.text() == before
 
 
 def test_numbers_that_are_not_whole():

@@ -124,7 +124,7 @@ TEST(ModelBuilder, RefusesElementsThatCannotBe) {
   EXPECT_FATAL(AddBeam(builder, 1, 2, 3),
                "error: All elements must have different number. Check elm num: 1\n");
   EXPECT_FATAL(AddBeam(builder, 2, 2, 9), "error: element: 2 has an unknown node: 9\n");
-  EXPECT_FATAL(AddBeam(builder, 2, 2, 2), "error: element: 2  have both nodes equal\n");
+  EXPECT_FATAL(AddBeam(builder, 2, 2, 2), "error: element: 2 have both nodes equal\n");
   EXPECT_FATAL(AddBeam(builder, -2, 2, 3), "error: element number -2 is not above 0\n");
   const std::vector<int> numbers = {3, 4}, nodes = {1, 2, 3, 4}, one = {1}, three = {1, 1, 1};
   EXPECT_FATAL(builder.AddElements({Linear, 2, one, nodes, one}),
@@ -159,6 +159,19 @@ TEST(ModelBuilder, RefusesWhatTheReadersRefuse) {
   EXPECT_FATAL(builder.AddRecord("rotules", "1\n2"), "error: a record of a deck is one line\n");
   EXPECT_FATAL(builder.Say("NumOfDivisions 3\nSolver none"),
                "error: a record of a deck is one line\n");
+}
+
+TEST(ModelBuilder, RefusesMaterialsInWordsOfItsOwn) {
+  ModelBuilder builder(2);
+  builder.AddRecord("materials", "1 E=2");
+  const std::string before = Written(builder.Model());
+  EXPECT_FATAL(builder.AddRecord("materials", "1 E=3"), "error: material 1 is given twice\n");
+  EXPECT_FATAL(builder.AddRecord("Materials", " 1 E=3"), "error: material 1 is given twice\n");
+  EXPECT_FATAL(builder.AddRecord("materials", "0 E=3"), "error: material numbers begin at 1\n");
+  EXPECT_FATAL(builder.AddRecord("materials", "-1 E=3"), "error: material numbers begin at 1\n");
+  EXPECT_EQ(Written(builder.Model()), before);
+  builder.AddRecord("materials", "2 E=3");
+  EXPECT_EQ(builder.Model().materials.Get(2)->E1, 3.0);
 }
 
 TEST(ModelBuilder, KeepsNothingOfARefusedRecord) {
