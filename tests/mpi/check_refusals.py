@@ -135,10 +135,22 @@ class Refusals(Refused):
 
     def test_petsc_has_the_last_word_on_its_options(self):
         self.deck("01-cantilever.dat")
-        run = kestol_mpi("--solver", "gamg", "--petsc", "-pc_type nothing", "01-cantilever.dat", cwd=self.here)
-        self.assertEqual(run.returncode, 2)
-        self.assertRegex(run.stderr, r"^kestol-mpi: error: PETSc: Unknown type\. [^\n]* nothing$")
-        self.assertEqual(self.files(), ["01-cantilever.dat"])
+        for processes in (1, 3):
+            run = kestol_mpi("--solver", "gamg", "--petsc", "-pc_type nothing", "01-cantilever.dat",
+                             processes=processes, cwd=self.here)
+            self.assertEqual(run.returncode, 2)
+            self.assertRegex(run.stderr, r"^kestol-mpi: error: PETSc: Unknown type\. [^\n]* nothing$")
+            self.assertEqual(self.files(), ["01-cantilever.dat"])
+
+    def test_petsc_fails_on_some_processes_while_others_work(self):
+        self.deck("01-cantilever.dat")
+        sound = ["-n", "1", PROGRAM, "--solver", "gamg", "01-cantilever.dat"]
+        for failing in (1, 2):
+            run = run_of([MPIRUN, "--oversubscribe", *sound, ":", "-n", str(failing), PROGRAM, "--solver", "gamg",
+                          "--petsc", "-pc_type nothing", "01-cantilever.dat"], self.here)
+            self.assertEqual(run.returncode, 2)
+            self.assertRegex(run.stderr, r"^kestol-mpi: error: PETSc: Unknown type\. [^\n]* nothing$")
+            self.assertEqual(self.files(), ["01-cantilever.dat"])
 
 
 class Outputs(Refused):
