@@ -107,7 +107,6 @@ void MpiRun::Read() {
     project_.emplace(ReadDeck(options_.deck));
     if (project_->solverChoice == SolveDouble) ConvertForDouble(*project_);
     PrepareModel(*project_, {.renumber = false, .info = log_->Info()});
-    if (EquationCount(*project_) == 0) throw ProgramError("the model has no nodes");
   });
   const double nodes = project_->numNodes;
   if (team_.Smallest(nodes) != team_.Largest(nodes))
