@@ -173,10 +173,9 @@ class Outputs(Refused):
                      "no/x.pvtu", "01-cantilever.dat")
 
     def test_full_device(self):
-        for option, processes, reason in (("-o", 2, "No space left on device"), ("-r", 0, "No space left on device"),
-                                          ("-i", 2, "not every line was taken")):
-            self.refused(f"kestol-mpi: error: failed writing to /dev/full: {reason}", 2, "-q", option, "/dev/full",
-                         "01-cantilever.dat", processes=processes)
+        for option, processes in (("-o", 2), ("-r", 0), ("-i", 2)):
+            self.refused("kestol-mpi: error: failed writing to /dev/full: No space left on device", 2, "-q", option,
+                         "/dev/full", "01-cantilever.dat", processes=processes)
 
     def test_mesh_file_on_a_full_device(self):
         (self.here / "x.kestol.bon").symlink_to("/dev/full")
@@ -184,12 +183,12 @@ class Outputs(Refused):
                      "-p", "-r", "x.kestol.res", "01-cantilever.dat", processes=0)
 
     def test_standard_output_on_a_full_device(self):
-        for option, reason in (("-o", "No space left on device"), ("-i", "not every line was taken")):
+        for option in ("-o", "-i"):
             with open("/dev/full", "wb") as full:
                 done = subprocess.run([PROGRAM, "-q", option, "-", "01-cantilever.dat"], cwd=self.here, stdout=full,
                                       stderr=subprocess.PIPE, text=True, check=False)
             self.assertEqual((done.returncode, done.stderr),
-                             (2, f"kestol-mpi: error: failed writing to standard output: {reason}\n"))
+                             (2, "kestol-mpi: error: failed writing to standard output: No space left on device\n"))
             self.assertEqual(self.files(), ["01-cantilever.dat"])
 
 
