@@ -43,6 +43,10 @@ void MeetFirstRefusal(const Project& project) {
   LoadsOfDeck(project);
 }
 
+std::string CountOfIterations(int count) {
+  return std::to_string(count) + (count == 1 ? " iteration" : " iterations");
+}
+
 /// One run. The members are what its stages leave to the next.
 class MpiRun {
 public:
@@ -162,7 +166,7 @@ void MpiRun::SolveSystem() {
 
   char text[128];
   const std::string iterations =
-      solver.IsDirect() ? "" : ", " + std::to_string(outcome.iterations) + " iterations";
+      solver.IsDirect() ? "" : ", " + CountOfIterations(outcome.iterations);
   std::snprintf(text, sizeof text, "%s%s, residual |f - K u| / |f| = %.1e", NameOf(settings.solver),
                 iterations.c_str(), outcome.residual);
   log_->Tell(text);
