@@ -47,6 +47,7 @@ class Inputs(Refusals):
     def test_files_that_cannot_be_read(self) -> None:
         self.fail_with("can't open file none.toml: No such file or directory", "none.toml")
         self.fail_with("can't open file .: Is a directory", ".")
+        self.fail_with("failed reading /proc/self/mem: Input/output error", "/proc/self/mem")
         # It opens, and nothing stands at its beginning.
         self.fail_with("failed reading /proc/self/mem: Input/output error", "/proc/self/mem")
 

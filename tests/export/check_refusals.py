@@ -60,6 +60,8 @@ def check_inputs(bench):
     bench.put(SOUND)
     bench.refused(2, told("can't open file none.dat: No such file or directory"), "none.dat", "--json", "a.json")
     bench.refused(2, told("can't open file /: Is a directory"), "/", "--json", "a.json")
+    # A file that opens and cannot be read.
+    bench.refused(2, told("failed reading /proc/self/mem: Input/output error"), "/proc/self/mem", "--json", "a.json")
     bench.put(BROKEN)
     bench.refused(2, "deck.dat" + UNKNOWN_NODE, "deck.dat", "--vtu", "a.vtu", "--csv", "a")
     bench.put(WORTHLESS)

@@ -86,6 +86,8 @@ class Refusals(Refused):
     def test_deck_that_cannot_be_read(self):
         self.refused("kestol-mpi: error: can't open file no.dat: No such file or directory", 2, "no.dat", processes=3)
         self.refused("kestol-mpi: error: can't open file .: Is a directory", 2, ".", processes=0)
+        self.refused("kestol-mpi: error: failed reading /proc/self/mem: Input/output error", 2, "/proc/self/mem",
+                     "-r", "a.res", processes=0)
 
     def test_mistake_in_the_deck(self):
         self.deck("bad.dat", "nonsense\n")

@@ -228,6 +228,7 @@ def test_arrays_of_a_solution_cannot_be_set():
     ("'G' names a case and a combination", "model", {"G": "model"}, {"G": {"G": 1}}),
     (f"can't open file no such.dat: {NO_FILE}", "file", {"Q": "no such.dat"}, {}),
     ("can't open file /: Is a directory", "file", {"Q": "/"}, {}),
+    ("failed reading /proc/self/mem: Input/output error", "file", {"Q": "/proc/self/mem"}, {}),
 ])
 def test_combinations(text, code, cases, combinations):
     refused(text, code, kestol.combine, portal(), cases, combinations)
@@ -249,6 +250,8 @@ def test_files(tmp_path):
     for action in (kestol.read, kestol.check, kestol.solve):
         refused(f"can't open file no such.dat: {NO_FILE}", "file", action, "no such.dat")
         refused("can't open file /: Is a directory", "file", action, "/")
+        refused("failed reading /proc/self/mem: Input/output error", "file", action,
+                "/proc/self/mem")
     result = kestol.solve(portal())
     for action, name in ((portal().write, "/no/such/x.dat"), (result.to_vtu, "/no/such/x.vtu")):
         refused(f"can't open file {name}: {NO_FILE}", "file", action, name)

@@ -61,6 +61,7 @@ test('a deck that cannot be read: exit 2 and no page', async () => {
   deckOf('PROBLEM a\0b', 'binary.dat');
   for (const [deck, words] of [['none.dat', 'can\'t open file none.dat: No such file or directory'],
                                ['.', 'can\'t open file .: Is a directory'],
+                               ['/proc/self/mem', 'failed reading /proc/self/mem: Input/output error'],
                                ['empty.dat', 'empty.dat is empty'],
                                ['binary.dat', 'binary.dat is not a text file']])
     await refused(['-o', 'none.html', deck], told(words));
