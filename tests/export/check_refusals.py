@@ -15,6 +15,8 @@ USAGE = (
     ("deck.dat --frobnicate", "unknown option --frobnicate"),
     ("-x deck.dat", "unknown option -x"),
     ("deck.dat more.dat --json -", "The following argument was not expected: more.dat"),
+    ("deck.dat a --json - b", "The following arguments were not expected: a b"),
+    ("deck.dat --json - -- --more", "The following argument was not expected: --more"),
     ("deck.dat", "one of --vtu, --csv, --json, --report and --res is needed"),
     ("deck.dat --mesh-only", "one of --vtu, --csv, --json, --report and --res is needed"),
     ("deck.dat --vtu a.vtu --encoding zip", "--encoding: zip is none of ascii, base64, raw"),

@@ -44,9 +44,11 @@ for (const [line, words] of [
     refused(line.split(' ').filter(Boolean), `kestol-view: ${words}; try kestol-view --help\n`));
 
 test('behind "--" stands one deck', async () => {
-  const done = await view('deck.dat', '--', '--more.dat');
-  assert.equal(done.status, 2);
-  assert.match(done.stderr, /^kestol-view: [^\n]* not expected: --more\.dat\b[^\n]*; try kestol-view --help\n$/);
+  for (const [words, told] of [
+         [['--more.dat'], 'argument was not expected: --more.dat'],
+         [['--', 'a'], 'arguments were not expected: -- a'],
+         [['-b', 'a'], 'arguments were not expected: -b a']])
+    await refused(['deck.dat', '--', ...words], `kestol-view: The following ${told}; try kestol-view --help\n`);
 });
 
 test('a terminal gets no page', () => {
