@@ -118,8 +118,9 @@ def check_outputs(bench):
     bench.refused(2, told("can't open file none/a_nodes.csv: No such file or directory"), "deck.dat", "--csv",
                   "none/a")
     for line, name in (("--vtu a --json ./a", "./a"), ("--vtu a.vtu --json a_diagrams.vtu", "a_diagrams.vtu"),
-                       ("--csv a --json a_nodes.csv", "a_nodes.csv"), ("--json - --report -", "-")):
+                       ("--csv a --json a_nodes.csv", "a_nodes.csv")):
         bench.refused(2, told(f"two outputs have the name {name}"), "deck.dat", *line.split())
+    bench.refused(2, told("two outputs go to standard output"), "deck.dat", "--json", "-", "--report", "-")
     (bench.work / "hard.vtu").unlink()
 
 
