@@ -57,7 +57,11 @@ void PrintRefusal(const std::string& deck, const FatalError& refusal, const char
 }
 
 void PrintRefusal(const std::string& deck, const FatalError& refusal) {
-  PrintRefusal(deck, refusal, refusal.Line() > 0 ? "syntax" : "model");
+  PrintRefusal(deck, refusal, IsOfReader(refusal) ? "syntax" : "model");
+}
+
+bool IsOfReader(const FatalError& refusal) {
+  return *refusal.File() != '\0';
 }
 
 // A pipe is not opened: its writer would take the end of that for the end of its reader. Some files

@@ -69,6 +69,8 @@ def check_inputs(bench):
     bench.put(WORTHLESS)
     for options in ((), ("--report", "r")):
         bench.refused(2, "deck.dat" + NO_SECTION, "deck.dat", "--vtu", "a.vtu", *options)
+    bench.put("PROBLEM none\nTYPE 2d\n")
+    bench.refused(2, "deck.dat: error: it is necessary at least one mesh [syntax]\n", "deck.dat", "--vtu", "a.vtu")
     bench.put("")
     bench.refused(2, "deck.dat:1: error: can't find word ***problem*** in input file [syntax]\n", "deck.dat",
                   "--vtu", "a.vtu")

@@ -94,7 +94,7 @@ class Refusals(Refused):
         self.refused("bad.dat:1: error: can't find word ***problem*** in input file [syntax]\n"
                      "    1 | nonsense", 2, "bad.dat", "report", processes=3)
         self.deck("none.dat", "PROBLEM none\nTYPE 2d\n")
-        self.refused("none.dat: error: it is necessary at least one mesh [model]", 2, "none.dat", processes=0)
+        self.refused("none.dat: error: it is necessary at least one mesh [syntax]", 2, "none.dat", processes=0)
 
     def test_first_bad_element_is_named_whoever_computes_it(self):
         head, rest = block(2).split("elements\n", 1)

@@ -263,6 +263,9 @@ def test_files(tmp_path):
         refused(f"the output {path} is the input {path}", "file", action, path)
     pathlib.Path(tmp_path / "empty.dat").touch()
     refused(f"{tmp_path}/empty.dat is empty", "file", kestol.check, tmp_path / "empty.dat")
+    (tmp_path / "none.dat").write_text("PROBLEM none\nTYPE 2d\n")
+    refused("it is necessary at least one mesh", "syntax", kestol.read, tmp_path / "none.dat",
+            file=str(tmp_path / "none.dat"))
     (tmp_path / "binary.dat").write_bytes(b"PROBLEM a\0b")
     refused(f"{tmp_path}/binary.dat is not a text file", "file", kestol.check,
             tmp_path / "binary.dat")
