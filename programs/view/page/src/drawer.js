@@ -6,7 +6,7 @@ import {tablesOf, tableSheet} from './tables.js';
 import {chooseMode} from './state.js';
 import {hitOf} from './selection.js';
 
-/** @import {Finding, Vec3} from './types.js' */
+/** @import {Equilibrium, Finding, Vec3} from './types.js' */
 /** @import {State} from './state.js' */
 
 /** @typedef {(kind: 'node' | 'element', number: number) => void} Select */
@@ -55,22 +55,20 @@ function mechanismPart(state, modes) {
   return part;
 }
 
-/** Sums of loads and reactions. @param {State} state */
-function balanceSheet(state) {
-  const e = state.result.equilibrium;
-  if (!e) return [make('p', {class: 'note'}, 'No sums for this result.')];
-  return [balanceTable(state), make('p', {class: 'note'},
+/** Sums of loads and reactions. @param {State} state @param {Equilibrium} sums */
+function balanceSheet(state, sums) {
+  return [balanceTable(state, sums), make('p', {class: 'note'},
     'Loads are the forces on the nodes, reactions what the supports give to the structure; ' +
-    'moments about the origin. Relative error ' + format(e.relativeError, 2) + '.')];
+    'moments about the origin. Relative error ' + format(sums.relativeError, 2) + '.')];
 }
 
 /** Sums below this share of the largest one are what rounding leaves of 0; the relative error tells
  *  of them. */
 const ROUNDING = 1e-10;
 
-/** @param {State} state */
-export function balanceTable(state) {
-  const {force, moment} = unitsOf(state.model.head), e = state.result.equilibrium;
+/** @param {State} state @param {Equilibrium} sums */
+export function balanceTable(state, {loads, reactions, drilling}) {
+  const {force, moment} = unitsOf(state.model.head);
   const d = state.model.plane ? [0, 1] : [0, 1, 2], m = state.model.plane ? [2] : [0, 1, 2];
   const name = (/** @type {string} */ n, /** @type {string} */ u) => (u ? `${n} [${u}]` : n);
   const header = ['', ...d.map((k) => name('F' + 'xyz'[k], force)),
@@ -78,13 +76,13 @@ export function balanceTable(state) {
   const cell = (/** @type {Vec3} */ of, /** @type {number} */ k, /** @type {number} */ largest) =>
     format(Math.abs(of[k]) > ROUNDING * largest ? of[k] : 0, 6);
   const largest = (/** @type {'force' | 'moment'} */ what) =>
-    Math.max(0, ...(e ? [...e.loads[what], ...e.reactions[what]].map(Math.abs) : []));
+    Math.max(...[...loads[what], ...reactions[what]].map(Math.abs));
   const row = (/** @type {string} */ title, /** @type {{force: Vec3, moment: Vec3}} */ w) =>
     [title, ...d.map((k) => cell(w.force, k, largest('force'))),
      ...m.map((k) => cell(w.moment, k, largest('moment')))];
-  const rows = e ? [row('loads', e.loads), row('reactions', e.reactions)] : [];
-  if (e?.drilling?.some((m) => m !== 0))
-    rows.push(row('drilling', {force: [0, 0, 0], moment: e.drilling}));
+  const rows = [row('loads', loads), row('reactions', reactions)];
+  if (drilling?.some((m) => m !== 0))
+    rows.push(row('drilling', {force: [0, 0, 0], moment: drilling}));
   return table(header, rows, 'Balance of loads and reactions');
 }
 
@@ -122,8 +120,9 @@ export function setUpDrawer(state, select) {
     const count = head.findings.length + (head.mechanisms.length > 0 && errors === 0 ? 1 : 0);
     const list = [{id: 'findings', name: `Findings (${count})`,
                    fill: () => findingSheet(state, select)}];
-    if (state.result.equilibrium)
-      list.push({id: 'balance', name: 'Balance', fill: () => balanceSheet(state)});
+    const {equilibrium} = state.result;
+    if (equilibrium)
+      list.push({id: 'balance', name: 'Balance', fill: () => balanceSheet(state, equilibrium)});
     for (const t of tablesOf(state.model, state.result))
       list.push({id: t.id, name: t.name, fill: () => tableSheet(t, head.deck, sheet, select)});
     list.push({id: 'materials', name: 'Model', fill: () => summarySheet(state)},

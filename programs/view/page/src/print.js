@@ -39,7 +39,8 @@ export function fillSheet(state, picture, shoot) {
     const image = make('img', {src: shoot(), alt: 'Picture of the model'});
     parts.push(make('figure', {}, image, keyPart(state, picture)));
   }
-  if (state.result.equilibrium) parts.push(make('h2', {}, 'Balance'), balanceTable(state));
+  const {equilibrium} = state.result;
+  if (equilibrium) parts.push(make('h2', {}, 'Balance'), balanceTable(state, equilibrium));
   const supports = tablesOf(state.model, state.result)
     .filter(({id}) => id === 'reactions' || id === 'supports');
   for (const t of supports) {
