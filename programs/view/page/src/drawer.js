@@ -1,7 +1,7 @@
 // The drawer below the picture: findings, sums, tables and the text of the deck.
 
 import {byId, make, table} from './dom.js';
-import {format, unitsOf} from './numbers.js';
+import {counted, format, unitsOf} from './numbers.js';
 import {tablesOf, tableSheet} from './tables.js';
 import {chooseMode} from './state.js';
 import {hitOf} from './selection.js';
@@ -44,8 +44,7 @@ function findingItem(state, {code, severity, line, column, text, nodes, elements
 /** @param {State} state @param {number} modes */
 function mechanismPart(state, modes) {
   const {mechanisms} = state.model.head, part = make('div');
-  part.append(make('p', {class: 'error'}, `The model is a mechanism in ${modes} ` +
-                   `${modes === 1 ? 'way' : 'ways'}.`));
+  part.append(make('p', {class: 'error'}, `The model is a mechanism in ${counted(modes, 'way')}.`));
   mechanisms.forEach((mechanism, k) => {
     const button = make('button', {type: 'button', 'aria-pressed': String(state.mode === k)},
                         `Show mode ${k + 1}`);
@@ -91,18 +90,19 @@ function deckSheet(state) {
   const {text, omittedLines} = state.model.head;
   const parts = [make('pre', {}, text)];
   if (omittedLines > 0)
-    parts.unshift(make('p', {class: 'note'}, `${omittedLines} lines of long lists are left out.`));
+    parts.unshift(make('p', {class: 'note'}, `${counted(omittedLines, 'line')} of long lists ` +
+                       `${omittedLines === 1 ? 'is' : 'are'} left out.`));
   return parts;
 }
 
 /** @param {State} state */
 function summarySheet(state) {
   const {model} = state, {head} = model;
-  const kinds = model.meshes.map((m) => `${m.count} ${m.nnode}-noded ${m.kind}s`);
+  const kinds = model.meshes.map((m) => counted(m.count, `${m.nnode}-noded ${m.kind}`));
   const rows = head.materials.slice(0, 200).map((m) =>
     [m.number ? String(m.number) : 'inline', Object.entries(m).filter(([k]) => k !== 'number')
       .map(([k, v]) => `${k} = ${typeof v === 'number' ? format(v, 6) : v}`).join(', ')]);
-  return [make('p', {}, `${head.deckNodes} nodes; ${kinds.join(', ')}.`),
+  return [make('p', {}, `${counted(head.deckNodes, 'node')}; ${kinds.join(', ')}.`),
           table(['material', 'values'], rows, 'Materials')];
 }
 
