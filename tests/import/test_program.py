@@ -189,6 +189,11 @@ class Terminals(Program):
         self.assertNotIn("\033", self.on_terminal(*arguments, TERM="dumb"))
         self.assertNotIn("\033", self.run_program(*arguments).stderr)
 
+    def test_short_work_shows_no_progress(self):
+        said = self.on_terminal("m.msh", "r.toml", "-o", "d.dat")
+        self.assertIn("1 triangle without material", said)
+        self.assertNotIn("\x1b[K", said)
+
     def test_long_work_shows_its_progress(self):
         """A mesh that comes through a slow pipe."""
         os.mkfifo(self.folder / "slow.msh")
