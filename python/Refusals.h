@@ -20,7 +20,8 @@ pybind11::object Decoded(std::string_view bytes);
                              const char* code);
 
 /// Runs `action` and turns what it refuses into Python's exceptions: kestol.Error with `code`, or
-/// "syntax" for what the reader of a deck refuses; "file" for a file that cannot be read or written; MemoryError.
+/// "syntax" for what the reader of a deck refuses; "file" for a file that cannot be read or
+/// written; MemoryError.
 template <class Action>
 auto Guard(const char* code, Action action) {
   try {
