@@ -78,7 +78,7 @@ std::string WhyUnreadable(const std::string& path) {
   if (file < 0) return told("can't open file ");
   char first = 0;
   const bool isRead = ::read(file, &first, 1) >= 0;
-  const std::string reason = isRead ? std::string() : told("failed reading ");
+  std::string reason = isRead ? std::string() : told("failed reading ");
   ::close(file);
   return reason;
 }
