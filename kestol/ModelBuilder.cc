@@ -1,15 +1,19 @@
 #include "kestol/ModelBuilder.h"
 
 #include <algorithm>
+#include <charconv>
 #include <cmath>
 #include <memory>
 #include <string>
+#include <system_error>
+#include <tuple>
 #include <unordered_set>
 #include <utility>
 
 #include "input/ProjectCheck.h"
 #include "input/ProjectReader.h"
 #include "input/TextInput.h"
+#include "input/Words.h"
 #include "main/ErrorChannel.h"
 
 namespace kestol {
@@ -19,9 +23,28 @@ namespace {
 /// Numbers per block of the model's containers.
 constexpr int kCapacity = 100;
 
+/// All that the keywords of units and options set, by reference.
+auto SettingsOf(Project& p) {
+  return std::tie(p.units, p.ConvertTo6Nodes, p.stressOption, p.solverChoice, p.tolerance1,
+                  p.tolerance2, p.MaxIterations, p.gravity, p.NumOfDivisions, p.CoplanarityAngle,
+                  p.DoSmoothing, p.smoothingAngle);
+}
+
+template <class... Settings>
+std::tuple<Settings...> Copy(const std::tuple<Settings&...>& settings) {
+  return settings;
+}
+
+/// Reads text of a deck. The readers of keywords set what they then refuse: that is taken back.
 void Read(Project& project, const std::string& text) {
+  const auto before = Copy(SettingsOf(project));
   TextInput input(text);
-  ReadKeywords(project, input);
+  try {
+    ReadKeywords(project, input);
+  } catch (...) {
+    SettingsOf(project) = before;
+    throw;
+  }
 }
 
 /// A line end in a record would begin another one.
@@ -54,6 +77,18 @@ void CheckNumbers(std::span<const int> numbers, const char* what) {
   }
 }
 
+/// Refuses a material that cannot be added, in words for who gave its number in a call: those of
+/// the readers are about their containers.
+void CheckNewMaterial(const Project& project, std::string_view record) {
+  const std::size_t first = std::min(record.find_first_not_of(" \t"), record.size());
+  int number = 0;
+  const auto read = std::from_chars(record.data() + first, record.data() + record.size(), number);
+  if (read.ec != std::errc()) return;
+  if (number < 1) Fatal("error: material numbers begin at 1\n");
+  if (project.materials.Get(number) != nullptr)
+    Fatal("error: material ", number, " is given twice\n");
+}
+
 }  // namespace
 
 ModelBuilder::ModelBuilder(int dimension) : project_(kCapacity) {
@@ -69,25 +104,20 @@ ModelBuilder::ModelBuilder(Project model, bool isChanged)
 void ModelBuilder::Say(std::string_view statement) {
   error.Clear();
   RefuseLineEnds(statement);
-  isChanged_ = true;
   Read(project_, std::string(statement) + '\n');
+  isChanged_ = true;
 }
 
 void ModelBuilder::AddRecord(std::string_view section, std::string_view record) {
   error.Clear();
   RefuseLineEnds(record);
-  isChanged_ = true;
+  if (LowerCase(section) == "materials") CheckNewMaterial(project_, record);
   Read(project_, std::string(section) + '\n' + std::string(record) + "\nend\n");
+  isChanged_ = true;
 }
 
 void ModelBuilder::AddUnits(std::string_view row) {
-  const Units before = project_.units;
-  try {
-    AddRecord("units_names", row);
-  } catch (const FatalError&) {
-    project_.units = before;
-    throw;
-  }
+  AddRecord("units_names", row);
 }
 
 int ModelBuilder::Dimension() const {
@@ -187,7 +217,7 @@ void ModelBuilder::CheckNewElements(const ElementRows& rows) const {
       if (project_.meshes[0]->nodes->Get(node) == nullptr)
         Fatal("error: element: ", number, " has an unknown node: ", node, "\n");
     if (perElement == 2 && nodes[0] == nodes[1])
-      Fatal("error: element: ", number, "  have both nodes equal\n");
+      Fatal("error: element: ", number, " have both nodes equal\n");
   }
 }
 

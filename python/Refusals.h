@@ -20,14 +20,15 @@ pybind11::object Decoded(std::string_view bytes);
                              const char* code);
 
 /// Runs `action` and turns what it refuses into Python's exceptions: kestol.Error with `code`, or
-/// "syntax" for a line of a deck; "file" for a file that cannot be read or written; MemoryError.
+/// "syntax" for what the reader of a deck refuses; "file" for a file that cannot be read or
+/// written; MemoryError.
 template <class Action>
 auto Guard(const char* code, Action action) {
   try {
     return action();
   } catch (const FatalError& refusal) {
     RaiseError(refusal.what(), refusal.File(), refusal.Line(),
-               refusal.Line() > 0 ? "syntax" : code);
+               IsOfReader(refusal) ? "syntax" : code);
   } catch (const ProgramError& failure) {
     RaiseError(failure.what(), {}, 0, "file");
   } catch (const std::length_error&) {

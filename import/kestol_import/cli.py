@@ -44,8 +44,7 @@ def parser() -> Parser:
                   usage="kestol-import [OPTIONS] MESH RECIPE.toml -o DECK\n"
                   "       kestol-import --list MESH",
                   formatter_class=argparse.RawDescriptionHelpFormatter)
-    made.add_argument("mesh", metavar="MESH")
-    made.add_argument("recipe", metavar="RECIPE.toml", nargs="?")
+    made.add_argument("files", metavar="MESH RECIPE.toml", nargs="*")
     made.add_argument("-o", "--output", metavar="DECK", help='the deck; "-": standard output')
     made.add_argument("--list", action="store_true",
                       help="the groups of the mesh: name, dimension, cells, nodes, size")
@@ -63,6 +62,21 @@ def parser() -> Parser:
     return made
 
 
+def parsed(made: Parser, arguments: Sequence[str]) -> argparse.Namespace:
+    """Options may stand between the mesh and the recipe; behind "--" all are files, which the
+    standard library forgets when it takes both."""
+    words = list(arguments)
+    end = words.index("--") if "--" in words else len(words)
+    options = made.parse_intermixed_args(words[:end])
+    files = options.files + words[end + 1:]
+    if not files:
+        made.error("the following arguments are required: MESH")
+    if len(files) > 2:
+        made.error(f"unrecognized arguments: {' '.join(files[2:])}")
+    options.mesh, options.recipe = (*files, None)[:2]
+    return options
+
+
 def tolerance(text: str) -> float:
     try:
         value = float(text)
@@ -76,7 +90,7 @@ def tolerance(text: str) -> float:
 def main(arguments: Sequence[str] | None = None) -> int:
     made = parser()
     try:
-        options = made.parse_args(arguments)
+        options = parsed(made, sys.argv[1:] if arguments is None else arguments)
         check_usage(made, options)
     except BrokenPipeError:
         return NOT_DONE

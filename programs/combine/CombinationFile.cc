@@ -79,7 +79,7 @@ void FileReader::ReadModel() {
 
 void FileReader::RefuseMissingFile(const toml::node& place, const std::string& path) {
   const std::string reason = WhyUnreadable(path);
-  if (!reason.empty()) text_.Note(place, "can't open file " + path + ": " + reason, "file");
+  if (!reason.empty()) text_.Note(place, reason, "file");
 }
 
 // --- cases ------------------------------------------------------------------------------------

@@ -25,6 +25,16 @@ std::string UnknownOption(const std::vector<std::string>& words) {
   return found == end ? "" : *found;
 }
 
+/// What nobody asked for, in its order; the "--" that ended the options is no argument.
+std::string Unexpected(std::vector<std::string> words) {
+  const auto end = std::find(words.begin(), words.end(), "--");
+  if (end != words.end()) words.erase(end);
+  std::string text = words.size() == 1 ? "The following argument was not expected:"
+                                       : "The following arguments were not expected:";
+  for (const std::string& word : words) text += ' ' + word;
+  return text;
+}
+
 void Print(const std::string& text) {
   OutputFile output("-", {});
   output << text;
@@ -79,7 +89,8 @@ void CommandLine::Parse(int argc, char** argv) {
     // An option that nobody knows comes before an argument that is missing because of it.
     const std::string unknown = UnknownOption(app.remaining());
     if (!unknown.empty()) Refuse("unknown option " + unknown);
-    Refuse(FirstLine(error.what()));
+    const bool isExtra = dynamic_cast<const CLI::ExtrasError*>(&error) != nullptr;
+    Refuse(isExtra ? Unexpected(app.remaining()) : FirstLine(error.what()));
   }
   if (solver_ != nullptr && *solver_ == SolverName::Direct && !DirectSolverIsBuilt())
     Refuse("this program was built without the direct solver");

@@ -31,7 +31,9 @@ Project ReadMappedDeck(const std::string& deck, SourceMap& map) {
     return ReadDeckText(std::move(text), deck, &map);
   }
   char begin[kPiece];
-  RequireText(deck, begin, std::fread(begin, 1, sizeof begin, file.get()));
+  const std::size_t size = std::fread(begin, 1, sizeof begin, file.get());
+  RequireRead(file.get(), deck);
+  RequireText(deck, begin, size);
   return ReadDeck(deck, &map);
 }
 

@@ -159,7 +159,9 @@ void RefuseSharedNames(const std::vector<std::string>& names) {
     const auto place =
         std::filesystem::weakly_canonical(std::filesystem::absolute(BehindLinks(name)), failed)
             .string();
-    if (!places.insert(place).second) throw ProgramError("two outputs have the name " + name);
+    if (places.insert(place).second) continue;
+    throw ProgramError(name == "-" ? "two outputs go to standard output"
+                                   : "two outputs have the name " + name);
   }
 }
 

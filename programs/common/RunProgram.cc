@@ -1,5 +1,6 @@
 #include "programs/common/RunProgram.h"
 
+#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -56,20 +57,35 @@ void PrintRefusal(const std::string& deck, const FatalError& refusal, const char
 }
 
 void PrintRefusal(const std::string& deck, const FatalError& refusal) {
-  PrintRefusal(deck, refusal, refusal.Line() > 0 ? "syntax" : "model");
+  PrintRefusal(deck, refusal, IsOfReader(refusal) ? "syntax" : "model");
 }
 
-// Nothing is opened: the writer of a pipe would take the end of that for the end of its reader.
+bool IsOfReader(const FatalError& refusal) {
+  return *refusal.File() != '\0';
+}
+
+// A pipe is not opened: its writer would take the end of that for the end of its reader. Some files
+// open and yet cannot be read, which the reader of decks takes for their end.
 std::string WhyUnreadable(const std::string& path) {
+  const auto told = [&](const char* what) { return what + path + ": " + std::strerror(errno); };
   struct stat status {};
   if (::stat(path.c_str(), &status) != 0 || ::access(path.c_str(), R_OK) != 0)
-    return std::strerror(errno);
-  return S_ISDIR(status.st_mode) ? std::strerror(EISDIR) : "";
+    return told("can't open file ");
+  if (S_ISDIR(status.st_mode)) errno = EISDIR;
+  if (S_ISDIR(status.st_mode)) return told("can't open file ");
+  if (!S_ISREG(status.st_mode)) return {};
+  const int file = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+  if (file < 0) return told("can't open file ");
+  char first = 0;
+  const bool isRead = ::read(file, &first, 1) >= 0;
+  std::string reason = isRead ? std::string() : told("failed reading ");
+  ::close(file);
+  return reason;
 }
 
 void RequireReadable(const std::string& deck) {
   const std::string reason = WhyUnreadable(deck);
-  if (!reason.empty()) throw ProgramError("can't open file " + deck + ": " + reason);
+  if (!reason.empty()) throw ProgramError(reason);
 }
 
 int TellFailure(const char* program, const std::string& deck) {

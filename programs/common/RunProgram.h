@@ -53,10 +53,15 @@ void PrintRefusal(const std::string& deck, const class FatalError& refusal);
 /// The same with a code of its own, for a refusal of the model and not of a line of the deck.
 void PrintRefusal(const std::string& deck, const class FatalError& refusal, const char* code);
 
-/// Why a file cannot be read, in the system's words; empty when it can. Nothing is opened.
+/// Whether the reader of decks refused: it gives its refusals the file and, where there is one, the
+/// line. Their code is "syntax".
+bool IsOfReader(const class FatalError& refusal);
+
+/// What is said of a file that cannot be read, with the system's reason; empty when it can. Of a
+/// regular file one character is read, nothing else is opened.
 std::string WhyUnreadable(const std::string& path);
 
-/// Refuses, as ProgramError with the system's reason, a deck that cannot be read.
+/// Refuses, as ProgramError in the words of WhyUnreadable, a deck that cannot be read.
 void RequireReadable(const std::string& deck);
 
 }  // namespace kestol

@@ -27,6 +27,10 @@ ReadOnlyFile OpenToRead(const std::string& path) {
   return file;
 }
 
+void RequireRead(std::FILE* file, const std::string& path) {
+  if (std::ferror(file) != 0) Fail("failed reading ", path, errno);
+}
+
 std::string RestOf(std::FILE* file, const std::string& path) {
   std::string text;
   std::size_t size = 0, more = 0;
@@ -35,7 +39,7 @@ std::string RestOf(std::FILE* file, const std::string& path) {
     more = std::fread(text.data() + size, 1, text.size() - size, file);
     size += more;
   } while (more > 0);
-  if (std::ferror(file) != 0) Fail("failed reading ", path, errno);
+  RequireRead(file, path);
   text.resize(size);
   return text;
 }

@@ -25,10 +25,10 @@ Results Solve(Project& project, const ExportOptions& options, std::ostream* info
 
 int Run(const ExportOptions& options) {
   RequireReadable(options.deck);
+  ProgressLine progress(options.quiet);
   KeepText(options.deck);
   Project project = ReadKeptDeck(options.deck);
   Outputs outputs(options, HasBeams(project));
-  ProgressLine progress(options.quiet);
   std::ostream* const info = options.verbose ? &std::cerr : progress.Info();
   const Results results =
       options.meshOnly ? LoadsOfUnsolved(project) : Solve(project, options, info);

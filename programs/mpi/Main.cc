@@ -58,6 +58,7 @@ int ParseAndRun(Team& team, int argc, char** argv, MpiOptions& options) {
   } catch (const ToldElsewhere&) {
     return kDone;
   } catch (const PetscFailure& failure) {
+    if (!team.IsFirstToFail()) return kDone;
     throw ProgramError(failure.what());
   }
 }

@@ -43,6 +43,10 @@ void MeetFirstRefusal(const Project& project) {
   LoadsOfDeck(project);
 }
 
+std::string CountOfIterations(int count) {
+  return std::to_string(count) + (count == 1 ? " iteration" : " iterations");
+}
+
 /// One run. The members are what its stages leave to the next.
 class MpiRun {
 public:
@@ -107,7 +111,6 @@ void MpiRun::Read() {
     project_.emplace(ReadDeck(options_.deck));
     if (project_->solverChoice == SolveDouble) ConvertForDouble(*project_);
     PrepareModel(*project_, {.renumber = false, .info = log_->Info()});
-    if (EquationCount(*project_) == 0) throw ProgramError("the model has no nodes");
   });
   const double nodes = project_->numNodes;
   if (team_.Smallest(nodes) != team_.Largest(nodes))
@@ -163,7 +166,7 @@ void MpiRun::SolveSystem() {
 
   char text[128];
   const std::string iterations =
-      solver.IsDirect() ? "" : ", " + std::to_string(outcome.iterations) + " iterations";
+      solver.IsDirect() ? "" : ", " + CountOfIterations(outcome.iterations);
   std::snprintf(text, sizeof text, "%s%s, residual |f - K u| / |f| = %.1e", NameOf(settings.solver),
                 iterations.c_str(), outcome.residual);
   log_->Tell(text);

@@ -2,13 +2,9 @@
 
 #include <sys/resource.h>
 
-#include <cerrno>
 #include <cstdio>
-#include <cstring>
-#include <iostream>
 
 #include "output/InfoFile.h"
-#include "programs/common/RunProgram.h"
 
 namespace kestol {
 
@@ -29,12 +25,7 @@ double SecondsOf(Duration duration) {
 
 RunLog::RunLog(const MpiOptions& options, const Team& team)
     : options_(options), team_(team), progress_(options.quiet || !team.IsFirst()) {
-  if (!team.IsFirst() || options.info.empty()) return;
-  info_ = &std::cout;
-  if (options.info == "-") return;
-  file_.open(options.info);
-  if (!file_) throw ProgramError("can't open file " + options.info + ": " + std::strerror(errno));
-  info_ = &file_;
+  if (team.IsFirst() && !options.info.empty()) info_.emplace(options.info);
 }
 
 void RunLog::EndStage() {
@@ -46,13 +37,13 @@ void RunLog::EndStage() {
 void RunLog::Begin(const std::string& stage) {
   EndStage();
   stage_ = stage;
-  Progress(info_, "%s\n", stage.c_str());
+  Progress(Info(), "%s\n", stage.c_str());
   progress_.Show(stage);
 }
 
 void RunLog::Tell(const std::string& text) {
   if (!team_.IsFirst()) return;
-  Progress(info_, "%s\n", text.c_str());
+  Progress(Info(), "%s\n", text.c_str());
   if (options_.quiet) return;
   progress_.Clear();
   std::fprintf(stderr, "kestol-mpi: %s\n", text.c_str());
@@ -83,11 +74,8 @@ void RunLog::TellBalance(int ownNodes) {
 }
 
 void RunLog::TellTotalTime() {
-  Progress(info_, "Total time = %.3g s\n", SecondsOf(Clock::now() - start_));
-  if (info_ == nullptr || info_->flush()) return;
-  throw ProgramError("failed writing to " +
-                     (options_.info == "-" ? "standard output" : options_.info) +
-                     ": not every line was taken");
+  Progress(Info(), "Total time = %.3g s\n", SecondsOf(Clock::now() - start_));
+  if (info_) info_->RequireWhole();
 }
 
 }  // namespace kestol

@@ -1,13 +1,14 @@
 #pragma once
 
 #include <chrono>
-#include <fstream>
+#include <optional>
 #include <ostream>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "programs/common/ProgressLine.h"
+#include "programs/mpi/InfoStream.h"
 #include "programs/mpi/Options.h"
 #include "programs/mpi/Team.h"
 
@@ -21,7 +22,7 @@ public:
   RunLog(const MpiOptions& options, const Team& team);
 
   /// The information stream; null where nobody reads it.
-  std::ostream* Info() { return info_; }
+  std::ostream* Info() { return info_ ? info_->Stream() : nullptr; }
 
   /// Begins the next stage; its name is shown on a terminal.
   void Begin(const std::string& stage);
@@ -42,8 +43,7 @@ private:
 
   const MpiOptions& options_;
   const Team& team_;
-  std::ofstream file_;
-  std::ostream* info_ = nullptr;
+  std::optional<InfoStream> info_;
   ProgressLine progress_;
   Clock::time_point start_ = Clock::now(), stageStart_ = start_;
   std::string stage_;

@@ -1,10 +1,12 @@
 #include "programs/mpi/Team.h"
 
 #include <algorithm>
+#include <chrono>
 #include <cstdlib>
 #include <limits>
 #include <new>
 #include <numeric>
+#include <thread>
 
 namespace kestol {
 
@@ -41,6 +43,7 @@ Team::Team(int* argc, char*** argv) {
   std::atexit(End);
   MPI_Comm_rank(MPI_COMM_WORLD, &rank_);
   MPI_Comm_size(MPI_COMM_WORLD, &size_);
+  MPI_Comm_dup(MPI_COMM_WORLD, &failures_);
 }
 
 Team::~Team() {
@@ -52,6 +55,35 @@ int Team::FirstWith(bool mine) const {
   int first = rank;
   MPI_Allreduce(&rank, &first, 1, MPI_INT, MPI_MIN, MPI_COMM_WORLD);
   return first == size_ ? -1 : first;
+}
+
+bool Team::IsFirstToFail() {
+  using namespace std::chrono;
+  constexpr milliseconds kPatience{500}, kPause{1};
+  std::vector<MPI_Request> told(static_cast<std::size_t>(size_), MPI_REQUEST_NULL);
+  for (int other = 0; other < size_; ++other)
+    if (other != rank_)
+      MPI_Isend(nullptr, 0, MPI_BYTE, other, 0, failures_, &told[static_cast<std::size_t>(other)]);
+  int first = rank_, heard = 0;
+  const auto end = steady_clock::now() + kPatience;
+  while (heard < size_ - 1 && steady_clock::now() < end) {
+    int isThere = 0;
+    MPI_Status from;
+    MPI_Iprobe(MPI_ANY_SOURCE, 0, failures_, &isThere, &from);
+    if (isThere == 0) {
+      std::this_thread::sleep_for(kPause);
+      continue;
+    }
+    MPI_Recv(nullptr, 0, MPI_BYTE, from.MPI_SOURCE, 0, failures_, MPI_STATUS_IGNORE);
+    first = std::min(first, from.MPI_SOURCE);
+    ++heard;
+  }
+  endsTogether_ = heard == size_ - 1;
+  if (endsTogether_)
+    MPI_Waitall(size_, told.data(), MPI_STATUSES_IGNORE);
+  else if (first != rank_)
+    std::this_thread::sleep_for(kPatience);  // the first one ends all by then
+  return first == rank_;
 }
 
 double Team::Sum(double mine) const {

@@ -48,6 +48,10 @@ public:
     });
   }
 
+  /// For a failure outside Together, which the processes meet alike as a rule: waits a moment for
+  /// the others to fail too. True on the first of those that do, which is the one to tell it.
+  bool IsFirstToFail();
+
   /// The lowest rank for which `mine` holds; -1 when there is none.
   int FirstWith(bool mine) const;
   bool Any(bool mine) const { return FirstWith(mine) >= 0; }
@@ -73,6 +77,7 @@ private:
   std::vector<int> Counts(std::size_t mine) const;
 
   int rank_ = 0, size_ = 1;
+  MPI_Comm failures_ = MPI_COMM_NULL;  ///< apart from the work, which some may go on with
   bool endsTogether_ = false;
 };
 

@@ -66,7 +66,8 @@ private:
   void Close() {
     if (last_.size() > kEnds) {
       const std::size_t omitted = last_.size() - kEnds;
-      deck_.text += "  ... " + std::to_string(omitted) + " lines ...\n";
+      deck_.text +=
+          "  ... " + std::to_string(omitted) + (omitted == 1 ? " line ...\n" : " lines ...\n");
       deck_.omittedLines += static_cast<int>(omitted);
       last_.erase(last_.begin(), last_.end() - kEnds);
     }

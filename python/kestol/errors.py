@@ -12,7 +12,7 @@ class Error(Exception):
         text: the message alone.
         file: name of the deck, or None where the refusal has no place in one.
         line: the line of the refused record, counted from 1, or None.
-        code: a stable word: ``syntax`` (a line of a deck, or the arguments that would make one),
+        code: a stable word: ``syntax`` (what a deck says wrongly, or arguments that make it do so),
             ``model`` (the model as a whole), ``mechanism`` (it moves without resistance),
             ``hinge-first`` (loads on it cannot be added up), ``file`` (cannot be read or written).
 

@@ -145,6 +145,7 @@ def check_refusals(checker, score):
     deck = checker.write(PORTAL)
     locked = os.path.join(folder, "missing", "out.json")
     rows = [(("no-such.dat",), "can't open file"), ((folder,), "can't open file"),
+            (("/proc/self/mem",), "error: failed reading /proc/self/mem: Input/output error"),
             ((empty,), "is empty"), ((binary,), "is not a text file"),
             (("--nonsense", deck), "unknown option --nonsense"), ((), "DECK"),
             (("--format", "xml", deck), "--format: xml is none of json, sarif, text"),

@@ -45,6 +45,8 @@ MISTAKES = [
     (CASE.replace('"model"', '"nowhere.dat"'),
      ["4:9: error: can't open file nowhere.dat: No such file or directory [file]"]),
     (CASE.replace('"model"', '"."'), ["4:9: error: can't open file .: Is a directory [file]"]),
+    (CASE.replace('"model"', '"/proc/self/mem"'),
+     ["4:9: error: failed reading /proc/self/mem: Input/output error [file]"]),
     (CASE.replace('"model"', "[]"), ['4:9: error: "loads" must be a text in quotes [wrong-type]']),
     (CASE + 'separate = 1\n', ['5:12: error: "separate" must be true or false [wrong-type]']),
     (CASES + "separate = true\n",

@@ -47,6 +47,7 @@ class Inputs(Refusals):
     def test_files_that_cannot_be_read(self) -> None:
         self.fail_with("can't open file none.toml: No such file or directory", "none.toml")
         self.fail_with("can't open file .: Is a directory", ".")
+        self.fail_with("failed reading /proc/self/mem: Input/output error", "/proc/self/mem")
         # It opens, and nothing stands at its beginning.
         self.fail_with("failed reading /proc/self/mem: Input/output error", "/proc/self/mem")
 
@@ -101,10 +102,10 @@ class Outputs(Refusals):
         self.folder.write("c.toml", COMBINED)
         for arguments, name in [("--csv t --json t_nodes.csv", "t_nodes.csv"),
                                 ("--csv t --json ./t_envelope_nodes.csv", "t_envelope_nodes.csv"),
-                                ("--vtu t --json t_U.vtu", "t_U.vtu"), ("--vtu t -o t.pvd", "t.pvd"),
-                                ("--json - -o -", "-")]:
+                                ("--vtu t --json t_U.vtu", "t_U.vtu"), ("--vtu t -o t.pvd", "t.pvd")]:
             with self.subTest(arguments):
                 self.fail_with(f"two outputs have the name {name}", "c.toml", *arguments.split())
+        self.fail_with("two outputs go to standard output", "c.toml", "--json", "-", "-o", "-")
 
     def test_output_that_is_an_input(self) -> None:
         self.folder.write("c.toml", CASES)

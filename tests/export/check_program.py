@@ -128,6 +128,18 @@ def check_colour(bench):
     bench.expect(status == 2 and b"\x1b" not in text, "NO_COLOR", text)
 
 
+def check_progress(bench):
+    """What is slow to read counts for the moment from which a long run shows what it does."""
+    bench.put(SOUND)
+    os.mkfifo(bench.work / "pipe")
+    with subprocess.Popen(["sh", "-c", "sleep 2.1; cat deck.dat > pipe"], cwd=bench.work):
+        status, text = on_terminal(bench, os.environ, "pipe", "--mesh-only", "--json", "a")
+    bench.expect((status, text) == (0, b"\rwriting\x1b[K\r\x1b[K"), "progress", status, text)
+    with subprocess.Popen(["sh", "-c", "sleep 2.1; cat deck.dat > pipe"], cwd=bench.work):
+        status, text = on_terminal(bench, os.environ, "pipe", "--mesh-only", "--json", "a", "-q")
+    bench.expect((status, text) == (0, b""), "progress with -q", status, text)
+
+
 def check_solvers(bench):
     bench.put(decks.random_deck(4))
     answers = {}
@@ -228,8 +240,8 @@ def check_own_files(bench):
 
 def main():
     return Bench(*sys.argv[1:]).check("program", (
-        check_help, check_completion, check_quiet_folder, check_streams, check_verbosity, check_colour, check_solvers,
-        check_stations, check_mesh_only, check_own_files))
+        check_help, check_completion, check_quiet_folder, check_streams, check_verbosity, check_colour, check_progress,
+        check_solvers, check_stations, check_mesh_only, check_own_files))
 
 
 if __name__ == "__main__":

@@ -15,6 +15,8 @@ USAGE = (
     ("deck.dat --frobnicate", "unknown option --frobnicate"),
     ("-x deck.dat", "unknown option -x"),
     ("deck.dat more.dat --json -", "The following argument was not expected: more.dat"),
+    ("deck.dat a --json - b", "The following arguments were not expected: a b"),
+    ("deck.dat --json - -- --more", "The following argument was not expected: --more"),
     ("deck.dat", "one of --vtu, --csv, --json, --report and --res is needed"),
     ("deck.dat --mesh-only", "one of --vtu, --csv, --json, --report and --res is needed"),
     ("deck.dat --vtu a.vtu --encoding zip", "--encoding: zip is none of ascii, base64, raw"),
@@ -60,11 +62,15 @@ def check_inputs(bench):
     bench.put(SOUND)
     bench.refused(2, told("can't open file none.dat: No such file or directory"), "none.dat", "--json", "a.json")
     bench.refused(2, told("can't open file /: Is a directory"), "/", "--json", "a.json")
+    # A file that opens and cannot be read.
+    bench.refused(2, told("failed reading /proc/self/mem: Input/output error"), "/proc/self/mem", "--json", "a.json")
     bench.put(BROKEN)
     bench.refused(2, "deck.dat" + UNKNOWN_NODE, "deck.dat", "--vtu", "a.vtu", "--csv", "a")
     bench.put(WORTHLESS)
     for options in ((), ("--report", "r")):
         bench.refused(2, "deck.dat" + NO_SECTION, "deck.dat", "--vtu", "a.vtu", *options)
+    bench.put("PROBLEM none\nTYPE 2d\n")
+    bench.refused(2, "deck.dat: error: it is necessary at least one mesh [syntax]\n", "deck.dat", "--vtu", "a.vtu")
     bench.put("")
     bench.refused(2, "deck.dat:1: error: can't find word ***problem*** in input file [syntax]\n", "deck.dat",
                   "--vtu", "a.vtu")
@@ -114,8 +120,9 @@ def check_outputs(bench):
     bench.refused(2, told("can't open file none/a_nodes.csv: No such file or directory"), "deck.dat", "--csv",
                   "none/a")
     for line, name in (("--vtu a --json ./a", "./a"), ("--vtu a.vtu --json a_diagrams.vtu", "a_diagrams.vtu"),
-                       ("--csv a --json a_nodes.csv", "a_nodes.csv"), ("--json - --report -", "-")):
+                       ("--csv a --json a_nodes.csv", "a_nodes.csv")):
         bench.refused(2, told(f"two outputs have the name {name}"), "deck.dat", *line.split())
+    bench.refused(2, told("two outputs go to standard output"), "deck.dat", "--json", "-", "--report", "-")
     (bench.work / "hard.vtu").unlink()
 
 

@@ -1,8 +1,10 @@
 """Files that are written: which ones, where, and what is left when that fails."""
+import fcntl
 import os
 import stat
 import subprocess
 import sys
+import time
 import unittest
 
 from program import MESH, RECIPE, Program
@@ -71,6 +73,27 @@ class Outputs(Program):
         self.assertEqual(done.returncode, 2)
         self.assertIn("e.dat: error: cannot be written: File too large [output]", done.stderr)
         self.assertEqual(sorted(os.listdir(self.folder)), before)
+
+    def test_files_get_their_names_together(self):
+        """A folder takes the name of the map while the report waits for its reader."""
+        reader, writer = os.pipe()
+        fcntl.fcntl(writer, fcntl.F_SETPIPE_SZ, 4096)
+        os.write(writer, bytes(4096))
+        with subprocess.Popen([sys.executable, "-B", PROGRAM, "m.msh", "r.toml", "-o", "d.dat",
+                               "--map", "map.csv"], cwd=self.folder, stdout=writer,
+                              stderr=subprocess.PIPE, text=True) as process:
+            os.close(writer)
+            waits = time.monotonic() + 60
+            while not list(self.folder.glob(".map.csv.*.tmp")) and time.monotonic() < waits:
+                time.sleep(0.01)
+            (self.folder / "map.csv").mkdir()
+            with open(reader, "rb") as report:
+                report.read()
+            said = process.stderr.read()
+        place = os.path.realpath(self.folder / "map.csv")
+        self.assertEqual((process.returncode, said.splitlines()[-1]), (
+            2, f"{place}: error: cannot be written: Is a directory [output]"))
+        self.assertEqual(sorted(os.listdir(self.folder)), ["m.msh", "map.csv", "r.toml"])
 
     def test_folders_that_are_not_there_or_closed(self):
         self.refused("no/d.dat: error: cannot be written: No such file or directory [output]",

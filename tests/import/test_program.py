@@ -35,6 +35,11 @@ class CommandLine(Program):
                 (["m.msh", "r.toml", "-o", "-", "--map", "-"],
                  "the deck and the map cannot both go to standard output"),
                 (["m.msh", "r.toml", "x", "-o", "d"], "unrecognized arguments: x"),
+                (["m.msh", "-o", "d", "r.toml", "--", "-x", "y"], "unrecognized arguments: -x y"),
+                (["m.msh", "-q", "r.toml", "--bogus", "-o", "d"], "unrecognized arguments: --bogus"),
+                (["-o", "d"], "the following arguments are required: MESH"),
+                (["-o", "d", "--"], "the following arguments are required: MESH"),
+                (["m.msh", "-o", "--", "r.toml"], "argument -o/--output: expected one argument"),
                 (["--order", "best", "m.msh", "r.toml", "-o", "d"], "argument --order: invalid choice:"
                  " 'best' (choose from 'keep', 'rcm')"),
                 (["--merge", "-1", "m.msh", "r.toml", "-o", "d"],
@@ -51,6 +56,18 @@ class CommandLine(Program):
     def test_two_dashes_end_the_options(self):
         os.rename(self.folder / "m.msh", self.folder / "-m.msh")
         self.made("-o", "d.dat", "--", "-m.msh", "r.toml")
+        os.rename(self.folder / "r.toml", self.folder / "--")
+        self.made("--force", "-o", "d.dat", "--", "-m.msh", "--")
+
+    def test_options_stand_anywhere(self):
+        self.made("m.msh", "r.toml", "--merge", "0", "-o", "first.dat")
+        for arguments in (("m.msh", "--merge", "0", "r.toml", "-o", "d.dat"),
+                          ("m.msh", "-o", "d.dat", "--merge", "0", "r.toml"),
+                          ("--merge", "0", "-o", "d.dat", "m.msh", "r.toml"),
+                          ("m.msh", "-o", "d.dat", "--merge", "0", "--", "r.toml")):
+            self.made("--force", *arguments)
+            self.assertEqual(self.read("d.dat"), self.read("first.dat"), arguments)
+        self.assertEqual(self.made("m.msh", "--list"), self.made("--list", "m.msh"))
 
     def test_a_list_of_groups(self):
         self.assertEqual(self.made("--list", "m.msh"), """\
@@ -171,6 +188,11 @@ class Terminals(Program):
         self.assertNotIn("\033", self.on_terminal(*arguments, NO_COLOR="1"))
         self.assertNotIn("\033", self.on_terminal(*arguments, TERM="dumb"))
         self.assertNotIn("\033", self.run_program(*arguments).stderr)
+
+    def test_short_work_shows_no_progress(self):
+        said = self.on_terminal("m.msh", "r.toml", "-o", "d.dat")
+        self.assertIn("1 triangle without material", said)
+        self.assertNotIn("\x1b[K", said)
 
     def test_long_work_shows_its_progress(self):
         """A mesh that comes through a slow pipe."""

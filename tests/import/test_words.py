@@ -79,6 +79,11 @@ class Expressions(Program):
                 self.refused(f"r.toml:9:10: error: normal: {words} [expression]", "m.msh", "r.toml",
                              "-o", "d.dat")
 
+    def test_what_is_too_deep_for_a_walk(self):
+        self.write("r.toml", SHELL + f'[load.p]\ngroups = ["plate"]\nnormal = "{"-" * 999}x"\n')
+        self.refused("r.toml:9:10: error: normal: the expression is nested too deeply [expression]",
+                     "m.msh", "r.toml", "-o", "d.dat")
+
 
 class Files(Program):
     def test_files_that_cannot_be_read(self):
@@ -107,6 +112,23 @@ class Files(Program):
                             "r.toml", "-o", "d.dat")
         self.assertEqual(done.stderr.splitlines()[1:],
                          [f"    1 | {key} = 1", "      | " + " " * 39 + "^"])
+
+    def test_a_value_nested_too_deeply(self):
+        self.write("r.toml", f"a = {'[' * 3000}{']' * 3000}\n")
+        done = self.refused("r.toml: error: no TOML: nested too deeply [toml]", "m.msh", "r.toml",
+                            "-o", "d.dat")
+        self.assertEqual(len(done.stderr.splitlines()), 1)
+
+    def test_a_mistake_far_behind_in_a_line(self):
+        """Of a long line the beginning is shown, and no caret where none would stand."""
+        for blanks, lines in ((980, 3), (1100, 1)):
+            self.write("r.toml", f"a = 1{' ' * blanks}b\n")
+            done = self.run_import("m.msh", "r.toml", "-o", "d.dat")
+            found = done.stderr.splitlines()
+            self.assertRegex(found[0], rf"^r.toml:1:{blanks + 6}: error: no TOML: .* \[toml\]$")
+            self.assertEqual(len(found), lines)
+            if lines > 1:
+                self.assertEqual(found[2], "      | " + " " * (blanks + 5) + "^")
 
     def test_a_fraction_in_place_of_a_number(self):
         self.write("m.msh", "$MeshFormat\n4.1 0 8\n$EndMeshFormat\n"

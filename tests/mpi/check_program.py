@@ -72,7 +72,7 @@ class Outputs(Case):
                                    r", residual \|f - K u\| / \|f\| = \d\.\de-\d\d\nstrengths and reactions\n"
                                    r"writing\nTotal time = \d\S* s\n")
                         for stages, words in (("factorising\nsolving\n", "direct"),
-                                              ("coarsening\nsolving\n", r"gamg, \d+ iterations")))
+                                              ("coarsening\nsolving\n", r"gamg, \d+ iterations?")))
         run = kestol_mpi("-i", "-", "01-cantilever.dat", processes=2, cwd=self.here)
         self.assertRegex(run.stdout, direct)
         self.assertEqual(direct.sub("", run.stdout), "")
@@ -137,6 +137,11 @@ class Solvers(Case):
             self.assertTrue(found, run.stderr)
             self.assertLess(int(found[1]), most)
             self.assertLessEqual(float(found[2]), 1e-10)
+
+    def test_one_iteration_with_an_exact_preconditioner(self):
+        self.block()
+        run = kestol_mpi("--solver", "gamg", "--petsc", "-pc_type cholesky", "block.dat", cwd=self.here)
+        self.assertRegex(run.stderr, "^kestol-mpi: gamg, 1 iteration, residual ")
 
     def test_random_numbering_costs_no_iterations(self):
         self.block()

@@ -12,8 +12,8 @@ import unittest
 MPIRUN, PROGRAM, KESTOL, SOURCE = sys.argv[1:5]
 EXAMPLES = pathlib.Path(SOURCE) / "examples"
 MAKE_BLOCK = pathlib.Path(SOURCE) / "bench/make_block.py"
-# What mpirun itself says about a program that ends with another status than 0.
-BANNER = re.compile(r"^-{20,}\n.*?^-{20,}\n", re.DOTALL | re.MULTILINE)
+# What mpirun itself says about a program that ends with another status than 0, and logs of one that ends all others.
+BANNER = re.compile(r"^-{20,}\n.*?^-{20,}\n|^\[\S+:\d+\] [^\n]*\n", re.DOTALL | re.MULTILINE)
 
 
 def kestol_mpi(*arguments, processes=1, cwd=None, mpirun=True):

@@ -57,7 +57,7 @@ def refused(text, code, action, *arguments, file=None, line=None):
     ("list of nodes does not contain any node",
      lambda m: kestol.Model(dimension=2).add_beam(1, 2, 1)),
     ("element: 2 has an unknown node: 77", lambda m: m.add_beam(1, 77, 1)),
-    ("element: 2  have both nodes equal", lambda m: m.add_beam(2, 2, 1)),
+    ("element: 2 have both nodes equal", lambda m: m.add_beam(2, 2, 1)),
     ("All elements must have different number. Check elm num: 1",
      lambda m: m.add_beam(2, 3, 1, number=1)),
     ("element number 0 is not above 0", lambda m: m.add_beam(2, 3, 1, number=0)),
@@ -152,15 +152,24 @@ def test_what_is_refused_is_not_added(text, action):
     ("DoSmoothing must have angle >0 and <PI rad", lambda m: m.smooth(4)),
     ("an angle is not a finite number", lambda m: m.smooth(INF)),
 ])
-def test_options(text, action):
-    refused(text, "syntax", action, plane())
+def test_options_that_are_refused_are_not_set(text, action):
+    model = plane()
+    before = model.text()
+    refused(text, "syntax", action, model)
+    assert model.text() == before
 
 
-def test_materials_have_numbers_of_their_own():
+@pytest.mark.parametrize("number, text", [
+    (1, "material 1 is given twice"),
+    (0, "material numbers begin at 1"),
+    (-1, "material numbers begin at 1"),
+])
+def test_materials_have_numbers_of_their_own(number, text):
     model = plane()
     model.add_material(1, E=1)
-    with pytest.raises(kestol.Error, match=r"^Repeated index 1\b.* \[syntax\]$"):
-        model.add_material(1, E=2)
+    before = model.text()
+    refused(text, "syntax", lambda: model.add_material(number, E=2))
+    assert model.text() == before
 
 
 def test_numbers_that_are_not_whole():
@@ -219,6 +228,7 @@ def test_arrays_of_a_solution_cannot_be_set():
     ("'G' names a case and a combination", "model", {"G": "model"}, {"G": {"G": 1}}),
     (f"can't open file no such.dat: {NO_FILE}", "file", {"Q": "no such.dat"}, {}),
     ("can't open file /: Is a directory", "file", {"Q": "/"}, {}),
+    ("failed reading /proc/self/mem: Input/output error", "file", {"Q": "/proc/self/mem"}, {}),
 ])
 def test_combinations(text, code, cases, combinations):
     refused(text, code, kestol.combine, portal(), cases, combinations)
@@ -240,6 +250,8 @@ def test_files(tmp_path):
     for action in (kestol.read, kestol.check, kestol.solve):
         refused(f"can't open file no such.dat: {NO_FILE}", "file", action, "no such.dat")
         refused("can't open file /: Is a directory", "file", action, "/")
+        refused("failed reading /proc/self/mem: Input/output error", "file", action,
+                "/proc/self/mem")
     result = kestol.solve(portal())
     for action, name in ((portal().write, "/no/such/x.dat"), (result.to_vtu, "/no/such/x.vtu")):
         refused(f"can't open file {name}: {NO_FILE}", "file", action, name)
@@ -251,6 +263,9 @@ def test_files(tmp_path):
         refused(f"the output {path} is the input {path}", "file", action, path)
     pathlib.Path(tmp_path / "empty.dat").touch()
     refused(f"{tmp_path}/empty.dat is empty", "file", kestol.check, tmp_path / "empty.dat")
+    (tmp_path / "none.dat").write_text("PROBLEM none\nTYPE 2d\n")
+    refused("it is necessary at least one mesh", "syntax", kestol.read, tmp_path / "none.dat",
+            file=str(tmp_path / "none.dat"))
     (tmp_path / "binary.dat").write_bytes(b"PROBLEM a\0b")
     refused(f"{tmp_path}/binary.dat is not a text file", "file", kestol.check,
             tmp_path / "binary.dat")

@@ -92,6 +92,40 @@ test('the sheet of a long deck says what it leaves out', async () => {
   await page.close();
 });
 
+test('one of a kind is told as one', async () => {
+  const text = readFileSync(example('01-cantilever.dat'), 'latin1');
+  const loads = `  2  0 0.1 0${' '.repeat(19_000)}\n`.repeat(11);
+  const page = await opened(deckOf(text.replace('  2  0 -1000 0\n', loads), 'line.dat'));
+  assert.match(await sheet(page, 'Deck'), /^1 line of long lists is left out\.\n[^]*\n {2}\.\.\. 1 line \.\.\.\n/);
+  assert.match(await sheet(page, 'Model'), /^2 nodes; 1 2-noded beam\.\n/);
+  assert.equal(await page.locator('#drawing').getAttribute('aria-label'),
+               'Model of 2 nodes, 1 beam. Press ? for the keys.');
+  await page.close();
+});
+
+/** A row of beams on so many supports. @param {number} n */
+const supported = (n) => {
+  const rows = (/** @type {(k: number) => string} */ row, from = 1) =>
+    Array.from({length: n + 1 - from}, (_, k) => `${row(k + from)}\n`).join('');
+  return 'PROBLEM row\nTYPE 2d\nmesh dimension = 2 elemtype Linear nnode = 2\n' +
+    `coordinates\n${rows((k) => `${k} ${k} 0`)}end coordinates\n` +
+    `elements\n${rows((k) => `${k - 1} ${k - 1} ${k} 1`, 2)}end elements\n` +
+    'materials\n1 E=2e11 A=1e-2 Iz=1e-5\nend materials\n' +
+    `constraints\n${rows((k) => `${k} 111 0 0 0`)}end constraints\n`;
+};
+
+test('the print sheet says how many supports it leaves to the file', async () => {
+  for (const [count, words] of [[60, []], [61, ['1 more row: see the CSV file.']],
+                                [62, ['2 more rows: see the CSV file.']]]) {
+    const page = await opened(deckOf(supported(count), `row${count}.dat`));
+    await page.evaluate(() => window.dispatchEvent(new Event('beforeprint')));
+    await page.emulateMedia({media: 'print'});
+    const lines = await page.locator('#print-sheet > p').allInnerTexts();
+    assert.deepEqual([...new Set(lines.filter((line) => line.includes('CSV')))], words);
+    await page.close();
+  }
+});
+
 test('captions of cases, combinations and envelopes', async () => {
   const page = await opened(example('combinations/frame.dat'), '--cases', example('combinations/frame.toml'));
   const caption = page.locator('#caption');

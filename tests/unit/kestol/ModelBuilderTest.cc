@@ -3,9 +3,11 @@
 #include <string>
 #include <vector>
 
+#include "kestol/CopyModel.h"
 #include "kestol/ModelBuilder.h"
 #include "kestol/ReadDeck.h"
 #include "kestol/WriteDeck.h"
+#include "main/ErrorChannel.h"
 #include "tests/support/ExpectFatal.h"
 #include "tests/support/ReadDeck.h"
 
@@ -122,7 +124,7 @@ TEST(ModelBuilder, RefusesElementsThatCannotBe) {
   EXPECT_FATAL(AddBeam(builder, 1, 2, 3),
                "error: All elements must have different number. Check elm num: 1\n");
   EXPECT_FATAL(AddBeam(builder, 2, 2, 9), "error: element: 2 has an unknown node: 9\n");
-  EXPECT_FATAL(AddBeam(builder, 2, 2, 2), "error: element: 2  have both nodes equal\n");
+  EXPECT_FATAL(AddBeam(builder, 2, 2, 2), "error: element: 2 have both nodes equal\n");
   EXPECT_FATAL(AddBeam(builder, -2, 2, 3), "error: element number -2 is not above 0\n");
   const std::vector<int> numbers = {3, 4}, nodes = {1, 2, 3, 4}, one = {1}, three = {1, 1, 1};
   EXPECT_FATAL(builder.AddElements({Linear, 2, one, nodes, one}),
@@ -159,6 +161,19 @@ TEST(ModelBuilder, RefusesWhatTheReadersRefuse) {
                "error: a record of a deck is one line\n");
 }
 
+TEST(ModelBuilder, RefusesMaterialsInWordsOfItsOwn) {
+  ModelBuilder builder(2);
+  builder.AddRecord("materials", "1 E=2");
+  const std::string before = Written(builder.Model());
+  EXPECT_FATAL(builder.AddRecord("materials", "1 E=3"), "error: material 1 is given twice\n");
+  EXPECT_FATAL(builder.AddRecord("Materials", " 1 E=3"), "error: material 1 is given twice\n");
+  EXPECT_FATAL(builder.AddRecord("materials", "0 E=3"), "error: material numbers begin at 1\n");
+  EXPECT_FATAL(builder.AddRecord("materials", "-1 E=3"), "error: material numbers begin at 1\n");
+  EXPECT_EQ(Written(builder.Model()), before);
+  builder.AddRecord("materials", "2 E=3");
+  EXPECT_EQ(builder.Model().materials.Get(2)->E1, 3.0);
+}
+
 TEST(ModelBuilder, KeepsNothingOfARefusedRecord) {
   ModelBuilder builder = Line();
   const std::string before = Written(builder.Model());
@@ -168,6 +183,26 @@ TEST(ModelBuilder, KeepsNothingOfARefusedRecord) {
                "error: 'units_names' items should be: name nameN nameM namePa facN facM\n");
   EXPECT_EQ(builder.Model().meshes[0]->nodes->Get(1)->constraint, nullptr);
   EXPECT_EQ(Written(builder.Model()), before);
+}
+
+TEST(ModelBuilder, KeepsNothingOfARefusedStatement) {
+  ModelBuilder builder(2);
+  builder.AddUnits("SI N m Pa 1 1");
+  builder.AddUnits("none N m Pa 0 0");
+  ModelBuilder unchanged(CopyModel(builder.Model()));
+  const std::string before = Written(builder.Model());
+  for (const char* statement :
+       {"NumOfDivisions 0", "DoSmoothing 4", "CoplanarityAngle 0", "Solver Sparse 0 0 10",
+        "GravityDirection 0 0 0", "units_res none", "units_mat_and_load none", "units_mesh ft",
+        "MainStresses ConvertTo6Nodes units_res SI units_mesh m GravityDirection 1 0 0 Solver "
+        "no"}) {
+    SCOPED_TRACE(statement);
+    EXPECT_THROW(unchanged.Say(statement), FatalError);
+    EXPECT_EQ(Written(unchanged.Model()), before);
+    EXPECT_FALSE(unchanged.IsChanged());
+  }
+  unchanged.Say("NumOfDivisions 4");
+  EXPECT_TRUE(unchanged.IsChanged());
 }
 
 }  // namespace

@@ -5,6 +5,7 @@
 #include <stdexcept>
 #include <string>
 
+#include "kestol/ReadDeck.h"
 #include "main/ErrorChannel.h"
 #include "programs/common/Messages.h"
 #include "programs/common/ProgressLine.h"
@@ -157,6 +158,19 @@ TEST(RunProgram, ARefusalHasTheSolversWordsAndItsLine) {
       name);
   EXPECT_EQ(ending.status, 2);
   EXPECT_EQ(ending.text, name + ":2: error: something is odd [syntax]\n    2 | second\n");
+}
+
+TEST(RunProgram, ARefusalOfAWholeDeckIsTheReadersToo) {
+  const OwnFolder folder;
+  const std::string name = folder.Put("none.dat", "PROBLEM none\nTYPE 2d\n");
+  const Ending ending = Ended(
+      [&]() -> int {
+        ReadDeck(name);
+        return kDone;
+      },
+      name);
+  EXPECT_EQ(ending.status, 2);
+  EXPECT_EQ(ending.text, name + ": error: it is necessary at least one mesh [syntax]\n");
 }
 
 TEST(RunProgram, ARefusalWithoutALineNamesTheDeck) {

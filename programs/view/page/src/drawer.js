@@ -1,12 +1,12 @@
 // The drawer below the picture: findings, sums, tables and the text of the deck.
 
 import {byId, make, table} from './dom.js';
-import {format, unitsOf} from './numbers.js';
+import {counted, format, unitsOf} from './numbers.js';
 import {tablesOf, tableSheet} from './tables.js';
 import {chooseMode} from './state.js';
 import {hitOf} from './selection.js';
 
-/** @import {Finding, Vec3} from './types.js' */
+/** @import {Equilibrium, Finding, Vec3} from './types.js' */
 /** @import {State} from './state.js' */
 
 /** @typedef {(kind: 'node' | 'element', number: number) => void} Select */
@@ -44,8 +44,7 @@ function findingItem(state, {code, severity, line, column, text, nodes, elements
 /** @param {State} state @param {number} modes */
 function mechanismPart(state, modes) {
   const {mechanisms} = state.model.head, part = make('div');
-  part.append(make('p', {class: 'error'}, `The model is a mechanism in ${modes} ` +
-                   `${modes === 1 ? 'way' : 'ways'}.`));
+  part.append(make('p', {class: 'error'}, `The model is a mechanism in ${counted(modes, 'way')}.`));
   mechanisms.forEach((mechanism, k) => {
     const button = make('button', {type: 'button', 'aria-pressed': String(state.mode === k)},
                         `Show mode ${k + 1}`);
@@ -55,22 +54,20 @@ function mechanismPart(state, modes) {
   return part;
 }
 
-/** Sums of loads and reactions. @param {State} state */
-function balanceSheet(state) {
-  const e = state.result.equilibrium;
-  if (!e) return [make('p', {class: 'note'}, 'No sums for this result.')];
-  return [balanceTable(state), make('p', {class: 'note'},
+/** Sums of loads and reactions. @param {State} state @param {Equilibrium} sums */
+function balanceSheet(state, sums) {
+  return [balanceTable(state, sums), make('p', {class: 'note'},
     'Loads are the forces on the nodes, reactions what the supports give to the structure; ' +
-    'moments about the origin. Relative error ' + format(e.relativeError, 2) + '.')];
+    'moments about the origin. Relative error ' + format(sums.relativeError, 2) + '.')];
 }
 
 /** Sums below this share of the largest one are what rounding leaves of 0; the relative error tells
  *  of them. */
 const ROUNDING = 1e-10;
 
-/** @param {State} state */
-export function balanceTable(state) {
-  const {force, moment} = unitsOf(state.model.head), e = state.result.equilibrium;
+/** @param {State} state @param {Equilibrium} sums */
+export function balanceTable(state, {loads, reactions, drilling}) {
+  const {force, moment} = unitsOf(state.model.head);
   const d = state.model.plane ? [0, 1] : [0, 1, 2], m = state.model.plane ? [2] : [0, 1, 2];
   const name = (/** @type {string} */ n, /** @type {string} */ u) => (u ? `${n} [${u}]` : n);
   const header = ['', ...d.map((k) => name('F' + 'xyz'[k], force)),
@@ -78,13 +75,13 @@ export function balanceTable(state) {
   const cell = (/** @type {Vec3} */ of, /** @type {number} */ k, /** @type {number} */ largest) =>
     format(Math.abs(of[k]) > ROUNDING * largest ? of[k] : 0, 6);
   const largest = (/** @type {'force' | 'moment'} */ what) =>
-    Math.max(0, ...(e ? [...e.loads[what], ...e.reactions[what]].map(Math.abs) : []));
+    Math.max(...[...loads[what], ...reactions[what]].map(Math.abs));
   const row = (/** @type {string} */ title, /** @type {{force: Vec3, moment: Vec3}} */ w) =>
     [title, ...d.map((k) => cell(w.force, k, largest('force'))),
      ...m.map((k) => cell(w.moment, k, largest('moment')))];
-  const rows = e ? [row('loads', e.loads), row('reactions', e.reactions)] : [];
-  if (e?.drilling?.some((m) => m !== 0))
-    rows.push(row('drilling', {force: [0, 0, 0], moment: e.drilling}));
+  const rows = [row('loads', loads), row('reactions', reactions)];
+  if (drilling?.some((m) => m !== 0))
+    rows.push(row('drilling', {force: [0, 0, 0], moment: drilling}));
   return table(header, rows, 'Balance of loads and reactions');
 }
 
@@ -93,18 +90,19 @@ function deckSheet(state) {
   const {text, omittedLines} = state.model.head;
   const parts = [make('pre', {}, text)];
   if (omittedLines > 0)
-    parts.unshift(make('p', {class: 'note'}, `${omittedLines} lines of long lists are left out.`));
+    parts.unshift(make('p', {class: 'note'}, `${counted(omittedLines, 'line')} of long lists ` +
+                       `${omittedLines === 1 ? 'is' : 'are'} left out.`));
   return parts;
 }
 
 /** @param {State} state */
 function summarySheet(state) {
   const {model} = state, {head} = model;
-  const kinds = model.meshes.map((m) => `${m.count} ${m.nnode}-noded ${m.kind}s`);
+  const kinds = model.meshes.map((m) => counted(m.count, `${m.nnode}-noded ${m.kind}`));
   const rows = head.materials.slice(0, 200).map((m) =>
     [m.number ? String(m.number) : 'inline', Object.entries(m).filter(([k]) => k !== 'number')
       .map(([k, v]) => `${k} = ${typeof v === 'number' ? format(v, 6) : v}`).join(', ')]);
-  return [make('p', {}, `${head.deckNodes} nodes; ${kinds.join(', ')}.`),
+  return [make('p', {}, `${counted(head.deckNodes, 'node')}; ${kinds.join(', ')}.`),
           table(['material', 'values'], rows, 'Materials')];
 }
 
@@ -122,8 +120,9 @@ export function setUpDrawer(state, select) {
     const count = head.findings.length + (head.mechanisms.length > 0 && errors === 0 ? 1 : 0);
     const list = [{id: 'findings', name: `Findings (${count})`,
                    fill: () => findingSheet(state, select)}];
-    if (state.result.equilibrium)
-      list.push({id: 'balance', name: 'Balance', fill: () => balanceSheet(state)});
+    const {equilibrium} = state.result;
+    if (equilibrium)
+      list.push({id: 'balance', name: 'Balance', fill: () => balanceSheet(state, equilibrium)});
     for (const t of tablesOf(state.model, state.result))
       list.push({id: t.id, name: t.name, fill: () => tableSheet(t, head.deck, sheet, select)});
     list.push({id: 'materials', name: 'Model', fill: () => summarySheet(state)},

@@ -2,6 +2,7 @@
 
 import {byId, make} from './dom.js';
 import {readHead} from './data.js';
+import {counted} from './numbers.js';
 import {readModel} from './model.js';
 import {changed, chooseMode, drawnFactor, firstState} from './state.js';
 import {openStage, resize} from './scene.js';
@@ -167,9 +168,9 @@ function afterFirst(stage, then) {
 /** What the picture is, for those who do not see it. @param {State} state */
 function describe(state) {
   const {model} = state;
-  const kinds = model.meshes.map((m) => `${m.count} ${m.kind}s`).join(' and ');
+  const kinds = model.meshes.map((m) => counted(m.count, m.kind)).join(' and ');
   byId('drawing').setAttribute('aria-label',
-    `Model of ${model.head.deckNodes} nodes, ${kinds}. Press ? for the keys.`);
+    `Model of ${counted(model.head.deckNodes, 'node')}, ${kinds}. Press ? for the keys.`);
 }
 
 /** @param {State} state @param {(id: string) => void} show @param {boolean} drawn */

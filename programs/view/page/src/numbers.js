@@ -21,6 +21,9 @@ export function format(value, digits = 4) {
 export const withUnit = (value, unit, digits = 4) =>
   format(value, digits) + (unit ? ' ' + unit : '');
 
+/** "1 beam", "3 beams". @param {number} count @param {string} noun */
+export const counted = (count, noun) => `${count} ${noun}${count === 1 ? '' : 's'}`;
+
 /** Names of derived units; empty where the deck names none. @param {Head} head */
 export function unitsOf(head) {
   const {force, length, pressure} = head.units;

@@ -4,7 +4,7 @@ import {byId, make, table} from './dom.js';
 import {bandList, captionOf} from './legend.js';
 import {balanceTable} from './drawer.js';
 import {tablesOf} from './tables.js';
-import {format} from './numbers.js';
+import {counted, format} from './numbers.js';
 
 /** @import {State} from './state.js' */
 /** @import {Picture} from './picture.js' */
@@ -39,7 +39,8 @@ export function fillSheet(state, picture, shoot) {
     const image = make('img', {src: shoot(), alt: 'Picture of the model'});
     parts.push(make('figure', {}, image, keyPart(state, picture)));
   }
-  if (state.result.equilibrium) parts.push(make('h2', {}, 'Balance'), balanceTable(state));
+  const {equilibrium} = state.result;
+  if (equilibrium) parts.push(make('h2', {}, 'Balance'), balanceTable(state, equilibrium));
   const supports = tablesOf(state.model, state.result)
     .filter(({id}) => id === 'reactions' || id === 'supports');
   for (const t of supports) {
@@ -47,7 +48,7 @@ export function fillSheet(state, picture, shoot) {
       t.row(i).map((v) => (typeof v === 'number' ? format(v, 6) : v)));
     parts.push(make('h2', {}, t.name), table(t.header, rows, t.name));
     if (t.count > MOST_ROWS)
-      parts.push(make('p', {}, `${t.count - MOST_ROWS} more rows: see the CSV file.`));
+      parts.push(make('p', {}, `${counted(t.count - MOST_ROWS, 'more row')}: see the CSV file.`));
   }
   sheet.replaceChildren(...parts);
 }
