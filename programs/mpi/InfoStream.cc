@@ -5,6 +5,7 @@
 
 #include <cerrno>
 #include <cstring>
+#include <utility>
 
 #include "programs/common/RunProgram.h"
 
@@ -39,7 +40,10 @@ std::streamsize InfoStream::xsputn(const char* text, std::streamsize size) {
   return taken;
 }
 
-void InfoStream::RequireWhole() const {
+void InfoStream::Close() {
+  // Some systems tell of a full disk only here.
+  if (file_ > STDERR_FILENO && ::close(std::exchange(file_, -1)) != 0 && reason_ == 0)
+    reason_ = errno;
   if (reason_ == 0) return;
   throw ProgramError("failed writing to " + (name_ == "-" ? "standard output" : name_) + ": " +
                      std::strerror(reason_));

@@ -18,8 +18,9 @@ public:
 
   std::ostream* Stream() { return &stream_; }
 
-  /// Refuses, as ProgramError with the system's reason, a file that did not take every line.
-  void RequireWhole() const;
+  /// Ends the file, or refuses, as ProgramError with the system's reason, one that did not take
+  /// every line.
+  void Close();
 
 private:
   int_type overflow(int_type c) override;

@@ -75,7 +75,7 @@ void RunLog::TellBalance(int ownNodes) {
 
 void RunLog::TellTotalTime() {
   Progress(Info(), "Total time = %.3g s\n", SecondsOf(Clock::now() - start_));
-  if (info_) info_->RequireWhole();
+  if (info_) info_->Close();
 }
 
 }  // namespace kestol
