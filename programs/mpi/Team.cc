@@ -59,7 +59,7 @@ int Team::FirstWith(bool mine) const {
 
 bool Team::IsFirstToFail() {
   using namespace std::chrono;
-  constexpr milliseconds kPatience{500}, kPause{1};
+  constexpr milliseconds kPatience{3000}, kPause{1};
   std::vector<MPI_Request> told(static_cast<std::size_t>(size_), MPI_REQUEST_NULL);
   for (int other = 0; other < size_; ++other)
     if (other != rank_)
