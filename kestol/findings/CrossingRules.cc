@@ -136,7 +136,7 @@ std::string CrossingText(const Crossing& crossing) {
 void FindCrossingMembers(Inspection& deck) {
   if (deck.project.meshes.empty()) return;
   const std::vector<Segment> segments = SegmentsOf(deck);
-  const double near = PlaceTolerance(deck.project);
+  const double near = ScaleOfPlaces(deck.project).near;
   if (segments.empty() || std::isinf(near)) return;
   SegmentGrid grid(near);
   for (std::size_t i = 0; i < segments.size(); ++i) grid.Add(i, segments[i].a, segments[i].b);

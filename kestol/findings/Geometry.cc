@@ -16,6 +16,26 @@ Vector3 Corner(const Elem& elem, int i) {
   return PositionOf(*elem.nodes[i]);
 }
 
+/// The diagonal of the box around the middle half of the nodes, by each coordinate: a few nodes far
+/// away do not change it.
+double SizeOfMiddle(const Project& project) {
+  if (project.meshes.empty()) return 0.0;
+  Vector3 size{};
+  std::vector<double> values;
+  for (int a = 0; a < 3; ++a) {
+    values.clear();
+    for (const auto [number, node] : *project.meshes[0]->nodes)
+      values.push_back(PositionOf(*node)[a]);
+    if (values.empty()) return 0.0;
+    const auto low = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 4);
+    const auto high = values.end() - 1 - (low - values.begin());
+    std::nth_element(values.begin(), low, values.end());
+    std::nth_element(low, high, values.end());
+    size[a] = *high - *low;
+  }
+  return Norm(size);
+}
+
 /// Length, area or volume against what an element with such edges could have.
 double RelativeSize(const Elem& elem) {
   const double longest = LongestEdge(elem);
@@ -46,29 +66,12 @@ double SizeOfModel(const Project& project) {
   return high[0] < low[0] ? 0.0 : Norm(Minus(high, low));
 }
 
-double SizeOfMiddle(const Project& project) {
-  if (project.meshes.empty()) return 0.0;
-  Vector3 size{};
-  std::vector<double> values;
-  for (int a = 0; a < 3; ++a) {
-    values.clear();
-    for (const auto [number, node] : *project.meshes[0]->nodes)
-      values.push_back(PositionOf(*node)[a]);
-    if (values.empty()) return 0.0;
-    const auto low = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 4);
-    const auto high = values.end() - 1 - (low - values.begin());
-    std::nth_element(values.begin(), low, values.end());
-    std::nth_element(low, high, values.end());
-    size[a] = *high - *low;
-  }
-  return Norm(size);
-}
-
-double PlaceTolerance(const Project& project) {
+PlaceScale ScaleOfPlaces(const Project& project) {
   constexpr double kNear = 1e-6;
-  constexpr double kFarAway = 1000.0;
+  constexpr double kCell = 1e-3;
   const double size = SizeOfModel(project), middle = SizeOfMiddle(project);
-  return kNear * (middle > 0.0 ? std::min(size, kFarAway * middle) : size);
+  if (!(middle > 0.0)) return {kNear * size, kCell * size};
+  return {std::min(kNear * size, kCell * middle), kCell * middle};
 }
 
 bool IsWhole(const Elem& elem) {

@@ -12,13 +12,16 @@ class Inspection;
 /// The diagonal of the box around all nodes; 0 without nodes.
 double SizeOfModel(const Project& project);
 
-/// The diagonal of the box around the middle half of the nodes, by each coordinate: a few nodes far
-/// away do not change it.
-double SizeOfMiddle(const Project& project);
+/// Lengths, in the unit of the results, by which places are compared.
+struct PlaceScale {
+  double near;  ///< points that are nearer are at one place
+  double cell;  ///< of a grid in which they are sought
+};
 
-/// Points that are nearer are at one place: a millionth of the model's size. A coordinate that was
-/// typed wrongly must not bring all others together.
-double PlaceTolerance(const Project& project);
+/// A millionth of the model's size is near. A coordinate that was typed wrongly must not bring all
+/// other nodes together: where a few lie far away, it is a thousandth of the size of the middle
+/// half.
+PlaceScale ScaleOfPlaces(const Project& project);
 
 /// Which nodes have an element, by node number.
 std::vector<bool> NodesWithElements(const Project& project);

@@ -55,10 +55,10 @@ void FindUnusedNodes(Inspection& deck) {
 
 void FindOrphanNodes(Inspection& deck) {
   std::vector<int> orphans;
-  ForEachLooseNode(deck, [&](const Node& node) {
-    if (!IsHeldWholly(deck.project, node) || IsSolid(deck.project)) orphans.push_back(node.number);
-  });
   const bool isSolid = IsSolid(deck.project);
+  ForEachLooseNode(deck, [&](const Node& node) {
+    if (isSolid || !IsHeldWholly(deck.project, node)) orphans.push_back(node.number);
+  });
   if (orphans.size() > kMostSingle) {
     deck.Add(deck.PlaceOfRecord(RecordKind::Node, orphans.front()),
              "no element has the nodes " + ListText(orphans) +
@@ -83,7 +83,7 @@ using NodePair = std::pair<const Node*, const Node*>;
 /// Finds nodes closer than `near` through a grid of cells that are much larger.
 class NodeGrid {
 public:
-  NodeGrid(double near, double cell) : near_(near), cell_(std::max(near, cell)) {}
+  explicit NodeGrid(const PlaceScale& scale) : near_(scale.near), cell_(scale.cell) {}
 
   /// Calls look(other) for the nodes near `node` that were added before, until that is false.
   template <class Look>
@@ -113,12 +113,11 @@ private:
 /// Pairs of nodes that stand at one place, the one with the larger number behind. Where a crowd
 /// stands, each later node is paired with the first ones alone.
 std::vector<NodePair> CoincidentPairs(const Project& project) {
-  constexpr double kCellOfMiddle = 1e-3;
   constexpr int kCrowd = 8;
   std::vector<NodePair> pairs;
-  const double near = PlaceTolerance(project);
-  if (!(near > 0.0) || std::isinf(near)) return pairs;
-  NodeGrid grid(near, kCellOfMiddle * SizeOfMiddle(project));
+  const PlaceScale scale = ScaleOfPlaces(project);
+  if (!(scale.near > 0.0) || std::isinf(scale.near)) return pairs;
+  NodeGrid grid(scale);
   for (const auto [number, node] : *project.meshes[0]->nodes) {
     int others = 0;
     grid.ForEachNear(*node, [&, later = node](const Node& other) {

@@ -22,7 +22,7 @@ def check_findings(checker, score):
     for room in ROOMS:
         check_rows(checker, score, room.ROWS)
     check_rows(checker, score, words_of_loads.UNSOLVED, "--no-solve")
-    check_rows(checker, score, words_of_motions.SHARED, "--disable", "hinge-shared")
+    check_rows(checker, score, words_of_motions.SHARED, "--disable", "hinge-shared,disconnected")
     check_rows(checker, score, words_of_motions.ALL, "--mechanism", "10")
     check_rows(checker, score, words_of_motions.LIMITED, "--mechanism", "1")
     check_rows(checker, score, words_of_motions.UNEXPLAINED, "--mechanism", "0")

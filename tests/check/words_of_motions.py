@@ -155,10 +155,17 @@ def interleaved(count):
     return rollers(beams(nodes, links(1, last - 1, 2), (1, last, 4)), 1, last)
 
 
-# 11 columns with a node half-way, which are pinned below and lean on each other above.
-COLUMNS = hinged(beams([(x, y) for x in range(11) for y in range(3)],
-                       [(i, i + 1) for i in range(1, 33) if i % 3] + [(3 * i, 3 * i + 3) for i in range(1, 11)],
-                       range(1, 32, 3)).replace("  111  0 0 0", "  110  0 0 0"), *range(3, 34, 3))
+def columns(copies):
+    """11 columns with a node half-way, which are pinned below and lean on each other above; so many times, apart."""
+    nodes, elements, held, hinges = [], [], [], []
+    for first in range(1, 33 * copies, 33):
+        nodes += [(x, y + first - 1) for x in range(11) for y in range(3)]
+        elements += [(i, i + 1) for i in range(first, first + 32) if (i - first) % 3 < 2]
+        elements += [(i, i + 3) for i in range(first + 2, first + 32, 3)]
+        held += range(first, first + 31, 3)
+        hinges += range(first + 2, first + 33, 3)
+    return hinged(beams(nodes, elements, held).replace("  111  0 0 0", "  110  0 0 0"), *hinges)
+
 
 MANY = [
     # Of a list eight are told here, with their lines.
@@ -176,13 +183,24 @@ MANY = [
           "  supports at nodes 1 and 25 (lines 64-65)"),
 ]
 
-# With hinges that more than two beams share, which is not the point here.
-SHARED = [mechanism(
-    COLUMNS, "1 way", "mode 1: nodes 1-3 turn about z at (0, 0)",
-    *(f"        nodes {3 * i + 1}-{3 * i + 3} turn about z at ({i}, 0)" for i in range(1, 9)),
-    "        and more nodes move",
-    "  hinges at nodes 3, 6, 9, 12, 15, 18, 21, 24 and 3 more (lines 95-102)",
-    "  supports at nodes 1, 4, 7, 10, 13, 16, 19, 22 and 3 more (lines 81-88)")]
+
+def leaning(copies):
+    """The columns with their ways: of a list eight are told with their lines, and all of these in 70 places."""
+    support, hinge = 65 * copies + 16, 76 * copies + 19  # their first lines: 33 nodes, 32 elements, 11 supports each
+    more = []
+    for k in range(copies):
+        n, blanks = 33 * k, " " * 8
+        own = [f"{n + 3 * i + 1}-{n + 3 * i + 3} turn about z at ({i}, {n})" for i in range(9)]
+        lines = [f" (lines {first + 11 * k}-{first + 11 * k + 7})" if k < 4 else "" for first in (hinge, support)]
+        hinges, supports = (", ".join(str(n + 3 * i + j) for i in range(8)) for j in (3, 1))
+        more += [f"mode {k + 1}: nodes {own[0]}", *(f"{blanks}nodes {words}" for words in own[1:]),
+                 f"{blanks}and more nodes move", f"  hinges at nodes {hinges} and 3 more{lines[0]}",
+                 f"  supports at nodes {supports} and 3 more{lines[1]}"]
+    return mechanism(columns(copies), "1 way" if copies == 1 else f"{copies} ways", *more)
+
+
+# With hinges that more than two beams share, and parts that share no node, which is not the point here.
+SHARED = [leaning(1), leaning(5)]
 
 
 def long_chain(count):
@@ -211,6 +229,9 @@ LIMITED = [
           "mode 1: nodes 1-3 slide along x", "  supports at node 3 (line 21)"),
     rigid(LOOSE, "a part of the model 3 rigid motions", "mode 1: nodes 3 and 4 slide along x")
     + ((None, "error: the supports leave rigid motions to 1 more part [rigid-motion]"),),
+    rigid(beams(chain(2) + chain(2, y=1) + chain(2, y=2) + chain(2, y=3), [(1, 2), (3, 4), (5, 6), (7, 8)]),
+          "a part of the model 3 rigid motions", "mode 1: nodes 3 and 4 slide along x")
+    + ((None, "error: the supports leave rigid motions to 2 more parts [rigid-motion]"),),
 ]
 UNEXPLAINED = [row[:1] + (row[1][:2],) + row[2:] for row in LIMITED]
 

@@ -119,7 +119,8 @@ TEST(NullSpace, GrowsUntilItHoldsAll) {
 
 TEST(NullSpace, EndsBeforeTheSearchBecomesLong) {
   constexpr int kNodes = 14;
-  std::string deck = "problem chain\ntype 2d\nmesh dimension = 2 elemtype Linear nnode = 2\ncoordinates\n";
+  std::string deck =
+      "problem chain\ntype 2d\nmesh dimension = 2 elemtype Linear nnode = 2\ncoordinates\n";
   for (int i = 1; i <= kNodes; ++i) deck += std::to_string(i) + " " + std::to_string(i) + " 0\n";
   deck += "end\nelements\n";
   for (int i = 1; i < kNodes; ++i)

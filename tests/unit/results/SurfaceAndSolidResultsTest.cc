@@ -7,10 +7,8 @@
 
 #include "kestol/LinearSystem.h"
 #include "kestol/ReadDeck.h"
-#include "results/ElementLoads.h"
 #include "results/ShellResults.h"
 #include "results/SolidResults.h"
-#include "results/UnitNames.h"
 #include "tests/support/FrameDeck.h"
 #include "tests/support/MeshDeck.h"
 
@@ -267,88 +265,6 @@ TEST(SolidResults, ModelsWithoutSolidsHaveNoNodalStresses) {
   Project project = ReadDeckText(deck.Text(), "test");
   const Results results = SolveOnce(project);
   EXPECT_FALSE(NodalStresses(project, results).Exist());
-}
-
-// --- loads and hinges ---------------------------------------------------------------------------
-
-const Elem& ElementOf(const Project& project, int number) {
-  return *project.meshes[0]->elems.Get(number);
-}
-
-TEST(ElementLoads, LoadsOfABeamAreSummedInGlobalAxes) {
-  FrameDeck deck(3);
-  deck.Node(1, 0, 0, 0).Node(2, 0, 3, 4).Beam(1, 1, 2).Clamp(1);
-  deck.Material(1, "E=2e11 A=1e-2 Iz=1e-5 Iy=2e-5 J=1e-5 G=8e10 Weight=7");
-  deck.LineLoad("global_pressure_loads", 1, "0 0 -10")
-      .LineLoad("local_pressure_loads", 1, "5 0 0 2");
-  deck.LineLoad("global_projected_pressure_loads", 1, "0 0 -10");
-  const Project project = ReadDeckText(deck.Text(), "test");
-  const ElementLoads loads = LoadsOnElement(project, ElementOf(project, 1));
-  EXPECT_NEAR(loads.perLength[1], 5 * 0.6, kNear);
-  EXPECT_NEAR(loads.perLength[2], -10 - 10 * 0.6 + 5 * 0.8, kNear);
-  EXPECT_NEAR(loads.couplePerLength[1], 2 * 0.6, kNear);
-  EXPECT_NEAR(loads.couplePerLength[2], 2 * 0.8, kNear);
-  EXPECT_EQ(loads.perArea, Vector3{});
-}
-
-TEST(ElementLoads, ShellsCarryLoadsPerAreaAndOnTheirEdges) {
-  const std::string deck =
-      Plate("", "local_pressure_loads\n1 0 0 -3 2\nend\nface_loads\n1 0 4 5 6\nend\n");
-  const Project project = ReadDeckText(deck, "test");
-  const ElementLoads loads = LoadsOnElement(project, ElementOf(project, 1));
-  EXPECT_THAT(loads.perArea, ElementsAre(0.0, 0.0, -3.0));
-  EXPECT_THAT(loads.perLength, ElementsAre(4.0, 5.0, 6.0));
-  EXPECT_NEAR(Norm(loads.couplePerArea), 2.0, kNear);
-  EXPECT_EQ(LoadsOnElement(project, ElementOf(project, 2)).perArea, Vector3{});
-}
-
-TEST(ElementLoads, SolidsCarryLoadsPerVolumeAndOnTheirFaces) {
-  for (const bool ten : {false, true}) {
-    const std::string deck =
-        DeckOf(UnitTetrahedron(ten), "",
-               "materials\n1 E=1e3 nu=0.25\nend materials\nglobal_pressure_loads\n1 -1 1 2 3\nend\n"
-               "local_pressure_loads\n1 0 0 0 5\nend\n");
-    const Project project = ReadDeckText(deck, "test");
-    const ElementLoads loads = LoadsOnElement(project, ElementOf(project, 1));
-    EXPECT_THAT(loads.perVolume, ElementsAre(1.0, 2.0, 3.0));
-    EXPECT_NEAR(loads.perArea[2], -5.0, 1e-12);  // along the outward normal of z = 0
-    EXPECT_NEAR(loads.perArea[0], 0.0, 1e-12);
-  }
-}
-
-TEST(ElementLoads, HingesAreReleasedEnds) {
-  FrameDeck deck(2);
-  deck.Node(1, 0, 0).Node(2, 2, 0).Node(3, 4, 0).Beam(1, 1, 2).Beam(2, 2, 3);
-  deck.Material(1, "E=2e11 A=1e-2 Iz=1e-5").Clamp(1).Clamp(3).Rotule(2);
-  Project project = ReadDeckText(deck.Text(), "test");
-  EXPECT_FALSE(HingesOf(project, ElementOf(project, 2)).end1);
-  SolveOnce(project);
-  EXPECT_FALSE(HingesOf(project, ElementOf(project, 1)).end2);
-  EXPECT_TRUE(HingesOf(project, ElementOf(project, 2)).end1);
-  EXPECT_FALSE(HingesOf(project, ElementOf(project, 2)).end2);
-}
-
-// --- units --------------------------------------------------------------------------------------
-
-UnitNames NamesUnder(const std::string& keys) {
-  FrameDeck deck(2);
-  deck.Node(1, 0, 0).Node(2, 2, 0).Beam(1, 1, 2).Material(1, "E=2e11 A=1e-2 Iz=1e-5").Clamp(1);
-  deck.Key(keys);
-  return UnitNamesOf(ReadDeckText(deck.Text(), "test").units);
-}
-
-TEST(UnitNames, AreThoseOfTheResultSystem) {
-  const UnitNames names =
-      NamesUnder("units_names\nSI N m Pa 1 1\nkN-m kN m kPa 1000 1\nend\nunits_res kN-m");
-  EXPECT_TRUE(names.Known());
-  EXPECT_EQ(names.force, "kN");
-  EXPECT_EQ(names.length, "m");
-  EXPECT_EQ(names.pressure, "kPa");
-}
-
-TEST(UnitNames, AreEmptyWhereTheDeckChoosesNone) {
-  EXPECT_FALSE(NamesUnder("").Known());
-  EXPECT_FALSE(NamesUnder("units_names\nkN-m kN m kPa 1000 1\nend").Known());
 }
 
 }  // namespace
