@@ -3,9 +3,10 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
-#include <memory>
 #include <string>
 #include <string_view>
+
+#include "input/ReadOnlyFile.h"
 
 namespace kestol {
 
@@ -63,10 +64,7 @@ private:
   bool Refill(std::size_t wanted);
   const char* AtMark() const { return window_.data() + (mark_ - base_); }
 
-  struct CloseFile {
-    void operator()(std::FILE* file) const { std::fclose(file); }
-  };
-  std::unique_ptr<std::FILE, CloseFile> file_;
+  ReadOnlyFile file_;
   std::string window_;
   const char* here_ = nullptr;
   const char* end_ = nullptr;

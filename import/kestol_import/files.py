@@ -50,12 +50,13 @@ class Outputs:
 
     def __init__(self) -> None:
         self._temporary: dict[str, str] = {}  # by the target, behind links
+        self._replaced: dict[str, str] = {}  # where the old files are, by their names
 
     def __enter__(self) -> Outputs:
         return self
 
     def __exit__(self, *failure: object) -> None:
-        for temporary in self._temporary.values():
+        for temporary in [*self._temporary.values(), *self._replaced.values()]:
             with contextlib.suppress(OSError):
                 os.unlink(temporary)
 
@@ -85,15 +86,29 @@ class Outputs:
         try:
             for path, temporary in self._temporary.items():
                 with refusing(path):
-                    os.replace(temporary, path)
+                    self._replace(path, temporary)
                 named.append(path)
         except Refusal:
             for path in named:
-                os.unlink(path)
+                self._take_back(path)
             raise
         finally:
             signal.pthread_sigmask(signal.SIG_SETMASK, waiting)
         self._temporary.clear()
+
+    def _replace(self, path: str, temporary: str) -> None:
+        """What was there waits under another name, where the file system has links."""
+        with contextlib.suppress(OSError):
+            os.link(path, temporary + "~")
+            self._replaced[path] = temporary + "~"
+        os.replace(temporary, path)
+
+    def _take_back(self, path: str) -> None:
+        with contextlib.suppress(OSError):
+            if path in self._replaced:
+                os.replace(self._replaced[path], path)
+            else:
+                os.unlink(path)
 
 
 @contextlib.contextmanager

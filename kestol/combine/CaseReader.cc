@@ -2,11 +2,10 @@
 
 #include <algorithm>
 #include <cmath>
-#include <fstream>
+#include <cstdio>
 #include <iterator>
 #include <limits>
 #include <memory>
-#include <sstream>
 #include <string_view>
 #include <utility>
 
@@ -14,6 +13,7 @@
 #include "input/LoadsReader.h"
 #include "input/NodeSections.h"
 #include "input/Project.h"
+#include "input/ReadOnlyFile.h"
 #include "input/TextInput.h"
 #include "input/Words.h"
 #include "main/ErrorChannel.h"
@@ -21,6 +21,8 @@
 namespace kestol {
 
 namespace {
+
+constexpr std::size_t kPiece = 64 * 1024;
 
 /// The text of a case, from which words and lines are taken; knows the line it has come to.
 class Scanner {
@@ -251,6 +253,17 @@ void CaseReader::KeepSettlements(const Constraint& said, const Constraint* suppo
   }
 }
 
+/// All of the file. A stream would take a failed allocation for a failed read.
+std::string TextOf(const std::string& path) {
+  std::string text, piece(kPiece, '\0');
+  const ReadOnlyFile file(std::fopen(path.c_str(), "r"));
+  if (file)
+    while (const std::size_t taken = std::fread(piece.data(), 1, piece.size(), file.get()))
+      text.append(piece, 0, taken);
+  if (!file || std::ferror(file.get()) != 0) Fatal("can't open file ", path, "\n");
+  return text;
+}
+
 }  // namespace
 
 CaseLoads ReadCaseText(Project& project, const std::string& text, const std::string& name) {
@@ -260,11 +273,7 @@ CaseLoads ReadCaseText(Project& project, const std::string& text, const std::str
 
 CaseLoads ReadCase(Project& project, const std::string& path) {
   error.Clear();
-  std::ifstream file(path, std::ios::binary);
-  std::ostringstream text;
-  if (!file || !(text << file.rdbuf() || file.peek() == std::ifstream::traits_type::eof()))
-    Fatal("can't open file ", path, "\n");
-  return ReadCaseText(project, text.str(), path);
+  return ReadCaseText(project, TextOf(path), path);
 }
 
 }  // namespace kestol

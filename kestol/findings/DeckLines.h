@@ -2,11 +2,11 @@
 
 #include <cstdint>
 #include <cstdio>
-#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "input/ReadOnlyFile.h"
 #include "input/SourceMap.h"
 #include "kestol/findings/Finding.h"
 
@@ -24,10 +24,7 @@ public:
 private:
   bool ReadMore();
 
-  struct CloseFile {
-    void operator()(std::FILE* file) const { std::fclose(file); }
-  };
-  std::unique_ptr<std::FILE, CloseFile> file_;  // null: the text is in memory, or ended
+  ReadOnlyFile file_;  // null: the text is in memory, or ended
   std::string window_;
   std::string_view text_;   // what is in sight
   std::uint64_t base_ = 0;  // offset of its first character

@@ -134,13 +134,28 @@ void OutputFile::Close() {
 void OutputFile::Commit() {
   Close();
   if (!untilRenamed_) return;
-  if (std::rename(temporary_.c_str(), target_.c_str()) != 0) Fail("failed writing to ");
-  untilRenamed_.reset();
-  isRenamed_ = true;
+  isSwapped_ = Swap();
+  if (!isSwapped_) {
+    if (std::rename(temporary_.c_str(), target_.c_str()) != 0) Fail("failed writing to ");
+    untilRenamed_.reset();
+  }
+  isNamed_ = true;
+}
+
+// What is replaced waits under the temporary name until the run has ended well, where the file
+// system can do that.
+bool OutputFile::Swap() const {
+  struct stat status {};
+  return ::lstat(target_.c_str(), &status) == 0 && S_ISREG(status.st_mode) &&
+         ::renameat2(AT_FDCWD, temporary_.c_str(), AT_FDCWD, target_.c_str(), RENAME_EXCHANGE) == 0;
 }
 
 void OutputFile::Withdraw() {
-  if (isRenamed_) ::unlink(target_.c_str());
+  if (!isNamed_) return;
+  if (isSwapped_)
+    std::rename(temporary_.c_str(), target_.c_str());
+  else
+    ::unlink(target_.c_str());
 }
 
 void OutputFile::Fail(const char* what) {

@@ -29,7 +29,8 @@ public:
   /// Close, and the target has its name.
   void Commit();
 
-  /// After Commit: takes the file away again, for a run that could not complete the others.
+  /// After Commit: gives the target back what it was, for a run that could not complete the
+  /// others. (The file is only taken away on a file system that cannot swap two names.)
   void Withdraw();
 
   const std::string& Name() const { return name_; }
@@ -44,6 +45,7 @@ private:
   void OpenBeside();
   void HandOver(const char* data, std::size_t size) override;
   bool SkipZeros(std::size_t size) override;
+  bool Swap() const;
   void Discard();
   [[noreturn]] void Fail(const char* what);
 
@@ -52,7 +54,8 @@ private:
   std::string temporary_;  ///< empty for what is written directly
   std::optional<TemporaryFile> untilRenamed_;
   int file_ = -1;
-  bool isRenamed_ = false;
+  bool isNamed_ = false;    ///< the target is this file
+  bool isSwapped_ = false;  ///< and the temporary name has what was there before
 };
 
 /// Refuses two outputs of one program that are the same file.

@@ -24,10 +24,10 @@ public:
   /// Those that nothing more is written to may be closed one by one; this closes them all.
   void Close();
 
-  /// Names all of them; when one cannot have its name, none has.
+  /// Names all of them; when one cannot have its name, none has, and what was there stays.
   void Commit();
 
-  /// After Commit: takes them all away again.
+  /// After Commit: takes them all away again, and what was there comes back.
   void Withdraw();
 
 private:

@@ -1,15 +1,11 @@
 #pragma once
 
 #include <cstdio>
-#include <memory>
 #include <string>
 
-namespace kestol {
+#include "input/ReadOnlyFile.h"
 
-struct CloseFile {
-  void operator()(std::FILE* file) const { std::fclose(file); }
-};
-using ReadOnlyFile = std::unique_ptr<std::FILE, CloseFile>;
+namespace kestol {
 
 /// Opens a file to be read; ProgramError with the system's reason when it cannot be.
 ReadOnlyFile OpenToRead(const std::string& path);

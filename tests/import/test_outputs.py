@@ -76,11 +76,12 @@ class Outputs(Program):
 
     def test_files_get_their_names_together(self):
         """A folder takes the name of the map while the report waits for its reader."""
+        (self.folder / "d.dat").write_text("the old deck")
         reader, writer = os.pipe()
         fcntl.fcntl(writer, fcntl.F_SETPIPE_SZ, 4096)
         os.write(writer, bytes(4096))
         with subprocess.Popen([sys.executable, "-B", PROGRAM, "m.msh", "r.toml", "-o", "d.dat",
-                               "--map", "map.csv"], cwd=self.folder, stdout=writer,
+                               "--map", "map.csv", "--force"], cwd=self.folder, stdout=writer,
                               stderr=subprocess.PIPE, text=True) as process:
             os.close(writer)
             waits = time.monotonic() + 60
@@ -93,7 +94,11 @@ class Outputs(Program):
         place = os.path.realpath(self.folder / "map.csv")
         self.assertEqual((process.returncode, said.splitlines()[-1]), (
             2, f"{place}: error: cannot be written: Is a directory [output]"))
-        self.assertEqual(sorted(os.listdir(self.folder)), ["m.msh", "map.csv", "r.toml"])
+        self.assertEqual(sorted(os.listdir(self.folder)), ["d.dat", "m.msh", "map.csv", "r.toml"])
+        self.assertEqual((self.folder / "d.dat").read_text(), "the old deck")
+        self.run_program("--force", "m.msh", "r.toml", "-o", "d.dat")
+        self.assertEqual(sorted(os.listdir(self.folder)), ["d.dat", "m.msh", "map.csv", "r.toml"])
+        self.assertIn("PROBLEM", (self.folder / "d.dat").read_text())
 
     def test_folders_that_are_not_there_or_closed(self):
         self.refused("no/d.dat: error: cannot be written: No such file or directory [output]",

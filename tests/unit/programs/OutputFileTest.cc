@@ -171,6 +171,32 @@ TEST_F(OutputFileTest, WhenOneFileCannotHaveItsNameNoneHas) {
   EXPECT_EQ(Files(), 2u);  // the deck and the folder
 }
 
+TEST_F(OutputFileTest, WhenOneFileCannotHaveItsNameWhatWasThereStays) {
+  Put("a.txt", "old");
+  {
+    OutputFiles files({});
+    files.Open(Path("a.txt")) << "new";
+    files.Open(Path("b.txt")) << "b";
+    std::filesystem::create_directory(Path("b.txt"));
+    EXPECT_THROW(files.Commit(), ProgramError);
+    EXPECT_EQ(Get("a.txt"), "old");
+  }
+  EXPECT_EQ(Get("a.txt"), "old");
+  EXPECT_EQ(Files(), 3u);  // the deck, the old file and the folder
+}
+
+TEST_F(OutputFileTest, WhatWasReplacedGoesWithTheRun) {
+  Put("a.txt", "old");
+  {
+    OutputFiles files({});
+    files.Open(Path("a.txt")) << "new";
+    files.Commit();
+    EXPECT_EQ(Get("a.txt"), "new");
+  }
+  EXPECT_EQ(Get("a.txt"), "new");
+  EXPECT_EQ(Files(), 2u);
+}
+
 TEST_F(OutputFileTest, FilesOfARunCanBeTakenBack) {
   OutputFiles files({});
   files.Open(Path("a.txt")) << "a";
