@@ -1,11 +1,13 @@
 #pragma once
 
 #include <ostream>
+#include <vector>
+
+#include "algebra/ReaVecT.h"
 
 namespace kestol {
 
 class Matriu;
-class ReaVecT;
 
 constexpr double kMegabyte = 1048576;  ///< bytes, as the storage reports count them
 
@@ -51,6 +53,14 @@ public:
   /// Replaces `rhs` by the solution, once the matrix is factorised, as often as wanted. Returns 0;
   /// or -1 (breakdown); or -k (not solved after k iterations). `info` may be null.
   virtual int Substitute(ReaVecT& rhs, std::ostream* info) = 0;
+
+  /// Substitute for each vector of `block`. Returns 0, or what the first that fails returns. What a
+  /// factor costs to be read, a solver may share between the vectors.
+  virtual int SubstituteAll(std::vector<ReaVecT>& block, std::ostream* info) {
+    for (ReaVecT& rhs : block)
+      if (const int failed = Substitute(rhs, info); failed != 0) return failed;
+    return 0;
+  }
 
   /// Factorise, then Substitute. Returns what the first of them that fails returns.
   virtual int Solve(ReaVecT& rhs, std::ostream* info) {

@@ -27,6 +27,8 @@ public:
 
   /// Solves K f = f in place; returns 0. Refuses a matrix that is not factorised.
   int Substitute(ReaVecT& f, std::ostream* info) override;
+  /// The same for all vectors, some of them at a time.
+  int SubstituteAll(std::vector<ReaVecT>& block, std::ostream* info) override;
 
   /// The degrees, ascending, of whose rows the last Factorise left nothing but rounding, when the
   /// rows are scaled alike. Which degrees of a mechanism these are depends on the order of
@@ -40,6 +42,8 @@ protected:
   const char* Title() const override { return "Node block storage with sparse direct solver\n"; }
 
 private:
+  void RequireFactor() const;
+
   class Mumps;
   std::unique_ptr<Mumps> mumps_;  ///< null until the first Factorise on a structure
   bool isFactorised_ = false;

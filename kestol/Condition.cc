@@ -61,28 +61,22 @@ double EstimateNorm(int n, const std::function<ReaVecT(const ReaVecT&)>& times) 
   return std::max(estimate, 2.0 * OneNorm(times(x)) / (3.0 * n));
 }
 
-void SolveScaled(LinearSystem& system, const ScaledSystem& A, ReaVecT& x) {
-  A.Unscale(x);
-  system.Factor().Substitute(x, nullptr);
-  A.Unscale(x);
-}
-
 }  // namespace
 
 double EstimateCondition(LinearSystem& system, const ScaledSystem& A) {
   const double norm = EstimateNorm(A.Size(), [&](const ReaVecT& x) { return A.Times(x); });
   const double inverse = EstimateNorm(A.Size(), [&](const ReaVecT& x) {
-    ReaVecT y = x;
-    SolveScaled(system, A, y);
-    return y;
+    std::vector<ReaVecT> y{x};
+    A.SolveBy(system.Factor(), y);
+    return y.front();
   });
   return norm * inverse;
 }
 
 std::vector<int> SoftestElements(LinearSystem& system, const ScaledSystem& A, std::size_t most) {
   constexpr int kVectors = 2, kSteps = 3;
-  RitzVectors softest =
-      SubspaceIteration(A, kVectors, kSteps, [&](ReaVecT& x) { SolveScaled(system, A, x); });
+  RitzVectors softest = SubspaceIteration(
+      A, kVectors, kSteps, [&](std::vector<ReaVecT>& block) { A.SolveBy(system.Factor(), block); });
   ReaVecT z = std::move(softest.vectors.front());
   A.Scale(z);
   system.TurnToGlobal(z);

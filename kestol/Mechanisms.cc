@@ -137,11 +137,8 @@ bool FactorIsSound(LinearSystem& system, const ScaledSystem& A) {
   constexpr int kFewVectors = 4, kFewSteps = 3;
   if (!Factorises(system)) return false;
   StiffnessMatrix& factor = system.Factor();
-  const RitzVectors ritz = SubspaceIteration(A, kFewVectors, kFewSteps, [&](ReaVecT& x) {
-    A.Unscale(x);
-    factor.Substitute(x, nullptr);
-    A.Unscale(x);
-  });
+  const RitzVectors ritz = SubspaceIteration(
+      A, kFewVectors, kFewSteps, [&](std::vector<ReaVecT>& block) { A.SolveBy(factor, block); });
   return std::none_of(ritz.values.begin(), ritz.values.end(),
                       [](double value) { return std::abs(value) < kSuspicious; });
 }

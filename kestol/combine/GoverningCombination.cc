@@ -1,6 +1,7 @@
 #include "kestol/combine/GoverningCombination.h"
 
 #include <algorithm>
+#include <limits>
 
 #include "kestol/combine/EurocodeSets.h"
 
@@ -65,13 +66,13 @@ GoverningCombination::GoverningCombination(const std::vector<Action>& actions,
 /// The subset with the largest sum, which is added to `sum`.
 const std::vector<int>& GoverningCombination::Best(const Subsets& subsets, const Sums& sums,
                                                    const double* values, double sign, double& sum) {
-  const std::vector<int>* best = nullptr;
-  double largest = 0.0;
+  const std::vector<int>* best = &subsets.front();
+  double largest = -std::numeric_limits<double>::infinity();
   for (const std::vector<int>& subset : subsets) {
     double s = 0.0;
     for (const int k : subset) s += sums.accompanying[k] * values[k];
     s *= sign;
-    if (best != nullptr && s <= largest) continue;
+    if (s <= largest) continue;
     best = &subset;
     largest = s;
   }
@@ -105,7 +106,7 @@ void GoverningCombination::Consider(const Sums& sums, const double* values, doub
                                     Choice& best) const {
   const double permanent = PermanentSum(sums, values, sign, nullptr);
   const auto consider = [&](int leading, double sum) {
-    if (best.sums == nullptr || sum > best.sum) best = {&sums, leading, sum};
+    if (sum > best.sum) best = {&sums, leading, sum};
   };
   double accompanied = permanent;
   for (const Cluster& cluster : sums.clusters)
@@ -123,7 +124,7 @@ void GoverningCombination::Consider(const Sums& sums, const double* values, doub
 
 void GoverningCombination::Find(const double* values, double sign,
                                 std::vector<double>& factors) const {
-  Choice best{nullptr, -1, 0.0};
+  Choice best{&sums_.front(), -1, -std::numeric_limits<double>::infinity()};
   for (const Sums& sums : sums_) Consider(sums, values, sign, best);
 
   factors.assign(count_, 0.0);

@@ -164,6 +164,7 @@ void FindCoincidentNodes(Inspection& deck) {
   deck.joined.insert(deck.joined.end(), pairs.begin(), pairs.end());
   if (pairs.size() > kMostSingle) {
     std::vector<int> numbers;
+    numbers.reserve(pairs.size());
     for (const auto& [first, second] : pairs) numbers.push_back(second->number);
     numbers.erase(std::unique(numbers.begin(), numbers.end()), numbers.end());
     deck.Add(deck.PlaceOfRecord(RecordKind::Node, numbers.front()),

@@ -153,9 +153,9 @@ void FindEmptyValues(Inspection& deck, const RecordFields& record) {
       return;
     }
     if (field.role != Role::Sign) continue;
-    const std::string key(field.key);
-    deck.Add(PlaceOf(field), key + " is read as 0: a blank stands before " + Quoted(field.text) +
-                                 ", write " + key + "=value");
+    std::string text(field.key);
+    text.append(" is read as 0: a blank stands before ").append(Quoted(field.text));
+    deck.Add(PlaceOf(field), text.append(", write ").append(field.key).append("=value"));
     deck.Spoil(record);
     return;
   }

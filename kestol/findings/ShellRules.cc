@@ -60,6 +60,7 @@ std::set<const Elem*> TurnedElements(const std::vector<Neighbours>& neighbours) 
     next[pair.b].emplace_back(pair.a, pair.areTurned);
   }
   std::vector<const Elem*> order;
+  order.reserve(next.size());
   for (const auto& [elem, others] : next) order.push_back(elem);
   std::sort(order.begin(), order.end(), [](auto* a, auto* b) { return a->number < b->number; });
   std::map<const Elem*, bool> side;

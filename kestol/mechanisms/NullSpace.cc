@@ -4,8 +4,10 @@
 #include <cmath>
 #include <cstdint>
 #include <numeric>
+#include <span>
 #include <utility>
 
+#include "kestol/mechanisms/VectorSpace.h"
 #include "main/ErrorChannel.h"
 
 namespace kestol {
@@ -15,14 +17,6 @@ namespace {
 constexpr double kShift = 3e-14;
 constexpr int kSteps = 4;
 constexpr int kSmallestBlock = 8;
-
-double DotOf(const ReaVecT& a, const ReaVecT& b) {
-  return std::inner_product(a.begin(), a.end(), b.begin(), 0.0);
-}
-
-void AddTo(ReaVecT& y, double factor, const ReaVecT& x) {
-  for (int i = 1; i <= y.n; ++i) y(i) += factor * x(i);
-}
 
 /// Vectors that are in no special position, the same at every run.
 std::vector<ReaVecT> StartVectors(int n, int count) {
@@ -42,7 +36,7 @@ std::vector<ReaVecT> StartVectors(int n, int count) {
 
 /// Makes the length 1; false for a vector without one.
 bool Normalise(ReaVecT& x) {
-  const double length = std::sqrt(DotOf(x, x));
+  const double length = LengthOf(x);
   if (!(length > 0.0) || !std::isfinite(length)) return false;
   for (double& entry : x) entry /= length;
   return true;
@@ -56,7 +50,7 @@ void Orthonormalise(std::vector<ReaVecT>& block) {
   for (std::size_t v = 0; v < block.size(); ++v) {
     bool isGood = Normalise(block[v]);
     for (int pass = 0; pass < kPasses && isGood; ++pass) {
-      for (std::size_t w = 0; w < kept; ++w) AddTo(block[v], -DotOf(block[v], block[w]), block[w]);
+      TakeOut(block[v], std::span(block).first(kept));
       isGood = Normalise(block[v]);
     }
     if (!isGood) continue;
@@ -139,11 +133,11 @@ RitzVectors RitzOf(const ScaledSystem& A, const std::vector<ReaVecT>& block) {
 }  // namespace
 
 RitzVectors SubspaceIteration(const ScaledSystem& A, int count, int steps,
-                              const std::function<void(ReaVecT&)>& solve) {
+                              const std::function<void(std::vector<ReaVecT>&)>& solve) {
   std::vector<ReaVecT> block = StartVectors(A.Size(), std::min(count, A.Size()));
   Orthonormalise(block);
   for (int step = 0; step < steps; ++step) {
-    for (ReaVecT& vector : block) solve(vector);
+    solve(block);
     Orthonormalise(block);
   }
   return RitzOf(A, block);
@@ -159,7 +153,8 @@ RitzVectors NullSpaceOf(ScaledSystem& A, int atLeast, double longest) {
       Fatal("error when solving system. The matrix cannot be factorised\n");
   }
   for (int count = std::max(kSmallestBlock, atLeast + 2);; count *= 2) {
-    RitzVectors ritz = SubspaceIteration(A, count, kSteps, [&](ReaVecT& x) { A.SolveShifted(x); });
+    RitzVectors ritz = SubspaceIteration(
+        A, count, kSteps, [&](std::vector<ReaVecT>& block) { A.SolveShifted(block); });
     const auto modes = static_cast<std::size_t>(
         std::count_if(ritz.values.begin(), ritz.values.end(),
                       [](double value) { return std::abs(value) < kNoResistance; }));

@@ -18,10 +18,10 @@ struct RitzVectors {
 /// A Ritz value below this is a motion without resistance.
 constexpr double kNoResistance = 1e-12;
 
-/// `steps` steps of subspace iteration on `count` vectors from a fixed start; `solve` replaces a
-/// vector by (A + shift I)^-1 times it.
+/// `steps` steps of subspace iteration on `count` vectors from a fixed start; `solve` replaces
+/// every vector of a block by (A + shift I)^-1 times it.
 RitzVectors SubspaceIteration(const ScaledSystem& A, int count, int steps,
-                              const std::function<void(ReaVecT&)>& solve);
+                              const std::function<void(std::vector<ReaVecT>&)>& solve);
 
 /// The vectors that A takes to 0: those whose Ritz value is below kNoResistance, `atLeast` + 2 of
 /// them looked at, more while all of them are. A large model can have thousands, which would take

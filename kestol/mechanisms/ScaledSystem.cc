@@ -39,8 +39,14 @@ bool ScaledSystem::FactoriseShifted(double shift) {
   return false;
 }
 
-void ScaledSystem::SolveShifted(ReaVecT& x) {
-  matrix_->Substitute(x, nullptr);
+void ScaledSystem::SolveBy(StiffnessMatrix& factor, std::vector<ReaVecT>& block) const {
+  for (ReaVecT& x : block) Unscale(x);
+  factor.SubstituteAll(block, nullptr);
+  for (ReaVecT& x : block) Unscale(x);
+}
+
+void ScaledSystem::SolveShifted(std::vector<ReaVecT>& block) {
+  matrix_->SubstituteAll(block, nullptr);
 }
 
 }  // namespace kestol

@@ -25,8 +25,11 @@ public:
 
   /// Factorises A + shift I; false when that fails.
   bool FactoriseShifted(double shift);
-  /// (A + shift I)^-1 x, in place.
-  void SolveShifted(ReaVecT& x);
+  /// (A + shift I)^-1 x, in place, for every x of the block.
+  void SolveShifted(std::vector<ReaVecT>& block);
+
+  /// A^-1 x by the factor of S^-1 A S^-1, which is that of the system itself.
+  void SolveBy(StiffnessMatrix& factor, std::vector<ReaVecT>& block) const;
 
   /// x := S x, and S^-1 x.
   void Scale(ReaVecT& x) const;

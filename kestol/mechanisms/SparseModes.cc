@@ -5,20 +5,14 @@
 #include <numeric>
 #include <utility>
 
+#include "kestol/mechanisms/VectorSpace.h"
+
 namespace kestol {
 
 namespace {
 
 constexpr double kRounding = 1e-8;  ///< of the largest entry
 constexpr double kOutside = 1e-5;   ///< of a unit vector: it is not in the space of the others
-
-double DotOf(const ReaVecT& a, const ReaVecT& b) {
-  return std::inner_product(a.begin(), a.end(), b.begin(), 0.0);
-}
-
-void AddTo(ReaVecT& y, double factor, const ReaVecT& x) {
-  for (int i = 1; i <= y.n; ++i) y(i) += factor * x(i);
-}
 
 double LargestOf(const ReaVecT& x) {
   double largest = 0.0;
@@ -30,18 +24,18 @@ void Multiply(ReaVecT& x, double factor) {
   for (double& entry : x) entry *= factor;
 }
 
-void TakeOut(ReaVecT& x, const std::vector<ReaVecT>& basis) {
-  for (int pass = 0; pass < 2; ++pass)
-    for (const ReaVecT& b : basis) AddTo(x, -DotOf(x, b), b);
+/// The second time takes what rounding has left.
+void TakeOutTwice(ReaVecT& x, const std::vector<ReaVecT>& basis) {
+  for (int pass = 0; pass < 2; ++pass) TakeOut(x, basis);
 }
 
 /// Adds the direction of x that the orthonormal basis lacks, if there is one.
 bool Extend(std::vector<ReaVecT>& basis, ReaVecT x) {
-  const double before = std::sqrt(DotOf(x, x));
+  const double before = LengthOf(x);
   if (!(before > 0.0)) return false;
   Multiply(x, 1.0 / before);
-  TakeOut(x, basis);
-  const double after = std::sqrt(DotOf(x, x));
+  TakeOutTwice(x, basis);
+  const double after = LengthOf(x);
   if (after < kOutside) return false;
   Multiply(x, 1.0 / after);
   basis.push_back(std::move(x));
@@ -56,16 +50,16 @@ std::vector<ReaVecT> Beside(const std::vector<ReaVecT>& modes, const std::vector
   // With an orthonormal basis of both, what is left of a mode is not small by accident.
   const std::size_t rigidCount = basis.size();
   std::vector<ReaVecT> left = space;
-  for (ReaVecT& x : left) TakeOut(x, basis);
+  for (ReaVecT& x : left) TakeOutTwice(x, basis);
   for (std::size_t step = 0; step < left.size(); ++step) {
     const auto largest = std::max_element(
         left.begin(), left.end(), [](auto& a, auto& b) { return DotOf(a, a) < DotOf(b, b); });
-    const double length = std::sqrt(DotOf(*largest, *largest));
+    const double length = LengthOf(*largest);
     if (length < kOutside) break;
     ReaVecT x = *largest;
     Multiply(x, 1.0 / length);
-    TakeOut(x, basis);
-    Multiply(x, 1.0 / std::sqrt(DotOf(x, x)));
+    TakeOutTwice(x, basis);
+    Multiply(x, 1.0 / LengthOf(x));
     for (ReaVecT& other : left) AddTo(other, -DotOf(other, x), x);
     basis.push_back(std::move(x));
   }

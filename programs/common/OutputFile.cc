@@ -4,6 +4,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
@@ -31,9 +32,10 @@ void RefuseInputs(const std::string& name, const std::vector<std::string>& input
   struct stat target {
   }, input{};
   if (!StatusOf(name, target)) return;
-  for (const std::string& other : inputs)
-    if (StatusOf(other, input) && IsSameFile(target, input))
-      throw ProgramError("the output " + name + " is the input " + other);
+  const auto found = std::find_if(inputs.begin(), inputs.end(), [&](const std::string& other) {
+    return StatusOf(other, input) && IsSameFile(target, input);
+  });
+  if (found != inputs.end()) throw ProgramError("the output " + name + " is the input " + *found);
 }
 
 /// The file that a link names, so that the link survives the renaming; it need not be there yet.

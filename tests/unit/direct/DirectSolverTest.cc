@@ -69,6 +69,29 @@ TEST(DirectSolver, AgreesWithTheSkyline) {
   }
 }
 
+TEST(DirectSolver, SolvesABlockAsItDoesOneByOne) {
+  const GridModel grid{5, 5, 4, 6};
+  ReaVecT f;
+  const auto K = Assembled<DirectSolver>(grid, f);
+  grid.Hold(*K, 0.0, f);
+  std::vector<ReaVecT> block;
+  EXPECT_FATAL(K->SubstituteAll(block, nullptr),
+               "error in DirectSolver::Substitute. Matrix not factorised\n");
+  ASSERT_EQ(K->Factorise(nullptr), 0);
+  for (const int count : {0, 1, 15, 16, 17, 40}) {
+    block.assign(count, f);
+    for (int v = 0; v < count; ++v)
+      for (int i = 1; i <= f.n; ++i) block[v](i) = std::cos(v + i);
+    const std::vector<ReaVecT> wanted = block;
+    ASSERT_EQ(K->SubstituteAll(block, nullptr), 0);
+    for (int v = 0; v < count; ++v) {
+      ReaVecT x = wanted[v];
+      ASSERT_EQ(K->Substitute(x, nullptr), 0);
+      ExpectClose(block[v], x, 1e-12);
+    }
+  }
+}
+
 TEST(DirectSolver, LeavesTheMatrixAndServesManyRightHandSides) {
   const GridModel grid{5, 5, 4, 6};
   ReaVecT f;

@@ -82,10 +82,14 @@ TEST_P(ScaledSystems, ShiftedFactorSolves) {
   ASSERT_TRUE(A.FactoriseShifted(kShift));
   ReaVecT x(A.Size());
   for (int i = 1; i <= x.n; ++i) x(i) = std::sin(i);
-  ReaVecT b = A.Times(x);
-  for (int i = 1; i <= x.n; ++i) b(i) += kShift * x(i);
-  A.SolveShifted(b);
-  for (int i = 1; i <= x.n; ++i) EXPECT_NEAR(b(i), x(i), 1e-9) << i;
+  std::vector<ReaVecT> block{A.Times(x), x};
+  for (int i = 1; i <= x.n; ++i) block.front()(i) += kShift * x(i);
+  A.SolveShifted(block);
+  const ReaVecT back = A.Times(block.back());
+  for (int i = 1; i <= x.n; ++i) {
+    EXPECT_NEAR(block.front()(i), x(i), 1e-9) << i;
+    EXPECT_NEAR(back(i) + kShift * block.back()(i), x(i), 1e-9) << i;
+  }
 }
 
 INSTANTIATE_TEST_SUITE_P(Examples, ScaledSystems, testing::ValuesIn(Examples()),
