@@ -67,41 +67,56 @@ struct Small {
   double& operator()(std::size_t i, std::size_t j) { return entries[i * n + j]; }
 };
 
+/// Turns the axes p and q by an angle of cosine c and sine s.
+struct Rotation {
+  std::size_t p, q;
+  double c, s;
+
+  void Turn(double& a, double& b) const {
+    const double before = a;
+    a = c * before - s * b;
+    b = s * before + c * b;
+  }
+  void TurnColumns(Small& M) const {
+    for (std::size_t k = 0; k < M.n; ++k) Turn(M(k, p), M(k, q));
+  }
+  void TurnRows(Small& M) const {
+    for (std::size_t k = 0; k < M.n; ++k) Turn(M(p, k), M(q, k));
+  }
+};
+
+/// The smaller of the rotations after which M(p, q), which is not 0, would be.
+Rotation RotationAgainst(Small& M, std::size_t p, std::size_t q) {
+  const double theta = (M(q, q) - M(p, p)) / (2.0 * M(p, q));
+  const double sign = theta >= 0.0 ? 1.0 : -1.0;
+  const double t = std::isfinite(theta * theta)
+                       ? sign / (std::abs(theta) + std::sqrt(theta * theta + 1.0))
+                       : 0.5 / theta;
+  const double c = 1.0 / std::sqrt(t * t + 1.0);
+  return {p, q, c, t * c};
+}
+
+/// The sum of the squares above the diagonal.
+double OffDiagonal(Small& M) {
+  double sum = 0.0;
+  for (std::size_t p = 0; p < M.n; ++p)
+    for (std::size_t q = p + 1; q < M.n; ++q) sum += M(p, q) * M(p, q);
+  return sum;
+}
+
 /// Jacobi's rotations: M becomes diagonal, V its eigenvectors as columns.
 void Diagonalise(Small& M, Small& V) {
-  const std::size_t n = M.n;
-  for (std::size_t i = 0; i < n; ++i) V(i, i) = 1.0;
   constexpr int kSweeps = 60;
-  for (int sweep = 0; sweep < kSweeps; ++sweep) {
-    double off = 0.0;
-    for (std::size_t p = 0; p < n; ++p)
-      for (std::size_t q = p + 1; q < n; ++q) off += M(p, q) * M(p, q);
-    if (off == 0.0) return;
-    for (std::size_t p = 0; p < n; ++p)
-      for (std::size_t q = p + 1; q < n; ++q) {
+  for (std::size_t i = 0; i < M.n; ++i) V(i, i) = 1.0;
+  for (int sweep = 0; sweep < kSweeps && OffDiagonal(M) != 0.0; ++sweep) {
+    for (std::size_t p = 0; p < M.n; ++p)
+      for (std::size_t q = p + 1; q < M.n; ++q) {
         if (M(p, q) == 0.0) continue;
-        const double theta = (M(q, q) - M(p, p)) / (2.0 * M(p, q));
-        const double t =
-            std::isfinite(theta * theta)
-                ? (theta >= 0.0 ? 1.0 : -1.0) / (std::abs(theta) + std::sqrt(theta * theta + 1.0))
-                : 0.5 / theta;
-        const double c = 1.0 / std::sqrt(t * t + 1.0), s = t * c;
-        for (std::size_t k = 0; k < n; ++k) {
-          const double a = M(k, p), b = M(k, q);
-          M(k, p) = c * a - s * b;
-          M(k, q) = s * a + c * b;
-        }
-        for (std::size_t k = 0; k < n; ++k) {
-          const double a = M(p, k), b = M(q, k);
-          M(p, k) = c * a - s * b;
-          M(q, k) = s * a + c * b;
-        }
+        const Rotation rotation = RotationAgainst(M, p, q);
+        rotation.TurnColumns(M);
+        rotation.TurnRows(M);
         M(p, q) = M(q, p) = 0.0;
-        for (std::size_t k = 0; k < n; ++k) {
-          const double a = V(k, p), b = V(k, q);
-          V(k, p) = c * a - s * b;
-          V(k, q) = s * a + c * b;
-        }
+        rotation.TurnColumns(V);
       }
   }
 }
