@@ -30,6 +30,9 @@ class Expressions(unittest.TestCase):
                            ("0 < x < 2", lambda x, y, z: float(0 < x < 2)),
                            ("x >= 1", lambda x, y, z: float(x >= 1)),
                            ("x <= 1", lambda x, y, z: float(x <= 1)),
+                           ("1 < 2 < z", lambda x, y, z: float(2 < z)),
+                           ("max(0, 5-z)", lambda x, y, z: max(0, 5 - z)),
+                           ("min(x, 0.5, y)", lambda x, y, z: min(x, 0.5, y)), ("min(1, 2)", lambda *_: 1),
                            ("max(x, y, z)", max), ("min(x, y)", lambda x, y, z: min(x, y))):
             with self.subTest(source=source):
                 self.assertEqual(self.value(source), [of(*p) for p in self.POINTS.tolist()])
