@@ -53,6 +53,14 @@ end nodal_point_loads
 # <<< kestol-import loads
 """)
 
+    def test_how_an_editor_saves_a_recipe_does_not_matter(self):
+        plain = self.deck(RECIPE)
+        self.assertEqual(self.deck("\ufeff" + RECIPE), plain)
+        self.assertEqual(self.deck(RECIPE.replace("\n", "\r\n").encode()), plain)
+        self.write("r.toml", "\ufeff" + RECIPE.replace("[problem]", "[problem]\nx = 1"))
+        done = self.run_import("--force", "m.msh", "r.toml", "-o", "d.dat")
+        self.assertIn("r.toml:2:1: error: ", done.stderr)
+
     def test_options_are_lines_of_the_deck(self):
         text = self.deck(RECIPE + """\
 [options]
