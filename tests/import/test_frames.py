@@ -146,6 +146,20 @@ class Frames(Case):
             self.near(value, -said * 5 / 6, 1e-4)
         self.near(abs(float(force[2])), 3 * math.cos(0.5), 1e-5)
 
+    def test_beams_across_their_euler_angles_are_refused_where_the_solver_refuses_them(self):
+        self.mesh("bar.msh", SKEW.replace("{3, 3, 0}", "{3, 0, 0}"), "-1")
+        for angle, across in ((math.pi / 2 - 9e-6, True), (math.pi / 2 - 1.1e-5, False),
+                              (-math.pi / 2, True)):
+            with self.subTest(angle=angle):
+                self.write("bar.toml", SKEW_RECIPE.replace("up = [0, 0, 1]", f"Euler3 = {angle!r}"))
+                done = self.run_import("--force", "bar.msh", "bar.toml", "-o", "model.dat")
+                self.assertEqual(done.returncode, 2 if across else 0, done.stderr)
+                if across:
+                    self.assertRegex(done.stderr, "^bar.msh: error: line [0-9]+ runs across local x of "
+                                     r"the Euler angles of its material \[beam\]\n$")
+                else:
+                    self.near(self.solve().at(3, 0, 0)[2], -1000 * 9 / 2e11 / 8e-6, 1e-4)
+
     def test_a_bracket_of_two_arms(self):
         """P (L1^3/3EI + L2^3/3EI + L1 L2^2/GJ); each direction has a material line of its own."""
         self.mesh("bracket.msh", BRACKET, "-1")
