@@ -224,6 +224,14 @@ class OtherFormats(Case):
                            point_data={"number": np.arange(many)})
         self.assertEqual(set(convert("x", read).groups), {"points"})
 
+    def test_a_list_knows_the_area_of_quadrilaterals_of_every_kind(self):
+        places = "0 0,3 0,3 2,0 2,1.5 0,3 1,1.5 2,0 1,1.5 1".split(",")
+        for kind, nodes in ((3, 4), (16, 8), (10, 9)):
+            points = "".join(f"{k} {place} 0\n" for k, place in enumerate(places[:nodes], 1))
+            self.write("q.msh", f"$MeshFormat\n2.2 0 8\n$EndMeshFormat\n$Nodes\n{nodes}\n{points}$EndNodes\n"
+                       f"$Elements\n1\n1 {kind} 2 7 1 {' '.join(map(str, range(1, nodes + 1)))}\n$EndElements\n")
+            self.assertRegex(self.made("--list", "q.msh"), rf"7 +2 +1 +{nodes} +area 6\n")
+
     def test_quads_are_split_on_demand(self):
         points = np.array([[0, 0, 0], [2, 0, 0], [2, 1, 0], [0.5, 1, 0]], float)
         meshio.write(self.folder / "q.vtu", meshio.Mesh(

@@ -210,6 +210,19 @@ class Drawings(Case):
         self.assertRegex(listing, r"columns +1 +3 +5 +length 8\n")
         self.assertRegex(listing, r"feet +0 +2 +2\n")
 
+    def test_segments_and_points_are_numbered_in_their_order(self):
+        def draw(space):
+            space.add_line((0, 0), (4, 0), dxfattribs={"layer": "columns"})
+            space.add_line((4, 0), (4, 3), dxfattribs={"layer": "beam"})
+            space.add_point((0, 0), dxfattribs={"layer": "feet"})
+            space.add_point((4, 3), dxfattribs={"layer": "corner"})
+        self.drawing(draw)
+        self.write("frame.toml", PORTAL_RECIPE)
+        numbers = self.made("-q", "frame.dxf", "frame.toml", "-o", "model.dat", "--map", "-")
+        self.assertEqual(numbers.split("\n"), [
+            "kind,old,new", "node,1,1", "node,2,2", "node,3,2", "node,4,3", "node,5,1", "node,6,3",
+            "element,1,1", "element,2,2", "cell,3,", "cell,4,", ""])
+
     def test_closed_polylines_close(self):
         self.drawing(lambda s: s.add_lwpolyline([(0, 0), (1, 0), (1, 1)], close=True))
         self.assertRegex(self.made("--list", "frame.dxf"), r"0 +1 +3 +3 +length 3.41421\n")

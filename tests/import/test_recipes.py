@@ -143,6 +143,14 @@ factors = [1000, 1]
             for a, b in zip(answers[0], other):
                 self.assertAlmostEqual(a, b, delta=1e-5 * max(map(abs, answers[0])))
 
+    def test_the_moment_of_a_force_is_about_the_origin_in_units_of_values(self):
+        self.write("r.toml", RECIPE.replace("[problem]", "[problem]\nmesh_unit = 'mm'\nvalues = 'kN-m'") +
+                   '[units.N-mm]\nforce = "N"\nlength = "mm"\npressure = "MPa"\n'
+                   'factors = [1, 0.001]\n[units.kN-m]\nforce = "kN"\nlength = "m"\n'
+                   'pressure = "kPa"\nfactors = [1000, 1]\n')
+        self.assertIn("force (0, 0, -1), moment about the origin (-0.001, 0.001, 0)",
+                      self.made("m.msh", "r.toml", "-o", "d.dat"))
+
     def test_a_prescribed_height_of_a_solid_is_in_units_of_values(self):
         self.write("m.msh", "$MeshFormat\n2.2 0 8\n$EndMeshFormat\n$Nodes\n4\n1 0 0 0\n2 1000 0 0\n"
                    "3 0 1000 0\n4 0 0 1000\n$EndNodes\n$Elements\n3\n1 4 2 1 1 1 2 3 4\n"
