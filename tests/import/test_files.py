@@ -228,8 +228,9 @@ class OtherFormats(Case):
         places = "0 0,3 0,3 2,0 2,1.5 0,3 1,1.5 2,0 1,1.5 1".split(",")
         for kind, nodes in ((3, 4), (16, 8), (10, 9)):
             points = "".join(f"{k} {place} 0\n" for k, place in enumerate(places[:nodes], 1))
+            numbers = " ".join(map(str, range(1, nodes + 1)))
             self.write("q.msh", f"$MeshFormat\n2.2 0 8\n$EndMeshFormat\n$Nodes\n{nodes}\n{points}$EndNodes\n"
-                       f"$Elements\n1\n1 {kind} 2 7 1 {' '.join(map(str, range(1, nodes + 1)))}\n$EndElements\n")
+                       f"$Elements\n1\n1 {kind} 2 7 1 {numbers}\n$EndElements\n")
             self.assertRegex(self.made("--list", "q.msh"), rf"7 +2 +1 +{nodes} +area 6\n")
 
     def test_quads_are_split_on_demand(self):
@@ -244,6 +245,15 @@ class OtherFormats(Case):
         deck = Deck(self.read("model.dat"))
         self.assertEqual([set(e[0]) for e in deck.elements.values()], [{1, 2, 4}, {2, 3, 4}])
         self.assertIn("element,1,1\nelement,1,2\n", self.read("map.csv"))
+
+    def test_a_quad_with_a_corner_inwards_is_cut_within(self):
+        """The shorter diagonal of an arrowhead joins its tips outside of it."""
+        points = np.array([[0, 1, 0], [0.5, 0, 0], [0, -1, 0], [10, 0, 0]], float)
+        for turn in range(4):
+            corners = np.roll([0, 1, 2, 3], turn)
+            meshio.write(self.folder / "q.vtu", meshio.Mesh(points, [("quad", corners[None])]))
+            for options in ([], ["--split-quads"]):
+                self.assertRegex(self.made("--list", *options, "q.vtu"), r"surfaces +2 +\d +4 +area 9.5\n")
 
     def test_quads_join_the_triangles_that_are_there(self):
         points = np.array([[0, 0, 0], [2, 0, 0], [2, 1, 0], [0.5, 1, 0], [3, 0, 0]], float)

@@ -4,6 +4,7 @@ import tomllib
 import unittest
 
 import numpy as np
+import meshio
 import support  # noqa: F401  (puts the program's package on the path)
 from kestol_import import graph, matching, text
 from kestol_import.beams import axes_with_up, euler_angles, rotation
@@ -191,8 +192,16 @@ class Graphs(unittest.TestCase):
                 for j in range(300):
                     self.assertEqual(keys[i] == keys[j], sets[i] == sets[j])
 
+    def test_kinds_have_the_dimension_and_the_nodes_that_another_reader_knows(self):
+        for name, kind in KINDS.items():
+            stem = name.rstrip("0123456789")
+            corners = meshio._common.num_nodes_per_cell[stem]
+            self.assertEqual((kind.name, kind.dimension, kind.corners, kind.nodes, kind.order),
+                             (name, meshio._mesh.topological_dimension[stem], corners,
+                              meshio._common.num_nodes_per_cell[name], 1 if stem == name else 2))
+
     def test_places_of_sparse_and_of_dense_numbers(self):
-        for numbers in (np.array([5, 2, 9]), np.array([5, 10 ** 12, 9])):
+        for numbers in (np.array([5, 2, 9]), np.array([5, 10 ** 12, 9]), np.array([5, 2, 0])):
             places = Places(numbers)
             self.assertEqual(places.of(numbers[::-1]).tolist(), [2, 1, 0])
             for missing in (3, -1, 10 ** 13):
