@@ -204,6 +204,18 @@ class OtherFormats(Case):
         mesh = convert("x", read)
         self.assertEqual(set(mesh.groups), {"skin", "all of it", "corner"})
 
+    def test_whole_numbers_beside_families_and_without_them_are_marks(self):
+        from kestol_import.bridge import convert
+        for families, wanted in (({-6: ["skin"]}, {"skin", "part:3", "point_tags:7"}),
+                                 ({}, {"cell_tags:-6", "part:3", "point_tags:7"})):
+            read = meshio.Mesh(np.zeros((3, 3)), [("triangle", np.array([[0, 1, 2]]))],
+                               cell_data={"cell_tags": [np.array([-6])], "part": [np.array([3])],
+                                          "heat": [np.array([0.5])], "gmsh:geometrical": [np.array([1])]},
+                               point_data={"point_tags": np.array([7, 7, 7]), "T": np.zeros(3),
+                                           "gmsh:x": np.ones(3, int)})
+            read.cell_tags = families
+            self.assertEqual(set(convert("x", read).groups), wanted)
+
     def test_meshes_that_meshio_reads_and_no_deck_holds(self):
         from kestol_import.bridge import MOST_VALUES, convert
         from kestol_import.errors import Refusal
@@ -218,11 +230,11 @@ class OtherFormats(Case):
             with self.subTest(message=message), self.assertRaises(Refusal) as raised:
                 convert("x", read)
             self.assertEqual(raised.exception.text, message)
-        many = MOST_VALUES + 1
-        read = meshio.Mesh(np.zeros((many, 3)), [("vertex", np.arange(many)[:, None])],
-                           cell_data={"number": [np.arange(many)]},
-                           point_data={"number": np.arange(many)})
-        self.assertEqual(set(convert("x", read).groups), {"points"})
+        for many, named in ((MOST_VALUES, {f"{one}:{k}" for one in "cp" for k in range(MOST_VALUES)}),
+                            (MOST_VALUES + 1, {"points"})):
+            read = meshio.Mesh(np.zeros((many, 3)), [("vertex", np.arange(many)[:, None])],
+                               cell_data={"c": [np.arange(many)]}, point_data={"p": np.arange(many)})
+            self.assertEqual(set(convert("x", read).groups), named)
 
     def test_a_list_knows_the_area_of_quadrilaterals_of_every_kind(self):
         places = "0 0,3 0,3 2,0 2,1.5 0,3 1,1.5 2,0 1,1.5 1".split(",")
