@@ -133,6 +133,18 @@ class Frames(Case):
                         # the half of the first element stands on the support
                         self.near(value, -float(said) * 5 / 6, 1e-4)
 
+    def test_loads_of_lines_with_mid_sides_act_on_both_their_beams(self):
+        self.mesh("skew.msh", SKEW, "-1", "-order", "2")
+        self.write("skew.toml", SKEW_RECIPE.replace('groups = ["tip"]', 'groups = ["bar"]').replace(
+            "force = [0, 0, -1000]", "pressure = [0, 0, -2]"))
+        report = self.made("skew.msh", "skew.toml", "-o", "model.dat")
+        self.assertIn("model.dat: 7 nodes, 6 beams of 2 nodes", report)
+        self.assertIn("force (0, 0, -8.48528), moment about the origin (-12.7279, 12.7279, 0)", report)
+        results = self.solve()
+        self.assertEqual(sorted(number for _, number, _ in results.deck.loads), [1, 2, 3, 4, 5, 6])
+        length = 3 * math.sqrt(2)
+        self.near(results.at(3, 3, 0)[2], -2 * length ** 4 / 8 / 2e11 / 8e-6, 1e-4)
+
     def test_normal_loads_of_beams_with_euler_angles(self):
         """The solver and the report agree about local z of a section turned by 0.5 rad."""
         self.mesh("bar.msh", SKEW.replace("{3, 3, 0}", "{-3, 0, 0}"), "-1")
