@@ -48,6 +48,20 @@ class Expressions(unittest.TestCase):
         self.assertAlmostEqual(self.value("hypot(x, y)")[0], math.sqrt(5))
         self.assertEqual(len(FUNCTIONS), 15)
 
+    def test_functions_take_their_number_of_arguments(self):
+        counts = {**dict.fromkeys(FUNCTIONS, (1, 1)), "atan2": (2, 2), "hypot": (2, 2),
+                  "min": (2, 8), "max": (2, 8)}
+        for name, (least, most) in counts.items():
+            said = f"{least} to {most} arguments" if least < most else f"{least} argument" + "s" * (least > 1)
+            for count in (0, 1, 2, 3, 8, 9):
+                source = f"{name}({', '.join(['0.5'] * count)})"
+                if least <= count <= most:
+                    self.assertEqual(len(self.value(source)), 2)
+                else:
+                    with self.assertRaises(ExpressionError) as raised:
+                        Expression(source)
+                    self.assertEqual(str(raised.exception), f'function "{name}" takes {said}')
+
     def test_nothing_is_run_as_code(self):
         for source in ("__import__('os').system('true')", "().__class__", "x.real", "x[0]",
                        "[x for x in (1,)]", "lambda: 1", "f'{x}'", "'a'", "True", "1j", "None",
