@@ -238,6 +238,8 @@ class Drawings(Case):
     def test_closed_polylines_close(self):
         self.drawing(lambda s: s.add_lwpolyline([(0, 0), (1, 0), (1, 1)], close=True))
         self.assertRegex(self.made("--list", "frame.dxf"), r"0 +1 +3 +3 +length 3.41421\n")
+        self.drawing(lambda s: s.add_lwpolyline([(0, 0), (1, 0)], close=True))
+        self.assertRegex(self.made("--list", "frame.dxf"), r"0 +1 +1 +2 +length 1\n")
 
     def test_old_polylines_are_read(self):
         self.drawing(lambda s: s.add_polyline2d([(0, 0), (1, 0), (1, 1)]))

@@ -6,7 +6,7 @@ import unittest
 import numpy as np
 import meshio
 import support  # noqa: F401  (puts the program's package on the path)
-from kestol_import import graph, matching, text
+from kestol_import import graph, matching, msh, text
 from kestol_import.beams import axes_with_up, euler_angles, rotation
 from kestol_import.expressions import FUNCTIONS, LONGEST, Expression, ExpressionError
 from kestol_import.geometry import carriers, nodal_shares, tetra10_shape
@@ -213,6 +213,14 @@ class Graphs(unittest.TestCase):
             self.assertEqual((kind.name, kind.dimension, kind.corners, kind.nodes, kind.order),
                              (name, meshio._mesh.topological_dimension[stem], corners,
                               meshio._common.num_nodes_per_cell[name], 1 if stem == name else 2))
+
+    def test_types_of_gmsh_are_those_that_another_reader_knows(self):
+        known = {number: (name, meshio._common.num_nodes_per_cell[name])
+                 for number, name in meshio.gmsh.common._gmsh_to_meshio_type.items()}
+        # triangles with nodes on the edges alone, which that reader leaves out
+        known |= {20: ("triangle9", 9), 22: ("triangle12", 12), 24: ("triangle15", 15)}
+        for number, one in msh._TYPES.items():
+            self.assertEqual(one, known[number])
 
     def test_places_of_sparse_and_of_dense_numbers(self):
         for numbers in (np.array([5, 2, 9]), np.array([5, 10 ** 12, 9]), np.array([5, 2, 0])):

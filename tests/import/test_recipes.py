@@ -80,6 +80,26 @@ solver = "Sparse 1e-8 1e-6 5000"
             "Solver Sparse 1e-8 1e-6 5000"])
         self.solve("d.dat")
 
+    def test_options_go_as_far_as_the_solver_takes_them(self):
+        for option, taken, refused in (
+                ("divisions", ("1", "2147483647"), ("0", "1.5", "2147483648")),
+                ("smoothing", ("1e-15", "3.141592653589793"), ("0", "3.1416")),
+                ("coplanarity", ("1e-15", "3.141592653589793"), ("0", "3.1416")),
+                ("solver", ('"Sparse 1e-9 10 10"', '"Sparse 10 1e-9 11"'),
+                 ('"Sparse 0 1 10"', '"Sparse 1 0 10"', '"Sparse 10.1 1 10"', '"Sparse 1 10.1 10"',
+                  '"Sparse 1 1 9"', '"Sparse 1 1"', '"Sparse 1 x 10"', '"Sparse 1 1 1e3"',
+                  '"Double 1 1 10"', '"sparse"'))):
+            for value in taken:
+                with self.subTest(option=option, value=value):
+                    self.deck(RECIPE + f"[options]\n{option} = {value}\n")
+                    self.solve("d.dat")
+            for value in refused:
+                with self.subTest(option=option, value=value):
+                    self.write("r.toml", RECIPE + f"[options]\n{option} = {value}\n")
+                    done = self.run_import("-q", "--force", "m.msh", "r.toml", "-o", "d.dat")
+                    self.assertRegex(done.stderr,
+                                     rf"^r.toml:16:[0-9]+: error: {option}: must be .* \[value\]\n")
+
     def test_springs_settlements_and_turned_supports(self):
         text = self.deck(RECIPE + """\
 [support.other]
