@@ -245,6 +245,15 @@ class OtherFormats(Case):
                        f"$Elements\n1\n1 {kind} 2 7 1 {numbers}\n$EndElements\n")
             self.assertRegex(self.made("--list", "q.msh"), rf"7 +2 +1 +{nodes} +area 6\n")
 
+    def test_a_list_says_no_size_of_what_it_does_not_know(self):
+        self.mesh("t.msh", """
+Point(1) = {0, 0, 0}; Point(2) = {1, 0, 0}; Point(3) = {0, 1, 0};
+Line(1) = {1, 2}; Line(2) = {2, 3}; Line(3) = {3, 1}; Transfinite Curve {1, 2, 3} = 2;
+Curve Loop(1) = {1, 2, 3}; Plane Surface(1) = {1};
+Physical Surface("s") = {1}; Physical Curve("c") = {1};
+""", "-2", "-order", "3")
+        self.assertRegex(self.made("--list", "t.msh"), r"\nc +1 +1 +4\ns +2 +1 +10\n")
+
     def test_quads_are_split_on_demand(self):
         points = np.array([[0, 0, 0], [2, 0, 0], [2, 1, 0], [0.5, 1, 0]], float)
         meshio.write(self.folder / "q.vtu", meshio.Mesh(

@@ -235,6 +235,16 @@ class Drawings(Case):
             "kind,old,new", "node,1,1", "node,2,2", "node,3,2", "node,4,3", "node,5,1", "node,6,3",
             "element,1,1", "element,2,2", "cell,3,", "cell,4,", ""])
 
+    def test_ends_meet_within_a_millionth_of_the_drawing(self):
+        for size in (1000.0, 0.001):
+            for gap, merged in ((0.9e-6, 1), (1.1e-6, 0)):
+                def draw(space, gap=gap * size, size=size):
+                    space.add_line((0, 0), (size, 0))
+                    space.add_line((size, gap), (size, size))
+                self.drawing(draw)
+                done = self.run_import("-v", "--list", "frame.dxf")
+                self.assertIn(f"note: {merged} node{'s' * (not merged)} merged within", done.stderr)
+
     def test_closed_polylines_close(self):
         self.drawing(lambda s: s.add_lwpolyline([(0, 0), (1, 0), (1, 1)], close=True))
         self.assertRegex(self.made("--list", "frame.dxf"), r"0 +1 +3 +3 +length 3.41421\n")
