@@ -226,7 +226,7 @@ class Graphs(unittest.TestCase):
         for numbers in (np.array([5, 2, 9]), np.array([5, 10 ** 12, 9]), np.array([5, 2, 0])):
             places = Places(numbers)
             self.assertEqual(places.of(numbers[::-1]).tolist(), [2, 1, 0])
-            for missing in (3, -1, 10 ** 13):
+            for missing in (3, -1, 10 ** 13, int(numbers.max()) + 1):
                 with self.assertRaises(KeyError) as raised:
                     places.of(np.array([5, missing]))
                 self.assertEqual(raised.exception.args, (missing,))

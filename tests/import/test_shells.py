@@ -195,6 +195,11 @@ class Shells(Case):
         self.assertIn({1, 5, 4}, elements)
         self.assertIn({1, 2, 5}, elements)
 
+    def test_a_diagonal_between_two_supported_nodes_alone_stays(self):
+        said = self.grid([1, 3])
+        self.assertIn("note: 0 diagonals across supported corners swapped", said)
+        self.assertNotIn("[corner-diagonal]", said)
+
     def test_diagonals_that_must_stay(self):
         border = [0, 1, 2, 3, 5, 6, 7, 8]
         for what, nodes, more in (
