@@ -169,6 +169,8 @@ class Shells(Case):
             for i in range(2):
                 a = 3 * j + i
                 cells += [[a, a + 1, a + 3], [a + 1, a + 4, a + 3]]
+        if more.get("turned"):  # the later triangle has the common edge first
+            cells[:2] = [3, 0, 1], [3, 1, 4]
         held = np.zeros(9, int)
         held[supports] = 1
         part = np.ones(8, int)
@@ -189,11 +191,12 @@ class Shells(Case):
 
     def test_supports_of_nodes_alone_have_their_corners_freed(self):
         """Which edges lie in the support is not known: only corners are certain."""
-        said = self.grid([0, 1, 2, 3, 5, 6, 7, 8])
-        self.assertIn("note: 2 diagonals across supported corners swapped", said)
-        elements = [set(e[0]) for e in self.deck().elements.values()]
-        self.assertIn({1, 5, 4}, elements)
-        self.assertIn({1, 2, 5}, elements)
+        for turned in (False, True):
+            said = self.grid([0, 1, 2, 3, 5, 6, 7, 8], turned=turned)
+            self.assertIn("note: 2 diagonals across supported corners swapped", said)
+            elements = [set(e[0]) for e in self.deck().elements.values()]
+            self.assertIn({1, 5, 4}, elements)
+            self.assertIn({1, 2, 5}, elements)
 
     def test_a_diagonal_between_two_supported_nodes_alone_stays(self):
         said = self.grid([1, 3])
