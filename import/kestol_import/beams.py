@@ -9,6 +9,7 @@ from .geometry import cross, dot, norm
 from .mesh import Ints, Reals
 
 ALONG = 1e-6  # sine of the smallest angle between a beam and its up direction
+ACROSS = 1e-5  # cosine between a beam and the x of its angles; the solver refuses one below it
 VERTICAL = 1e-15  # horizontal components below it: the solver takes the beam as vertical
 
 
@@ -68,9 +69,15 @@ def rotation(angles: list[float]) -> Reals:
     return product
 
 
-def axes_with_angles(along: Reals, angles: list[float]) -> tuple[Reals, Reals]:
+def axes_with_angles(along: Reals, angles: list[float], path: str,
+                     numbers: Ints) -> tuple[Reals, Reals]:
     """Local y and z of beams whose material has Euler angles: the nearest right-angled ones."""
     given = rotation(angles)
+    cosine = np.abs(along @ given[:, 0])
+    if (cosine < ACROSS).any():
+        number = numbers[int(np.argmin(cosine))]
+        raise Refusal(f"line {number} runs across local x of the Euler angles of its material",
+                      "beam", Place(path))
     z = cross(along, np.broadcast_to(given[:, 1], along.shape))
     z /= norm(z)[:, None]
     return cross(z, along), z

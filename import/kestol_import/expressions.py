@@ -7,6 +7,7 @@ from __future__ import annotations
 
 import ast
 from collections.abc import Callable, Mapping
+from functools import reduce
 from typing import Any
 
 import numpy as np
@@ -20,8 +21,8 @@ FUNCTIONS: Mapping[str, tuple[int, int, Callable[..., Any]]] = {
     "asin": (1, 1, np.arcsin), "acos": (1, 1, np.arccos), "atan": (1, 1, np.arctan),
     "atan2": (2, 2, np.arctan2), "hypot": (2, 2, np.hypot), "sqrt": (1, 1, np.sqrt),
     "exp": (1, 1, np.exp), "log": (1, 1, np.log), "log10": (1, 1, np.log10),
-    "abs": (1, 1, np.abs), "min": (2, 8, lambda *a: np.minimum.reduce(a)),
-    "max": (2, 8, lambda *a: np.maximum.reduce(a)),
+    "abs": (1, 1, np.abs), "min": (2, 8, lambda *a: reduce(np.minimum, a)),
+    "max": (2, 8, lambda *a: reduce(np.maximum, a)),
 }
 LARGEST = 10 ** 300
 CONSTANTS = {"pi": np.pi}
@@ -136,7 +137,7 @@ def evaluate(node: ast.expr, variables: Mapping[str, Any]) -> Any:
     if isinstance(node, ast.Compare):
         sides = [evaluate(side, variables) for side in (node.left, *node.comparators)]
         truth = [_COMPARE[type(op)](a, b) for op, a, b in zip(node.ops, sides, sides[1:])]
-        return np.logical_and.reduce(truth) * np.float64(1)
+        return reduce(np.logical_and, truth) * np.float64(1)
     if isinstance(node, ast.IfExp):
         return np.where(np.asarray(evaluate(node.test, variables)) != 0,
                         evaluate(node.body, variables), evaluate(node.orelse, variables))

@@ -70,7 +70,7 @@ def carriers(points: Reals, kind: Kind, nodes: Ints) -> tuple[Reals, Reals]:
     if kind.dimension == 1:
         length = norm(points[nodes[:, 1]] - points[nodes[:, 0]])
         if kind.order == 1:
-            return points[nodes[:, :2]].mean(axis=1)[:, None], length[:, None]
+            return points[nodes].mean(axis=1)[:, None], length[:, None]
         return points[nodes], length[:, None] * (np.array([1, 1, 4]) / 6)
     if kind.name == "triangle":
         size = norm(area_vectors(points, nodes)) / 2

@@ -95,7 +95,8 @@ def place_beams(mesh: Mesh, recipe: Recipe, use: MaterialUse, elements: Elements
     if use.up is not None:
         y, z = axes_with_up(along, use.up, mesh.path, elements.numbers[rows])
     elif any(key in use.values for key in ANGLES):
-        y, z = axes_with_angles(along, [use.values.get(key, 0.0) for key in ANGLES])
+        angles = [use.values.get(key, 0.0) for key in ANGLES]
+        y, z = axes_with_angles(along, angles, mesh.path, elements.numbers[rows])
     else:
         y, z = upright_axes(along, recipe.plane)
     materials.beam_y[rows], materials.beam_z[rows] = y, z

@@ -1,12 +1,26 @@
-"""Quadrilaterals cut into triangles along the shorter diagonal."""
+"""Quadrilaterals cut into triangles along the shorter diagonal that lies within them."""
 
 from __future__ import annotations
 
 import numpy as np
 
 from .errors import Place, Refusal
-from .geometry import norm
-from .mesh import Block, KINDS, Mesh
+from .geometry import cross, dot, norm
+from .mesh import Block, Ints, KINDS, Mesh, Reals
+
+_CUTS = ([[0, 1, 2], [0, 2, 3]], [[0, 1, 3], [1, 2, 3]])
+
+
+def halves_of(points: Reals, quads: Ints) -> Ints:
+    """The triangles (n, 2, 3) of quadrilaterals (n, 4)."""
+    at = points[quads]
+    first_is_shorter = norm(at[:, 2] - at[:, 0]) <= norm(at[:, 3] - at[:, 1])
+    within = []
+    for cut in _CUTS:
+        one, other = (cross(at[:, b] - at[:, a], at[:, c] - at[:, a]) for a, b, c in cut)
+        within.append(dot(one, other) > 0)
+    first = np.where(within[0] == within[1], first_is_shorter, within[0])
+    return np.where(first[:, None, None], quads[:, _CUTS[0]], quads[:, _CUTS[1]])
 
 
 def split_quads(mesh: Mesh) -> int:
@@ -19,11 +33,7 @@ def split_quads(mesh: Mesh) -> int:
     quads = mesh.blocks.pop("quad", None)
     if quads is None:
         return 0
-    at = mesh.points[quads.nodes]
-    first_is_shorter = norm(at[:, 2] - at[:, 0]) <= norm(at[:, 3] - at[:, 1])
-    halves = np.where(first_is_shorter[:, None, None],
-                      quads.nodes[:, [[0, 1, 2], [0, 2, 3]]],
-                      quads.nodes[:, [[0, 1, 3], [1, 2, 3]]])
+    halves = halves_of(mesh.points, quads.nodes)
     old = mesh.blocks.get("triangle")
     before = len(old.nodes) if old else 0
     nodes, numbers = halves.reshape(-1, 3), np.repeat(quads.numbers, 2)

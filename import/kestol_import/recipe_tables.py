@@ -18,7 +18,7 @@ class Source:
     def __init__(self, path: str, raw: bytes) -> None:
         self.path = path
         try:
-            self.text = raw.decode("utf-8").replace("\r\n", "\n")
+            self.text = raw.decode("utf-8-sig").replace("\r\n", "\n")
         except UnicodeDecodeError as failure:
             line = raw.count(b"\n", 0, failure.start) + 1
             raise Refusal("the recipe is not UTF-8", "toml", Place(path, line)) from None

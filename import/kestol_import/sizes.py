@@ -9,6 +9,7 @@ from .errors import plural
 from .geometry import carriers
 from .matching import CHUNK
 from .mesh import BRICKS, KINDS, QUADS, Group, Ints, Kind, Mesh
+from .quads import halves_of
 
 SIZES = {0: "", 1: "length", 2: "area", 3: "volume"}
 
@@ -21,7 +22,7 @@ def size_of(mesh: Mesh, kind: Kind, rows: Ints) -> float:
     if kind.noun in BRICKS or kind.order > 2:
         return float("nan")
     if kind.name in QUADS:
-        halves = nodes[rows][:, [[0, 1, 2], [0, 2, 3]]].reshape(-1, 3)
+        halves = halves_of(mesh.points, nodes[rows, :4]).reshape(-1, 3)
         return float(carriers(mesh.points, KINDS["triangle"], halves)[1].sum())
     total = 0.0
     for start in range(0, len(rows), CHUNK):

@@ -204,6 +204,18 @@ class OtherFormats(Case):
         mesh = convert("x", read)
         self.assertEqual(set(mesh.groups), {"skin", "all of it", "corner"})
 
+    def test_whole_numbers_beside_families_and_without_them_are_marks(self):
+        from kestol_import.bridge import convert
+        for families, wanted in (({-6: ["skin"]}, {"skin", "part:3", "point_tags:7"}),
+                                 ({}, {"cell_tags:-6", "part:3", "point_tags:7"})):
+            read = meshio.Mesh(np.zeros((3, 3)), [("triangle", np.array([[0, 1, 2]]))],
+                               cell_data={"cell_tags": [np.array([-6])], "part": [np.array([3])],
+                                          "heat": [np.array([0.5])], "gmsh:geometrical": [np.array([1])]},
+                               point_data={"point_tags": np.array([7, 7, 7]), "T": np.zeros(3),
+                                           "gmsh:x": np.ones(3, int)})
+            read.cell_tags = families
+            self.assertEqual(set(convert("x", read).groups), wanted)
+
     def test_meshes_that_meshio_reads_and_no_deck_holds(self):
         from kestol_import.bridge import MOST_VALUES, convert
         from kestol_import.errors import Refusal
@@ -218,11 +230,29 @@ class OtherFormats(Case):
             with self.subTest(message=message), self.assertRaises(Refusal) as raised:
                 convert("x", read)
             self.assertEqual(raised.exception.text, message)
-        many = MOST_VALUES + 1
-        read = meshio.Mesh(np.zeros((many, 3)), [("vertex", np.arange(many)[:, None])],
-                           cell_data={"number": [np.arange(many)]},
-                           point_data={"number": np.arange(many)})
-        self.assertEqual(set(convert("x", read).groups), {"points"})
+        for many, named in ((MOST_VALUES, {f"{one}:{k}" for one in "cp" for k in range(MOST_VALUES)}),
+                            (MOST_VALUES + 1, {"points"})):
+            read = meshio.Mesh(np.zeros((many, 3)), [("vertex", np.arange(many)[:, None])],
+                               cell_data={"c": [np.arange(many)]}, point_data={"p": np.arange(many)})
+            self.assertEqual(set(convert("x", read).groups), named)
+
+    def test_a_list_knows_the_area_of_quadrilaterals_of_every_kind(self):
+        places = "0 0,3 0,3 2,0 2,1.5 0,3 1,1.5 2,0 1,1.5 1".split(",")
+        for kind, nodes in ((3, 4), (16, 8), (10, 9)):
+            points = "".join(f"{k} {place} 0\n" for k, place in enumerate(places[:nodes], 1))
+            numbers = " ".join(map(str, range(1, nodes + 1)))
+            self.write("q.msh", f"$MeshFormat\n2.2 0 8\n$EndMeshFormat\n$Nodes\n{nodes}\n{points}$EndNodes\n"
+                       f"$Elements\n1\n1 {kind} 2 7 1 {numbers}\n$EndElements\n")
+            self.assertRegex(self.made("--list", "q.msh"), rf"7 +2 +1 +{nodes} +area 6\n")
+
+    def test_a_list_says_no_size_of_what_it_does_not_know(self):
+        self.mesh("t.msh", """
+Point(1) = {0, 0, 0}; Point(2) = {1, 0, 0}; Point(3) = {0, 1, 0};
+Line(1) = {1, 2}; Line(2) = {2, 3}; Line(3) = {3, 1}; Transfinite Curve {1, 2, 3} = 2;
+Curve Loop(1) = {1, 2, 3}; Plane Surface(1) = {1};
+Physical Surface("s") = {1}; Physical Curve("c") = {1};
+""", "-2", "-order", "3")
+        self.assertRegex(self.made("--list", "t.msh"), r"\nc +1 +1 +4\ns +2 +1 +10\n")
 
     def test_quads_are_split_on_demand(self):
         points = np.array([[0, 0, 0], [2, 0, 0], [2, 1, 0], [0.5, 1, 0]], float)
@@ -236,6 +266,15 @@ class OtherFormats(Case):
         deck = Deck(self.read("model.dat"))
         self.assertEqual([set(e[0]) for e in deck.elements.values()], [{1, 2, 4}, {2, 3, 4}])
         self.assertIn("element,1,1\nelement,1,2\n", self.read("map.csv"))
+
+    def test_a_quad_with_a_corner_inwards_is_cut_within(self):
+        """The shorter diagonal of an arrowhead joins its tips outside of it."""
+        points = np.array([[0, 1, 0], [0.5, 0, 0], [0, -1, 0], [10, 0, 0]], float)
+        for turn in range(4):
+            corners = np.roll([0, 1, 2, 3], turn)
+            meshio.write(self.folder / "q.vtu", meshio.Mesh(points, [("quad", corners[None])]))
+            for options in ([], ["--split-quads"]):
+                self.assertRegex(self.made("--list", *options, "q.vtu"), r"surfaces +2 +\d +4 +area 9.5\n")
 
     def test_quads_join_the_triangles_that_are_there(self):
         points = np.array([[0, 0, 0], [2, 0, 0], [2, 1, 0], [0.5, 1, 0], [3, 0, 0]], float)

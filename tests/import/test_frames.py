@@ -133,6 +133,18 @@ class Frames(Case):
                         # the half of the first element stands on the support
                         self.near(value, -float(said) * 5 / 6, 1e-4)
 
+    def test_loads_of_lines_with_mid_sides_act_on_both_their_beams(self):
+        self.mesh("skew.msh", SKEW, "-1", "-order", "2")
+        self.write("skew.toml", SKEW_RECIPE.replace('groups = ["tip"]', 'groups = ["bar"]').replace(
+            "force = [0, 0, -1000]", "pressure = [0, 0, -2]"))
+        report = self.made("skew.msh", "skew.toml", "-o", "model.dat")
+        self.assertIn("model.dat: 7 nodes, 6 beams of 2 nodes", report)
+        self.assertIn("force (0, 0, -8.48528), moment about the origin (-12.7279, 12.7279, 0)", report)
+        results = self.solve()
+        self.assertEqual(sorted(number for _, number, _ in results.deck.loads), [1, 2, 3, 4, 5, 6])
+        length = 3 * math.sqrt(2)
+        self.near(results.at(3, 3, 0)[2], -2 * length ** 4 / 8 / 2e11 / 8e-6, 1e-4)
+
     def test_normal_loads_of_beams_with_euler_angles(self):
         """The solver and the report agree about local z of a section turned by 0.5 rad."""
         self.mesh("bar.msh", SKEW.replace("{3, 3, 0}", "{-3, 0, 0}"), "-1")
@@ -145,6 +157,20 @@ class Frames(Case):
         for value, said in zip(held[1:], map(float, force[1:])):
             self.near(value, -said * 5 / 6, 1e-4)
         self.near(abs(float(force[2])), 3 * math.cos(0.5), 1e-5)
+
+    def test_beams_across_their_euler_angles_are_refused_where_the_solver_refuses_them(self):
+        self.mesh("bar.msh", SKEW.replace("{3, 3, 0}", "{3, 0, 0}"), "-1")
+        for angle, across in ((math.pi / 2 - 9e-6, True), (math.pi / 2 - 1.1e-5, False),
+                              (-math.pi / 2, True)):
+            with self.subTest(angle=angle):
+                self.write("bar.toml", SKEW_RECIPE.replace("up = [0, 0, 1]", f"Euler3 = {angle!r}"))
+                done = self.run_import("--force", "bar.msh", "bar.toml", "-o", "model.dat")
+                self.assertEqual(done.returncode, 2 if across else 0, done.stderr)
+                if across:
+                    self.assertRegex(done.stderr, "^bar.msh: error: line [0-9]+ runs across local x of "
+                                     r"the Euler angles of its material \[beam\]\n$")
+                else:
+                    self.near(self.solve().at(3, 0, 0)[2], -1000 * 9 / 2e11 / 8e-6, 1e-4)
 
     def test_a_bracket_of_two_arms(self):
         """P (L1^3/3EI + L2^3/3EI + L1 L2^2/GJ); each direction has a material line of its own."""
@@ -196,9 +222,34 @@ class Drawings(Case):
         self.assertRegex(listing, r"columns +1 +3 +5 +length 8\n")
         self.assertRegex(listing, r"feet +0 +2 +2\n")
 
+    def test_segments_and_points_are_numbered_in_their_order(self):
+        def draw(space):
+            space.add_line((0, 0), (4, 0), dxfattribs={"layer": "columns"})
+            space.add_line((4, 0), (4, 3), dxfattribs={"layer": "beam"})
+            space.add_point((0, 0), dxfattribs={"layer": "feet"})
+            space.add_point((4, 3), dxfattribs={"layer": "corner"})
+        self.drawing(draw)
+        self.write("frame.toml", PORTAL_RECIPE)
+        numbers = self.made("-q", "frame.dxf", "frame.toml", "-o", "model.dat", "--map", "-")
+        self.assertEqual(numbers.split("\n"), [
+            "kind,old,new", "node,1,1", "node,2,2", "node,3,2", "node,4,3", "node,5,1", "node,6,3",
+            "element,1,1", "element,2,2", "cell,3,", "cell,4,", ""])
+
+    def test_ends_meet_within_a_millionth_of_the_drawing(self):
+        for size in (1000.0, 0.001):
+            for gap, merged in ((0.9e-6, 1), (1.1e-6, 0)):
+                def draw(space, gap=gap * size, size=size):
+                    space.add_line((0, 0), (size, 0))
+                    space.add_line((size, gap), (size, size))
+                self.drawing(draw)
+                done = self.run_import("-v", "--list", "frame.dxf")
+                self.assertIn(f"note: {merged} node{'s' * (not merged)} merged within", done.stderr)
+
     def test_closed_polylines_close(self):
         self.drawing(lambda s: s.add_lwpolyline([(0, 0), (1, 0), (1, 1)], close=True))
         self.assertRegex(self.made("--list", "frame.dxf"), r"0 +1 +3 +3 +length 3.41421\n")
+        self.drawing(lambda s: s.add_lwpolyline([(0, 0), (1, 0)], close=True))
+        self.assertRegex(self.made("--list", "frame.dxf"), r"0 +1 +1 +2 +length 1\n")
 
     def test_old_polylines_are_read(self):
         self.drawing(lambda s: s.add_polyline2d([(0, 0), (1, 0), (1, 1)]))

@@ -4,8 +4,9 @@ import tomllib
 import unittest
 
 import numpy as np
+import meshio
 import support  # noqa: F401  (puts the program's package on the path)
-from kestol_import import graph, matching, text
+from kestol_import import graph, matching, msh, text
 from kestol_import.beams import axes_with_up, euler_angles, rotation
 from kestol_import.expressions import FUNCTIONS, LONGEST, Expression, ExpressionError
 from kestol_import.geometry import carriers, nodal_shares, tetra10_shape
@@ -30,6 +31,9 @@ class Expressions(unittest.TestCase):
                            ("0 < x < 2", lambda x, y, z: float(0 < x < 2)),
                            ("x >= 1", lambda x, y, z: float(x >= 1)),
                            ("x <= 1", lambda x, y, z: float(x <= 1)),
+                           ("1 < 2 < z", lambda x, y, z: float(2 < z)),
+                           ("max(0, 5-z)", lambda x, y, z: max(0, 5 - z)),
+                           ("min(x, 0.5, y)", lambda x, y, z: min(x, 0.5, y)), ("min(1, 2)", lambda *_: 1),
                            ("max(x, y, z)", max), ("min(x, y)", lambda x, y, z: min(x, y))):
             with self.subTest(source=source):
                 self.assertEqual(self.value(source), [of(*p) for p in self.POINTS.tolist()])
@@ -43,6 +47,20 @@ class Expressions(unittest.TestCase):
         self.assertAlmostEqual(self.value("atan2(y, x)")[1], math.atan2(0.5, -4))
         self.assertAlmostEqual(self.value("hypot(x, y)")[0], math.sqrt(5))
         self.assertEqual(len(FUNCTIONS), 15)
+
+    def test_functions_take_their_number_of_arguments(self):
+        counts = {**dict.fromkeys(FUNCTIONS, (1, 1)), "atan2": (2, 2), "hypot": (2, 2),
+                  "min": (2, 8), "max": (2, 8)}
+        for name, (least, most) in counts.items():
+            said = f"{least} to {most} arguments" if least < most else f"{least} argument" + "s" * (least > 1)
+            for count in (0, 1, 2, 3, 8, 9):
+                source = f"{name}({', '.join(['0.5'] * count)})"
+                if least <= count <= most:
+                    self.assertEqual(len(self.value(source)), 2)
+                else:
+                    with self.assertRaises(ExpressionError) as raised:
+                        Expression(source)
+                    self.assertEqual(str(raised.exception), f'function "{name}" takes {said}')
 
     def test_nothing_is_run_as_code(self):
         for source in ("__import__('os').system('true')", "().__class__", "x.real", "x[0]",
@@ -188,11 +206,27 @@ class Graphs(unittest.TestCase):
                 for j in range(300):
                     self.assertEqual(keys[i] == keys[j], sets[i] == sets[j])
 
+    def test_kinds_have_the_dimension_and_the_nodes_that_another_reader_knows(self):
+        for name, kind in KINDS.items():
+            stem = name.rstrip("0123456789")
+            corners = meshio._common.num_nodes_per_cell[stem]
+            self.assertEqual((kind.name, kind.dimension, kind.corners, kind.nodes, kind.order),
+                             (name, meshio._mesh.topological_dimension[stem], corners,
+                              meshio._common.num_nodes_per_cell[name], 1 if stem == name else 2))
+
+    def test_types_of_gmsh_are_those_that_another_reader_knows(self):
+        known = {number: (name, meshio._common.num_nodes_per_cell[name])
+                 for number, name in meshio.gmsh.common._gmsh_to_meshio_type.items()}
+        # triangles with nodes on the edges alone, which that reader leaves out
+        known |= {20: ("triangle9", 9), 22: ("triangle12", 12), 24: ("triangle15", 15)}
+        for number, one in msh._TYPES.items():
+            self.assertEqual(one, known[number])
+
     def test_places_of_sparse_and_of_dense_numbers(self):
-        for numbers in (np.array([5, 2, 9]), np.array([5, 10 ** 12, 9])):
+        for numbers in (np.array([5, 2, 9]), np.array([5, 10 ** 12, 9]), np.array([5, 2, 0])):
             places = Places(numbers)
             self.assertEqual(places.of(numbers[::-1]).tolist(), [2, 1, 0])
-            for missing in (3, -1, 10 ** 13):
+            for missing in (3, -1, 10 ** 13, int(numbers.max()) + 1):
                 with self.assertRaises(KeyError) as raised:
                     places.of(np.array([5, missing]))
                 self.assertEqual(raised.exception.args, (missing,))

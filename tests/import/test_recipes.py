@@ -53,6 +53,14 @@ end nodal_point_loads
 # <<< kestol-import loads
 """)
 
+    def test_how_an_editor_saves_a_recipe_does_not_matter(self):
+        plain = self.deck(RECIPE)
+        self.assertEqual(self.deck("\ufeff" + RECIPE), plain)
+        self.assertEqual(self.deck(RECIPE.replace("\n", "\r\n").encode()), plain)
+        self.write("r.toml", "\ufeff" + RECIPE.replace("[problem]", "[problem]\nx = 1"))
+        done = self.run_import("--force", "m.msh", "r.toml", "-o", "d.dat")
+        self.assertIn("r.toml:2:1: error: ", done.stderr)
+
     def test_options_are_lines_of_the_deck(self):
         text = self.deck(RECIPE + """\
 [options]
@@ -71,6 +79,26 @@ solver = "Sparse 1e-8 1e-6 5000"
             "CoplanarityAngle 0.01", "NumOfDivisions 10", "GravityDirection 0.0 0.0 -1.0",
             "Solver Sparse 1e-8 1e-6 5000"])
         self.solve("d.dat")
+
+    def test_options_go_as_far_as_the_solver_takes_them(self):
+        for option, taken, refused in (
+                ("divisions", ("1", "2147483647"), ("0", "1.5", "2147483648")),
+                ("smoothing", ("1e-15", "3.141592653589793"), ("0", "3.1416")),
+                ("coplanarity", ("1e-15", "3.141592653589793"), ("0", "3.1416")),
+                ("solver", ('"Sparse 1e-9 10 10"', '"Sparse 10 1e-9 11"'),
+                 ('"Sparse 0 1 10"', '"Sparse 1 0 10"', '"Sparse 10.1 1 10"', '"Sparse 1 10.1 10"',
+                  '"Sparse 1 1 9"', '"Sparse 1 1"', '"Sparse 1 x 10"', '"Sparse 1 1 1e3"',
+                  '"Double 1 1 10"', '"sparse"'))):
+            for value in taken:
+                with self.subTest(option=option, value=value):
+                    self.deck(RECIPE + f"[options]\n{option} = {value}\n")
+                    self.solve("d.dat")
+            for value in refused:
+                with self.subTest(option=option, value=value):
+                    self.write("r.toml", RECIPE + f"[options]\n{option} = {value}\n")
+                    done = self.run_import("-q", "--force", "m.msh", "r.toml", "-o", "d.dat")
+                    self.assertRegex(done.stderr,
+                                     rf"^r.toml:16:[0-9]+: error: {option}: must be .* \[value\]\n")
 
     def test_springs_settlements_and_turned_supports(self):
         text = self.deck(RECIPE + """\
@@ -134,6 +162,14 @@ factors = [1000, 1]
         for other in answers[1:]:
             for a, b in zip(answers[0], other):
                 self.assertAlmostEqual(a, b, delta=1e-5 * max(map(abs, answers[0])))
+
+    def test_the_moment_of_a_force_is_about_the_origin_in_units_of_values(self):
+        self.write("r.toml", RECIPE.replace("[problem]", "[problem]\nmesh_unit = 'mm'\nvalues = 'kN-m'") +
+                   '[units.N-mm]\nforce = "N"\nlength = "mm"\npressure = "MPa"\n'
+                   'factors = [1, 0.001]\n[units.kN-m]\nforce = "kN"\nlength = "m"\n'
+                   'pressure = "kPa"\nfactors = [1000, 1]\n')
+        self.assertIn("force (0, 0, -1), moment about the origin (-0.001, 0.001, 0)",
+                      self.made("m.msh", "r.toml", "-o", "d.dat"))
 
     def test_a_prescribed_height_of_a_solid_is_in_units_of_values(self):
         self.write("m.msh", "$MeshFormat\n2.2 0 8\n$EndMeshFormat\n$Nodes\n4\n1 0 0 0\n2 1000 0 0\n"

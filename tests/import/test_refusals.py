@@ -163,6 +163,8 @@ class RecipeRefusals(Case):
          'material "steel" lacks A for beams in a plane [missing-property]'),
         (BEAM + '[beam.b]\ngroups = ["loose line"]\nmaterial = "steel"\nup = [1, 0, 0]\n'
          '[problem]\n', None, "line 7 runs along its up direction [beam]"),
+        (BEAM.replace("J = 1\n", "J = 1\nEuler3 = 1.5707963\n"), None,
+         "line 1 runs across local x of the Euler angles of its material [beam]"),
         (SHELL + SOLID.replace("steel", "iron"), None,
          "tetrahedra cannot be mixed with beams or shells in one deck [material]"),
         (SHELL + '[problem]\ntype = "2d"\n', "8:8",

@@ -169,6 +169,8 @@ class Shells(Case):
             for i in range(2):
                 a = 3 * j + i
                 cells += [[a, a + 1, a + 3], [a + 1, a + 4, a + 3]]
+        if more.get("turned"):  # the later triangle has the common edge first
+            cells[:2] = [3, 0, 1], [3, 1, 4]
         held = np.zeros(9, int)
         held[supports] = 1
         part = np.ones(8, int)
@@ -189,11 +191,17 @@ class Shells(Case):
 
     def test_supports_of_nodes_alone_have_their_corners_freed(self):
         """Which edges lie in the support is not known: only corners are certain."""
-        said = self.grid([0, 1, 2, 3, 5, 6, 7, 8])
-        self.assertIn("note: 2 diagonals across supported corners swapped", said)
-        elements = [set(e[0]) for e in self.deck().elements.values()]
-        self.assertIn({1, 5, 4}, elements)
-        self.assertIn({1, 2, 5}, elements)
+        for turned in (False, True):
+            said = self.grid([0, 1, 2, 3, 5, 6, 7, 8], turned=turned)
+            self.assertIn("note: 2 diagonals across supported corners swapped", said)
+            elements = [set(e[0]) for e in self.deck().elements.values()]
+            self.assertIn({1, 5, 4}, elements)
+            self.assertIn({1, 2, 5}, elements)
+
+    def test_a_diagonal_between_two_supported_nodes_alone_stays(self):
+        said = self.grid([1, 3])
+        self.assertIn("note: 0 diagonals across supported corners swapped", said)
+        self.assertNotIn("[corner-diagonal]", said)
 
     def test_diagonals_that_must_stay(self):
         border = [0, 1, 2, 3, 5, 6, 7, 8]
@@ -206,9 +214,10 @@ class Shells(Case):
                 self.assertIn("[corner-diagonal]", said)
 
     def test_a_triangle_is_swapped_once(self):
-        """Two held inner edges of one triangle: the second one stays and is told."""
-        points = ["0 0", "1 0", "0.5 0.5", "-0.5 0.6", "1.5 0.6"]
-        cells = ["2 2 1 1 1 2 3", "2 2 1 1 1 3 4", "2 2 1 1 2 5 3", "1 2 2 1 1 2", "15 2 3 1 3"]
+        """Two held inner edges of one triangle: the second one stays and is told; after the first
+        it belongs to other triangles."""
+        points = ["0 0", "1 0", "0.5 0.7", "-0.5 0.6", "1.5 0.6"]
+        cells = ["2 2 1 1 1 3 2", "2 2 1 1 1 4 3", "2 2 1 1 2 3 5", "1 2 2 1 1 2", "15 2 3 1 3"]
         self.write("m.msh", "\n".join([
             "$MeshFormat\n2.2 0 8\n$EndMeshFormat\n$Nodes\n5",
             *(f"{k} {p} 0" for k, p in enumerate(points, 1)), "$EndNodes\n$Elements\n5",
@@ -220,7 +229,9 @@ class Shells(Case):
         self.assertEqual(done.returncode, 0, done.stderr)
         self.assertIn("note: 1 diagonal across supported corners swapped", done.stderr)
         self.assertIn("m.msh: warning: 1 edge between supported nodes cannot be swapped: the mid-side "
-                      "at (0.75, 0.25, 0) becomes a support [corner-diagonal]", done.stderr)
+                      "at (0.75, 0.35, 0) becomes a support [corner-diagonal]", done.stderr)
+        self.assertEqual({frozenset(nodes) for nodes, _ in self.deck().elements.values()},
+                         {frozenset(nodes) for nodes in ((1, 2, 4), (2, 3, 4), (2, 3, 5))})
 
     def test_supports_of_whole_surfaces_keep_their_edges(self):
         self.mesh("plate.msh", STRUCTURED, "-2")
