@@ -10,7 +10,8 @@ as one process, and behind them what only ctest runs. With --near the last are l
 in the same time, and some survive that a test elsewhere would notice. Survivors are listed with
 their line; a survivor either gets a test, or shows that the line does not matter. --again tries those
 of an earlier list once more, after tests were added; --sanitize builds with the sanitizers, which see
-what is only undefined; --python takes the Python sources in place of the C++ ones.
+what is only undefined; --python takes the Python sources in place of the C++ ones, builds once what
+their tests run, and tries each mutant on the tests of its own folder.
 """
 import argparse
 import os
@@ -66,6 +67,11 @@ PYTHON_FLIPS = [
     (re.compile(r"\bFalse\b"), "True"),
 ]
 PYTHON_FOLDERS = ["import/kestol_import", "python/kestol"]
+# What the tests of the Python sources run beside them.
+PYTHON_TARGETS = ["kestol", "kestol-check", "kestol-export", "kestol_python"]
+# One shared library, so that a mutant is one compilation and one link.
+QUICK_TO_LINK = ["-DCMAKE_BUILD_TYPE=Debug", "-DCMAKE_CXX_FLAGS=-O1 -fPIC", "-DBUILD_SHARED_LIBS=ON",
+                 "-DCMAKE_ENABLE_EXPORTS=ON", "-DCMAKE_LINK_DEPENDS_NO_SHARED=ON"]
 # The tests of ctest that look at a folder first; the first row that fits.
 NEAR = [
     ("kestol/combine/", r"^combine\.|^python\.combining"),
@@ -91,25 +97,28 @@ NEAR = [
 class Tree:
     """A copy of the committed tree with its build; one mutant at a time."""
 
-    def __init__(self, number, sanitize, near):
+    def __init__(self, number, sanitize, near, python):
         self.near_only = near
+        self.targets = PYTHON_TARGETS if python else ["all"]
         self.source = WORK / f"tree{number}"
-        self.build_folder = WORK / f"build{number}"
+        # Where a build lies in a working tree, so that a compiler cache answers.
+        self.build_folder = self.source / "build" / "mutant"
         scratch = WORK / f"tmp{number}"
         scratch.mkdir(parents=True, exist_ok=True)
         # Trees run beside each other; the files of their tests must not meet.
         self.environment = {**os.environ, "TMPDIR": str(scratch), "TEST_TMPDIR": str(scratch)}
-        if self.source.exists():
-            shutil.rmtree(self.source)
-        self.source.mkdir(parents=True)
+        self.source.mkdir(parents=True, exist_ok=True)
+        for old in self.source.iterdir():
+            if old.is_dir() and old.name != "build":
+                shutil.rmtree(old)
+            elif old.is_file():
+                old.unlink()
         archive = subprocess.run(["git", "-C", str(ROOT), "archive", "HEAD"], check=True,
                                  stdout=subprocess.PIPE).stdout
         subprocess.run(["tar", "-x", "-C", str(self.source)], input=archive, check=True)
-        # One shared library, so that a mutant is one compilation and one link.
+        kind = ["-DCMAKE_BUILD_TYPE=Release"] if python else QUICK_TO_LINK
         subprocess.run(["cmake", "-G", "Ninja", "-S", str(self.source), "-B",
-                        str(self.build_folder), "-DCMAKE_BUILD_TYPE=Debug",
-                        "-DCMAKE_CXX_FLAGS=-O1 -fPIC", "-DBUILD_SHARED_LIBS=ON",
-                        "-DCMAKE_ENABLE_EXPORTS=ON", "-DCMAKE_LINK_DEPENDS_NO_SHARED=ON",
+                        str(self.build_folder), *kind,
                         f"-DKESTOL_SANITIZE={'ON' if sanitize else 'OFF'}"],
                        check=True, stdout=subprocess.DEVNULL)
         if not self.build():
@@ -117,7 +126,7 @@ class Tree:
         # The quickest first.
         self.programs = sorted((p for p in self.build_folder.glob("tests/**/*_tests")
                                 if p.is_file()), key=lambda p: "faults" in p.name)
-        if self.tests_notice(""):
+        if any(self.tests_notice(name) for name in (PYTHON_FOLDERS if python else [""])):
             sys.exit("the tree does not pass its tests without a mutation")
 
     def run(self, command, timeout):
@@ -130,15 +139,24 @@ class Tree:
             return False
 
     def build(self):
-        return self.run(["cmake", "--build", "."], 1200)
+        return self.run(["cmake", "--build", ".", "--target", *self.targets], 1200)
+
+    def takes(self, name):
+        """Whether the build takes over a changed source."""
+        if name.startswith("import/"):
+            return True  # runs where it lies
+        if name.endswith(".py"):
+            shutil.copyfile(self.source / name, self.build_folder / name)
+            return True
+        return self.build()
 
     def tests_notice(self, name):
         near = next(tests for prefix, tests in NEAR if name.startswith(prefix))
         ctest = ["ctest", "--stop-on-failure", "--timeout", "120"]
         if not self.run([*ctest, "-R", near], 600):
             return True
-        if name.endswith(".py") and self.near_only:
-            return False
+        if name.startswith(tuple(PYTHON_FOLDERS)):
+            return False  # no other test runs them
         for program in self.programs:
             if not self.run([str(program), "--gtest_fail_fast"], 60):
                 return True
@@ -152,19 +170,35 @@ class Tree:
         lines[index] = lines[index][:start] + replacement + lines[index][end:]
         path.write_text("".join(lines))
         try:
-            if not self.build():
+            if not self.takes(name):
                 return "does not build"
             return "noticed" if self.tests_notice(name) else "SURVIVED"
         finally:
             path.write_text(text)
+            if name.endswith(".py"):
+                self.takes(name)
 
 
-def lines_of_strings(path):
-    """The lines, from 0, of strings that span several: they say what no test can notice."""
+def code_of_python(path):
+    """The lines with what stands in strings and comments blotted out: what they say no test notices."""
+    lines = path.read_text().splitlines()
     with tokenize.open(path) as file:
-        tokens = [t for t in tokenize.generate_tokens(file.readline) if t.type == tokenize.STRING]
-    return {line - 1 for t in tokens for line in range(t.start[0], t.end[0] + 1)
-            if t.start[0] != t.end[0]}
+        tokens = [t for t in tokenize.generate_tokens(file.readline)
+                  if t.type in (tokenize.STRING, tokenize.COMMENT)]
+    for token in tokens:
+        (first, start), (last, end) = token.start, token.end
+        for row in range(first, last + 1):
+            line = lines[row - 1]
+            left = start if row == first else 0
+            right = end if row == last else len(line)
+            lines[row - 1] = line[:left] + "_" * (right - left) + line[right:]
+    return lines
+
+
+def code_of_cxx(path):
+    """The lines without comments; of those with a string nothing."""
+    codes = (line.split("//")[0] for line in path.read_text().splitlines())
+    return ["" if '"' in code else code for code in codes]
 
 
 def sites(source, python):
@@ -173,10 +207,8 @@ def sites(source, python):
     flips = FLIPS + PYTHON_FLIPS if python else FLIPS
     files = "*.py" if python else "*.cc"
     for path in sorted({path for folder in folders for path in (source / folder).rglob(files)}):
-        strings = lines_of_strings(path) if python else set()
-        for index, line in enumerate(path.read_text().splitlines()):
-            code = line.split("  # " if python else "//")[0]
-            if index in strings or SKIP.match(line) or '"' in code:
+        for index, code in enumerate(code_of_python(path) if python else code_of_cxx(path)):
+            if SKIP.match(code):
                 continue
             for pattern, replacement in flips:
                 for match in pattern.finditer(code):
@@ -220,7 +252,8 @@ def main():
     arguments = parser.parse_args()
     stop = time.monotonic() + 60 * arguments.minutes
     tally = {"noticed": 0, "SURVIVED": 0, "does not build": 0}
-    trees = [Tree(number, arguments.sanitize, arguments.near) for number in range(arguments.jobs)]
+    trees = [Tree(number, arguments.sanitize, arguments.near, arguments.python)
+             for number in range(arguments.jobs)]
     chosen = [s for s in sites(trees[0].source, arguments.python) if s[0].startswith(arguments.only)]
     if arguments.again:
         again = set(listed(arguments.again))
