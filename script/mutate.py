@@ -116,9 +116,8 @@ class Tree:
         archive = subprocess.run(["git", "-C", str(ROOT), "archive", "HEAD"], check=True,
                                  stdout=subprocess.PIPE).stdout
         subprocess.run(["tar", "-x", "-C", str(self.source)], input=archive, check=True)
-        kind = ["-DCMAKE_BUILD_TYPE=Release"] if python else QUICK_TO_LINK
-        subprocess.run(["cmake", "-G", "Ninja", "-S", str(self.source), "-B",
-                        str(self.build_folder), *kind,
+        kind = ["--preset", "release"] if python else ["-G", "Ninja", *QUICK_TO_LINK]
+        subprocess.run(["cmake", *kind, "-S", str(self.source), "-B", str(self.build_folder),
                         f"-DKESTOL_SANITIZE={'ON' if sanitize else 'OFF'}"],
                        check=True, stdout=subprocess.DEVNULL)
         if not self.build():
