@@ -3,6 +3,7 @@
 from __future__ import annotations
 
 from collections.abc import Sequence
+from operator import index
 
 import numpy as np
 from numpy.typing import ArrayLike, NDArray
@@ -252,7 +253,7 @@ class Building:
         tail = ""
         if name.lower().startswith("sparse"):
             tolerances = [finite("a tolerance", value) for value in (tolerance1, tolerance2)]
-            tail = " " + " ".join([*tolerances, str(int(max_iterations))])
+            tail = " " + " ".join([*tolerances, str(index(max_iterations))])
         self._builder.say(f"Solver {word_of('a solver', name)}{tail}")
 
     def set_gravity(self, x: float, y: float, z: float) -> None:
@@ -262,7 +263,7 @@ class Building:
 
     def set_divisions(self, count: int) -> None:
         """Divisions of a beam; stations are one more."""
-        self._builder.say(f"NumOfDivisions {int(count)}")
+        self._builder.say(f"NumOfDivisions {index(count)}")
 
     def set_coplanarity_angle(self, angle: float) -> None:
         """Normals of shells within this angle [rad] count as one plane."""

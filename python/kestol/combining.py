@@ -13,6 +13,7 @@ from numpy.typing import NDArray
 from . import _kestol
 from .errors import Error
 from .model import Model, Path
+from .records import finite
 from .results import Results
 
 _KINDS = ("nodes", "stations", "station_displacements", "shells", "shells_top", "shells_bottom",
@@ -165,6 +166,7 @@ def combine(model: Model, cases: Mapping[str, Path],
             if term not in names:
                 raise Error(f"combination {combination!r} names an unknown case: {term!r}",
                             code="model")
+            finite("a factor", terms[term])
         factors[combination] = [float(terms.get(name, 0.0)) for name in names]
     combined = _kestol.combine(model._builder, sources, list(factors), list(factors.values()),
                                solver)

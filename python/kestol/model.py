@@ -41,7 +41,8 @@ class Model(Building):
 
     The order of the calls is that of a deck: units before the values that they scale, nodes before
     elements, both before supports and loads. Without units everything is in one consistent set.
-    What is refused raises :class:`kestol.Error` and is not added.
+    What is refused raises :class:`kestol.Error` and is not added; of supports, hinges and loads for
+    several nodes or elements at once, those before the refused one are.
 
     Args:
         dimension: 2, a plane problem (beams; degrees ux, uy, rotation), or 3 (beams and shells with

@@ -33,6 +33,8 @@ def solve(model: Model | Path, solver: str = "deck", *, stations: int | None = N
     """
     if not isinstance(model, Model):
         model = read(model)
+    if stations == 0:  # which the extension takes for what the model says
+        raise ValueError("a beam has at least 2 stations")
     answer = _kestol.solve(model._builder, solver, 0 if stations is None else stations, renumber)
     return Results(answer, model.copy())
 
@@ -91,7 +93,8 @@ def solve_many(models: Iterable[Model | Path], use: Callable[[Results], T], *,
     tasks = list(models)
     if not tasks:
         return []
-    workers = min(len(tasks), processes or os.cpu_count() or 1)
+    wanted = (os.cpu_count() or 1) if processes is None else processes
+    workers = min(len(tasks), wanted)
     # Forked, so that models and functions are there without being sent.
     with ProcessPoolExecutor(workers, mp_context=get_context("fork"), initializer=_remember,
                              initargs=(tasks, use, solver)) as pool:

@@ -179,6 +179,22 @@ def test_numbers_that_are_not_whole():
                    lambda m: m.add_beam(1, 3, 1, number=2.5)):
         with pytest.raises(TypeError, match=text):
             action(plane())
+    for action in (lambda m: m.set_divisions(2.7),
+                   lambda m: m.set_solver("Sparse", 1e-8, 1e-6, 99.5)):
+        with pytest.raises(TypeError, match="^'float' object cannot be interpreted as an integer$"):
+            action(plane())
+
+
+def test_of_several_at_once_those_before_the_refused_one_are_added():
+    for rows, action in (
+            ("constraints\n  1 111 0 0 0\n", lambda m: m.add_support([1, 77], "111")),
+            ("rotules\n  1\n", lambda m: m.add_rotule([1, 77])),
+            ("nodal_point_loads\n  1 0 5 0\n", lambda m: m.add_nodal_load([1, 77], 0, 5, 0)),
+            ("global_pressure_loads\n  1 0 5\n", lambda m: m.add_element_load([1, 77], 0, 5))):
+        model = plane()
+        with pytest.raises(kestol.Error):
+            action(model)
+        assert rows in model.text()
 
 
 @pytest.mark.parametrize("text, action", [
@@ -187,6 +203,10 @@ def test_numbers_that_are_not_whole():
     ('solver is "deck", "skyline", "sparse" or "direct", not "fast"',
      lambda: kestol.combine(portal(), {"G": "model"}, {}, solver="fast")),
     ("a beam has at least 2 stations", lambda: kestol.solve(portal(), stations=1)),
+    ("a beam has at least 2 stations", lambda: kestol.solve(portal(), stations=0)),
+    ("a beam has at least 2 stations", lambda: kestol.solve(portal(), stations=-1)),
+    ("max_workers must be greater than 0",
+     lambda: kestol.solve_many([portal()], float, processes=0)),
     ('there is no table "beam"; tables are nodes, beams, stations, shells, solids, reactions, '
      "loads",
      lambda: kestol.solve(portal()).to_csv("beam")),
@@ -225,6 +245,7 @@ def test_arrays_of_a_solution_cannot_be_set():
     ("the loads of the model make one case, not several", "model",
      {"G": "model", "H": "model"}, {}),
     ("there is no load case", "model", {}, {}),
+    ("a factor is not a finite number", "syntax", {"G": "model"}, {"U": {"G": NAN}}),
     ("'G' names a case and a combination", "model", {"G": "model"}, {"G": {"G": 1}}),
     (f"can't open file no such.dat: {NO_FILE}", "file", {"Q": "no such.dat"}, {}),
     ("can't open file /: Is a directory", "file", {"Q": "/"}, {}),
