@@ -42,10 +42,10 @@ class Parser(argparse.ArgumentParser):
 def parser() -> Parser:
     made = Parser(prog="kestol-import", description=DESCRIPTION, epilog=EPILOG, allow_abbrev=False,
                   usage="kestol-import [OPTIONS] MESH RECIPE.toml -o DECK\n"
-                  "       kestol-import --list MESH",
+                  "       kestol-import --list MESH [-o FILE]",
                   formatter_class=argparse.RawDescriptionHelpFormatter)
     made.add_argument("files", metavar="MESH RECIPE.toml", nargs="*")
-    made.add_argument("-o", "--output", metavar="DECK", help='the deck; "-": standard output')
+    made.add_argument("-o", "--output", metavar="DECK", help='the deck, or the list; "-": standard output')
     made.add_argument("--list", action="store_true",
                       help="the groups of the mesh: name, dimension, cells, nodes, size")
     made.add_argument("--map", metavar="FILE.csv", help="old and new numbers")
@@ -55,7 +55,7 @@ def parser() -> Parser:
                       help="join nodes that are not farther apart (DXF: 1e-6 of the drawing)")
     made.add_argument("--split-quads", action="store_true",
                       help="cut quadrilaterals into two triangles")
-    made.add_argument("--force", action="store_true", help="renew a deck that exists")
+    made.add_argument("--force", action="store_true", help="renew a deck, or replace a list, that exists")
     made.add_argument("-q", "--quiet", action="store_true", help="no report and no warnings")
     made.add_argument("-v", "--verbose", action="store_true", help="say what was done on the way")
     made.add_argument("--version", action="version", version=f"kestol-import {__version__}")
@@ -168,6 +168,8 @@ def note(options: argparse.Namespace, text: str) -> None:
 def list_mesh(options: argparse.Namespace, messages: Messages) -> None:
     target = options.output or STANDARD
     check_output(target, {options.mesh: "mesh"})
+    if os.path.isfile(target) and not options.force:
+        raise Refusal("the file exists: --force replaces it", "exists", Place(target))
     mesh = read_mesh(options, messages)
     prepare(mesh, options, messages)
     with Outputs() as outputs:

@@ -83,6 +83,16 @@ more     2      1      3  area 0.5
         self.assertEqual(self.made("--list", "m.msh", "-o", "list.txt"), "")
         self.assertEqual(self.read("list.txt"), self.made("--list", "m.msh"))
 
+    def test_a_list_does_not_take_the_place_of_a_deck(self):
+        self.made("-q", "m.msh", "r.toml", "-o", "d.dat")
+        deck = self.read("d.dat")
+        done = self.run_import("--list", "m.msh", "-o", "d.dat")
+        self.assertEqual((done.returncode, done.stdout), (2, ""))
+        self.assertEqual(done.stderr, "d.dat: error: the file exists: --force replaces it [exists]\n")
+        self.assertEqual(self.read("d.dat"), deck)
+        self.made("--force", "--list", "m.msh", "-o", "d.dat")
+        self.assertEqual(self.read("d.dat"), self.made("--list", "m.msh"))
+
     def test_the_report_says_what_was_applied_where(self):
         self.assertEqual(self.made("m.msh", "r.toml", "-o", "d.dat"), """\
 d.dat: 4 nodes, 2 triangles of 3 nodes
