@@ -146,6 +146,7 @@ test('a sentence in place of the picture, and one without scripts', async () => 
   assert.equal(await page.locator('#no-drawing').innerText(),
                'This browser cannot draw in three dimensions (WebGL 2 is missing or switched off). ' +
                'The tables, findings and sums below are complete.');
+  await page.close();
   await plain.close();
   const silent = await (await browser.newContext({javaScriptEnabled: false})).newPage();
   await silent.goto(pathToFileURL(file).href);
