@@ -1,0 +1,231 @@
+// What pages draw, symbol by symbol and square by square, against pictures/*.txt, which were looked at
+// as pictures. KESTOL_KEEP_PICTURES=1 writes them anew.
+
+import assert from 'node:assert/strict';
+import {readFileSync, writeFileSync} from 'node:fs';
+import {basename, join} from 'node:path';
+import {after, before, test} from 'node:test';
+
+import {drawnOn, frame, keeping} from './drawn.mjs';
+import {deckOf, example, open, openBrowser, pageOf, verification} from './support.mjs';
+
+/** @type {import('playwright-core').Browser} */ let browser;
+before(async () => { browser = await openBrowser(); });
+after(() => browser.close());
+
+const {KESTOL_SOURCE, KESTOL_KEEP_PICTURES} = process.env;
+
+const UNITS = `units_names
+  kN-m  kN  m   kPa  1     1
+end
+units_mesh          m
+units_mat_and_load  kN-m
+units_res           kN-m
+`;
+
+/** Beams with every kind of support and load of the plane. */
+const PLANE = `PROBLEM supports and loads of the plane
+TYPE 2d
+${UNITS}mesh
+  dimension = 2   elemtype Linear   nnode = 2
+  coordinates
+    1  0 0
+    2  0 3
+    3  4 3
+    4  8 3
+    5  8 0
+    6  12 3
+    7  16 3
+    8  16 6
+    9  0 6
+  end coordinates
+  elements
+    1  1 2  1
+    2  2 3  1
+    3  3 4  1
+    4  4 5  1
+    5  4 6  1
+    6  6 7  1
+    7  7 8  1
+    8  2 9  1
+  end elements
+materials
+  1  E=2e8 A=1e-2 Iz=2e-4
+end materials
+constraints
+  1  111  0 0 0
+  5  110  0 -0.01 0
+  6  010  0 0 0  Euler3=0.3
+  8  102  0 0 500
+  7  020  0 800 0
+  9  100  0 0 0
+  3  002  0 0 300
+end constraints
+rotules
+  4
+end rotules
+nodal_point_loads
+  2  12 0 0
+  3  0 -20 15
+  6  0 0 -8
+end nodal_point_loads
+global_pressure_loads
+  2  0 -6
+  7  0 -4
+end global_pressure_loads
+global_projected_pressure_loads
+  5  0 -3
+end global_projected_pressure_loads
+local_pressure_loads
+  1  0 -2
+  6  3 0
+end local_pressure_loads
+`;
+
+/** Beams, a shell and supports of every kind in space. */
+const SPACE = `PROBLEM supports and loads in space
+TYPE 3d
+${UNITS}mesh
+  dimension = 3   elemtype Triangle   nnode = 3
+  coordinates
+    1  0 0 0
+    2  3 0 0
+    3  3 2 0.5
+    4  0 2 0.5
+    5  3 0 3
+    6  6 0 0
+    7  6 2 0
+  end coordinates
+  elements
+    1  1 2 3  1
+    2  1 3 4  1
+  end elements
+mesh
+  dimension = 3   elemtype Linear   nnode = 2
+  coordinates
+  end coordinates
+  elements
+    3  2 5  2
+    4  2 6  2
+    5  6 7  2
+    6  5 6  2
+  end elements
+materials
+  1  E=2e8 nu=0.3 G=8e7 t=0.1
+  2  E=2e8 G=8e7 A=1e-2 Iy=1e-4 Iz=2e-4 J=1e-4  Weight=80
+end materials
+GravityDirection 0 0 -1
+constraints
+  1  111111  0 0 0 0 0 0
+  4  111000  0 0 -0.02 0 0 0
+  6  002020  0 0 400 0 90 0
+  7  101101  0 0 0 0 0 0  Euler3=0.4
+  5  010000  0 0.01 0 0 0 0
+end constraints
+nodal_point_loads
+  5  10 0 0 0 0 6
+  3  0 0 -5 4 0 0
+end nodal_point_loads
+global_pressure_loads
+  1  0 0 -5
+  4  0 0 -3
+  6  2 0 0
+end global_pressure_loads
+global_projected_pressure_loads
+  3  1.5 0 0
+end global_projected_pressure_loads
+local_pressure_loads
+  2  0 0 -4
+  5  0 2 1
+end local_pressure_loads
+face_loads
+  2  1  0 3 0
+end face_loads
+`;
+
+const key = (/** @type {string} */ name) => (/** @type {any} */ page) => page.keyboard.press(name);
+const pressing = (/** @type {string} */ name) => (/** @type {any} */ page) =>
+  page.getByRole('button', {name, exact: true}).click();
+const quantity = (/** @type {string} */ id) => (/** @type {any} */ page) =>
+  page.getByLabel('Quantity').selectOption(id);
+const chosen = (/** @type {string} */ kind, /** @type {number} */ number) => (/** @type {any} */ page) =>
+  page.evaluate(([k, n]) => window.kestol.select(k, n), [kind, number]);
+const ticked = (/** @type {string} */ name, on = true) => (/** @type {any} */ page) =>
+  page.getByLabel(name, {exact: true}).setChecked(on);
+
+/** @type {[string, () => string, object, [string, ((page: any) => Promise<any>)[]][]][]} */
+const PICTURES = [
+  ['plane', () => deckOf(PLANE, 'plane.dat'), {}, [
+    ['deformed', []],
+    ['the model with its axes and numbers', [pressing('Model'), key('a'), ticked('element numbers')]],
+    ['bending moments', [key('a'), pressing('M'), chosen('element', 3), key('.')]],
+    ['shear forces, larger', [pressing('V'), key(']'), chosen('node', 3)]],
+    ['reactions of the moved model', [pressing('Deformed'), key('r'), key('l'), quantity('uy'), key('['),
+                                      key('Shift+ArrowLeft'), key('+')]]]],
+  ['space', () => deckOf(SPACE, 'space.dat'), {}, [
+    ['deformed', []],
+    ['the model from another side', [pressing('Model'), pressing('right'), key('a'), ticked('element numbers')]],
+    ['bending moments about z, turned', [key('a'), quantity('Mz'), pressing('iso'), key('ArrowRight'), key('ArrowUp'),
+                                         chosen('element', 6)]],
+    ['moments of the shell with main directions', [quantity('m1'), key('x'), key('r'), chosen('element', 1)]],
+    ['from above', [pressing('top'), quantity('mises-top'), key('s'), ticked('average at nodes', false)]]]],
+  ['hinged', () => verification('B07-three-hinged-portal.dat'), {colorScheme: 'dark'}, [
+    ['in the dark', [pressing('N')]]]],
+  ['folded', () => example('13-folded-plate.dat'), {}, [
+    ['displacements', [key('r')]],
+    ['stresses below', [quantity('s1-bottom'), key('b'), key('r')]],
+    ['cut', [quantity('nx'), (page) => page.getByLabel('across').selectOption('y')]]]],
+  ['solid', () => example('20-solid-cantilever.dat'), {}, [
+    ['a section through stresses', [quantity('sxx'), (page) => page.getByLabel('across').selectOption('x'), key('x')]],
+    ['its other side', [quantity('mises'), ticked('other side'), key('x'), chosen('element', 5)]],
+    ['from the left', [pressing('left'), (page) => page.getByLabel('across').selectOption(''), key('b')]]]],
+  ['block', () => example('18-block-under-own-weight.dat'), {}, [
+    ['displacements and weight', [key('r')]],
+    ['between limits', [quantity('szz'), (page) => page.getByLabel('from', {exact: true}).fill('-2'),
+                        (page) => page.getByLabel('from', {exact: true}).blur(), key('d')]]]],
+];
+
+const COORDINATE = /(?<=[ ,])-?\d+\.\d(?![\w"])/g;
+
+/** Whether a line says the same, its places within a fifth of a pixel and its colours within `8/255`. */
+function same(line, wanted) {
+  if (line === wanted) return true;
+  const quoted = /"[^"]*"/g, rest = (/** @type {string} */ s) => s.replace(quoted, '""');
+  if (String(line.match(quoted)) !== String(wanted.match(quoted))) return false;
+  const [a, b] = [rest(line), rest(wanted)];
+  if (/^(\.|[0-9a-f]{8})( |$)/.test(b)) return sameSquares(a, b);
+  const [p, q] = [a, b].map((s) => (s.match(COORDINATE) ?? []).map(Number));
+  return a.replace(COORDINATE, '') === b.replace(COORDINATE, '') && p.length === q.length &&
+         p.every((v, k) => Math.abs(v - q[k]) < 0.25);
+}
+
+function sameSquares(line, wanted) {
+  const [a, b] = [line, wanted].map((s) => s.split(' '));
+  const parts = (/** @type {string} */ s) => (s === '.' ? [0, 0, 0, 0]
+    : [0, 2, 4, 6].map((k) => parseInt(s.slice(k, k + 2), 16)));
+  return a.length === b.length && a.every((square, k) => {
+    const other = parts(b[k]);
+    return parts(square).every((v, c) => Math.abs(v - other[c]) <= 8);
+  });
+}
+
+for (const [name, deck, options, states] of PICTURES)
+  test(`${name}: its pictures`, async () => {
+    const context = await keeping(browser, options);
+    const page = await open(context, await pageOf(deck()));
+    await frame(page);
+    await page.keyboard.press('0');
+    const file = join(KESTOL_SOURCE, 'tests/view/pictures', `${basename(name)}.txt`), lines = [];
+    for (const [state, actions] of states) {
+      for (const act of actions) await act(page);
+      lines.push(`== ${state}`, ...await drawnOn(page));
+      if (KESTOL_KEEP_PICTURES) await page.screenshot({path: join(KESTOL_KEEP_PICTURES, `${name}-${states.findIndex(([s]) => s === state)}.png`)});
+    }
+    assert.deepEqual(page.noise, []);
+    await page.close();
+    if (KESTOL_KEEP_PICTURES) writeFileSync(file, lines.join('\n') + '\n');
+    const wanted = readFileSync(file, 'utf8').trimEnd().split('\n');
+    const other = lines.findIndex((line, k) => !same(line, wanted[k] ?? ''));
+    assert.equal(other < 0 ? '' : lines[other], other < 0 ? '' : wanted[other], `line ${other + 1}`);
+    assert.equal(lines.length, wanted.length);
+  });
