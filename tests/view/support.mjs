@@ -115,7 +115,9 @@ export async function open(browser, file, options = {}) {
   page.on('console', (m) => { if (m.type() === 'error') page.noise.push(m.text()); });
   page.on('pageerror', (e) => page.noise.push(e.message));
   await page.goto(pathToFileURL(file).href);
-  await page.evaluate(() => window.kestol.ready);
+  await page.evaluate(() => Promise.race([window.kestol.ready, new Promise((_, fail) => {
+    setTimeout(() => fail(new Error('no picture in half a minute')), 30_000);
+  })]));
   return page;
 }
 
