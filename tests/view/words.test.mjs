@@ -75,6 +75,16 @@ test('sheets of a sound model', async () => {
   await page.close();
 });
 
+test('numbers keep the zeros of their powers of ten', async () => {
+  const text = readFileSync(example('01-cantilever.dat'), 'latin1');
+  for (const [load, said] of [['12340000000', '1.234e10'], ['1.5e-10', '1.5e−10'], ['-2e20', '−2e20'], ['1050000', '1.05e6'],
+                              ['0.5', '0.5'], ['0.00123', '0.00123'], ['-105.5', '−105.5'], ['200', '200']]) {
+    const page = await opened(deckOf(text.replace('0 -1000 0', `0 ${load} 0`), 'power.dat'));
+    assert.match(await sheet(page, 'Balance'), new RegExp(`\nloads\t0\t${said.replace('.', '\\.')}\t`), load);
+    await page.close();
+  }
+});
+
 test('sheet and caption of a mechanism', async () => {
   const loose = deckOf(readFileSync(example('01-cantilever.dat'), 'latin1').replace('111', '110'), 'swings.dat');
   const page = await open(browser, await pageOf(loose, {status: 1}));
