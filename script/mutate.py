@@ -94,7 +94,7 @@ NEAR = [
     ("programs/export/", r"^export\."),
     ("programs/mpi/", r"^mpi\."),
     ("programs/python/", r"^python\."),
-    ("programs/view/page/", r"^view_(pictures|words|controls|quantities|page|program|values)$"),
+    ("programs/view/page/", r"^view_(pictures|words|controls|quantities|picking|page|program|values)$"),
     ("programs/view/", r"^view_"),
     ("direct/", r"^export\.|^check\."),
     ("input/", r"^check\.|^case\.|^robustness\."),

@@ -153,6 +153,40 @@ const chosen = (/** @type {string} */ kind, /** @type {number} */ number) => (/*
 const ticked = (/** @type {string} */ name, on = true) => (/** @type {any} */ page) =>
   page.getByLabel(name, {exact: true}).setChecked(on);
 
+/** A beam whose last hinges leave parts of it loose, from its first node on. */
+const LOOSE = `PROBLEM loose ends
+TYPE 2d
+mesh
+  dimension = 2   elemtype Linear   nnode = 2
+  coordinates
+    1  0 0
+    2  3 0
+    3  6 0
+    4  8 1
+  end coordinates
+  elements
+    1  1 2  1
+    2  2 3  1
+    3  3 4  1
+  end elements
+materials
+  1  E=2e8 A=1e-2 Iz=2e-4
+end materials
+constraints
+  2  111  0 0 0
+end constraints
+rotules
+  2
+  3
+end rotules
+nodal_point_loads
+  4  0 -1 0
+end nodal_point_loads
+`;
+
+/** Decks that are no models: the page tells of them with this status. */
+const STATUS = {loose: 1};
+
 /** @type {[string, () => string, object, [string, ((page: any) => Promise<any>)[]][]][]} */
 const PICTURES = [
   ['plane', () => deckOf(PLANE, 'plane.dat'), {}, [
@@ -171,6 +205,11 @@ const PICTURES = [
     ['from above', [pressing('top'), quantity('mises-top'), key('s'), ticked('average at nodes', false)]]]],
   ['hinged', () => verification('B07-three-hinged-portal.dat'), {colorScheme: 'dark'}, [
     ['in the dark', [pressing('N')]]]],
+  ['loose', () => deckOf(LOOSE, 'loose.dat'), {}, [
+    ['its first mode', []],
+    ['its second mode', [(page) => page.evaluate(() => {
+      [...document.querySelectorAll('#sheet button')].find((b) => b.textContent === 'Show mode 2').click();
+    })]]]],
   ['folded', () => example('13-folded-plate.dat'), {}, [
     ['displacements', [key('r')]],
     ['stresses below', [quantity('s1-bottom'), key('b'), key('r')]],
@@ -212,7 +251,7 @@ function sameSquares(line, wanted) {
 for (const [name, deck, options, states] of PICTURES)
   test(`${name}: its pictures`, async () => {
     const context = await keeping(browser, options);
-    const page = await open(context, await pageOf(deck()));
+    const page = await open(context, await pageOf(deck(), {status: STATUS[name] ?? 0}));
     await frame(page);
     await page.keyboard.press('0');
     const file = join(KESTOL_SOURCE, 'tests/view/pictures', `${basename(name)}.txt`), lines = [];
@@ -229,3 +268,44 @@ for (const [name, deck, options, states] of PICTURES)
     assert.equal(other < 0 ? '' : lines[other], other < 0 ? '' : wanted[other], `line ${other + 1}`);
     assert.equal(lines.length, wanted.length);
   });
+
+/** A row of beams on so many rollers. @param {number} n */
+const onRollers = (n) => {
+  const rows = (/** @type {(k: number) => string} */ row, from = 1) =>
+    Array.from({length: n + 1 - from}, (_, k) => `${row(k + from)}\n`).join('');
+  return 'PROBLEM row\nTYPE 2d\nmesh dimension = 2 elemtype Linear nnode = 2\n' +
+    `coordinates\n${rows((k) => `${k} ${k} 0`)}end coordinates\n` +
+    `elements\n${rows((k) => `${k - 1} ${k - 1} ${k} 1`, 2)}end elements\n` +
+    'materials\n1 E=2e11 A=1e-2 Iz=1e-5\nend materials\n' +
+    `constraints\n${rows((k) => `${k} ${k === 1 ? 110 : '010'} 0 0 0`)}end constraints\n`;
+};
+
+test('the symbols of more than 60 supports are smaller', async () => {
+  const context = await keeping(browser);
+  for (const [count, width, height] of [[60, '1.5', 13], [61, '1.1', 9]]) {
+    const page = await open(context, await pageOf(deckOf(onRollers(count), `rollers${count}.dat`)));
+    const lines = await drawnOn(page), triangles = lines.filter((line) => line.startsWith(`stroke ${width} M`) && line.includes(' Z '));
+    assert.ok(triangles.length > 20, `${triangles.length} triangles of ${count}`);
+    const [, top, foot] = /M [-\d.]+ ([-\d.]+) L [-\d.]+ ([-\d.]+)/.exec(triangles[3]).map(Number);
+    assert.ok(Math.abs(foot - top - height) < 0.25, `${count}: ${foot - top}`);
+    await page.close();
+  }
+});
+
+test('a mode swings to and fro within 2.2 seconds', async () => {
+  const context = await browser.newContext({viewport: {width: 1280, height: 800}});
+  await context.clock.install();
+  const page = await open(context, await pageOf(deckOf(LOOSE, 'swings.dat'), {status: 1}));
+  await page.clock.pauseAt(Date.now() + 60_000);
+  const at = [];
+  for (let k = 0; k < 6; ++k) {
+    at.push(await page.evaluate(() => [1, 4].map((n) => window.kestol.screen('node', n)).flatMap(({x, y}) => [x, y])));
+    await page.clock.runFor(550);
+  }
+  const middle = at[0].map((v, k) => (v + at[2][k]) / 2);
+  const swing = (/** @type {number} */ t) => at[t].map((v, k) => v - middle[k]);
+  assert.ok(Math.hypot(...swing(0), ...swing(1)) > 15, JSON.stringify(at));
+  for (const t of [0, 1, 2, 3])
+    swing(t).forEach((v, k) => assert.ok(Math.abs(v + (at[t + 2][k] - middle[k])) < 2.5, JSON.stringify(at)));
+  await page.close();
+});

@@ -96,7 +96,7 @@ for (const [deck, list, values] of [
       const through = linearThrough(e.points.map((p) => p.x), e.points.map(values[id]));
       return seen(e).map((n) => through(places.get(n)));
     });
-    const rounding = 1e-9 * Math.max(...Object.keys(values).flatMap(of).map(Math.abs));
+    const rounding = 1e-7 * Math.max(...Object.keys(values).flatMap(of).map(Math.abs));
     for (const id of Object.keys(values)) {
       assert.ok(ids.includes(id), id);
       await page.getByLabel('Quantity').selectOption(id);

@@ -67,9 +67,8 @@ export function niceScale(low, high, bands) {
 /** @param {number} value */
 function niceStep(value) {
   const power = 10 ** Math.floor(Math.log10(value));
-  for (const m of [1, 1.2, 1.5, 2, 2.5, 3, 4, 5, 6, 8, 10])
-    if (m * power >= value * (1 - 1e-9)) return m * power;
-  return 10 * power;
+  const round = [1, 1.2, 1.5, 2, 2.5, 3, 4, 5, 6, 8].find((m) => m * power >= value * (1 - 1e-9));
+  return (round ?? 10) * power;
 }
 
 /** How many bands of a nice step lie between these limits. @param {number} low

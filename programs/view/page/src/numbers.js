@@ -46,6 +46,5 @@ export function unitsOf(head) {
 export function roundUp(value) {
   if (!(value > 0) || !Number.isFinite(value)) return 1;
   const power = 10 ** Math.floor(Math.log10(value));
-  for (const m of [1, 2, 5, 10]) if (m * power >= value * (1 - 1e-12)) return m * power;
-  return 10 * power;
+  return ([1, 2, 5].find((m) => m * power >= value * (1 - 1e-12)) ?? 10) * power;
 }
