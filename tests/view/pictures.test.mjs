@@ -153,6 +153,11 @@ const chosen = (/** @type {string} */ kind, /** @type {number} */ number) => (/*
 const ticked = (/** @type {string} */ name, on = true) => (/** @type {any} */ page) =>
   page.getByLabel(name, {exact: true}).setChecked(on);
 
+/** For what lies under the frame of the picture. @param {string} name */
+const showing = (name) => (/** @type {any} */ page) => page.evaluate((text) => {
+  [...document.querySelectorAll('#sheet button')].find((b) => b.textContent === text).click();
+}, name);
+
 /** A beam whose last hinges leave parts of it loose, from its first node on. */
 const LOOSE = `PROBLEM loose ends
 TYPE 2d
@@ -173,7 +178,7 @@ materials
   1  E=2e8 A=1e-2 Iz=2e-4
 end materials
 constraints
-  2  111  0 0 0
+  2  110  0 0 0
 end constraints
 rotules
   2
@@ -207,9 +212,8 @@ const PICTURES = [
     ['in the dark', [pressing('N')]]]],
   ['loose', () => deckOf(LOOSE, 'loose.dat'), {}, [
     ['its first mode', []],
-    ['its second mode', [(page) => page.evaluate(() => {
-      [...document.querySelectorAll('#sheet button')].find((b) => b.textContent === 'Show mode 2').click();
-    })]]]],
+    ['its second mode', [showing('Show mode 2')]],
+    ['its third mode', [showing('Show mode 3')]]]],
   ['folded', () => example('13-folded-plate.dat'), {}, [
     ['displacements', [key('r')]],
     ['stresses below', [quantity('s1-bottom'), key('b'), key('r')]],
