@@ -36,6 +36,9 @@ test('a beam: the station next to the pointer, and how far it reaches', async ()
       assert.equal(Boolean(value), found, `${part} ${aside}`);
       if (found) assert.deepEqual([value.type, value.number, value.at.station], ['beam', 2, Math.round(20 * part)]);
     }
+  // Nothing leads from the corner of the picture to the first beam.
+  const corner = await page.locator('#drawing').boundingBox(), [first] = await screen(page, 'node', [1]);
+  assert.equal(await under(page, (corner.x + first.x) / 2, (corner.y + first.y) / 2), null);
   for (const [away, kind] of [[6, 'node'], [8, 'node'], [11, 'element']])
     assert.equal((await under(page, Math.round(a.x) + away, Math.round(a.y))).kind, kind, `${away} pixels from a node`);
   await page.close();

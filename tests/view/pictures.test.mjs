@@ -153,6 +153,41 @@ const chosen = (/** @type {string} */ kind, /** @type {number} */ number) => (/*
 const ticked = (/** @type {string} */ name, on = true) => (/** @type {any} */ page) =>
   page.getByLabel(name, {exact: true}).setChecked(on);
 
+/** Two tetrahedra with loads on faces that look at the eye, away from it, and on their volume. */
+const SOLIDS = `PROBLEM loads on solids
+TYPE 3d
+mesh
+  dimension = 3   elemtype Tetrahedra   nnode = 4
+  coordinates
+    1  0 0 0
+    2  2 0 0
+    3  0 2 0
+    4  0 0 2
+    5  2 2 2
+  end coordinates
+  elements
+    1  1 2 3 4  1
+    2  2 3 4 5  1
+  end elements
+materials
+  1  E=2e8 nu=0.3
+end materials
+constraints
+  1  111  0 0 0
+  2  111  0 0 0
+  3  111  0 0 0
+end constraints
+global_pressure_loads
+  2  -1  0 0 -3
+end global_pressure_loads
+face_loads
+  1  0  0 0 5
+  1  3  0 4 0
+  2  2  -2 0 0
+  2  3  0 3 0
+end face_loads
+`;
+
 /** For what lies under the frame of the picture. @param {string} name */
 const showing = (name) => (/** @type {any} */ page) => page.evaluate((text) => {
   [...document.querySelectorAll('#sheet button')].find((b) => b.textContent === text).click();
@@ -222,6 +257,9 @@ const PICTURES = [
     ['a section through stresses', [quantity('sxx'), (page) => page.getByLabel('across').selectOption('x'), key('x')]],
     ['its other side', [quantity('mises'), ticked('other side'), key('x'), chosen('element', 5)]],
     ['from the left', [pressing('left'), (page) => page.getByLabel('across').selectOption(''), key('b')]]]],
+  ['solids', () => deckOf(SOLIDS, 'solids.dat'), {}, [
+    ['loads on faces', [pressing('front')]],
+    ['loads on faces from behind', [pressing('back'), quantity('s1'), key('x')]]]],
   ['block', () => example('18-block-under-own-weight.dat'), {}, [
     ['displacements and weight', [key('r')]],
     ['between limits', [quantity('szz'), (page) => page.getByLabel('from', {exact: true}).fill('-2'),

@@ -71,6 +71,7 @@ test('sheets of a sound model', async () => {
     '^Balance of loads and reactions\\n\\tFx\\tFy\\tMz\\nloads\\t0\\t−1000\\t−3000\\nreactions\\t0\\t1000\\t3000\\n\\s*' +
     'Loads are the forces on the nodes, reactions what the supports give to the structure; moments about the ' +
     'origin\\. Relative error \\S+\\.$'));
+  assert.match(await sheet(page, 'Model'), /\n1\tE = 2e11, /);
   assert.equal((await sheet(page, 'Deck')).trim(), readFileSync(example('01-cantilever.dat'), 'latin1').trim());
   await page.close();
 });
