@@ -196,5 +196,6 @@ test('a browser that does not know how to read base64 by itself', async () => {
   await context.addInitScript(() => { delete Uint8Array.fromBase64; });
   const page = await open(context, await pageOf(deck));
   assert.deepEqual(await page.evaluate(() => window.kestol.result), {...await exported(deck), deck: 'B08-truss.dat'});
+  await page.close();
   await context.close();
 });

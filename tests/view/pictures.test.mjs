@@ -58,7 +58,7 @@ constraints
   6  010  0 0 0  Euler3=0.3
   8  102  0 0 500
   7  020  0 800 0
-  9  100  0 0 0
+  9  101  0 0 0
   3  002  0 0 300
 end constraints
 rotules
