@@ -1,7 +1,8 @@
 #!/usr/bin/env python3
 """Flips one constant, sign or comparison at a time and reports the flips that no test notices.
 
-    script/mutate.py [--count N] [--seed S] [--only PATH-PREFIX] [--minutes M] [--jobs J] [--near] [--python]
+    script/mutate.py [--count N] [--seed S] [--only PATH-PREFIX] [--minutes M] [--jobs J] [--near]
+                     [--python | --page]
     script/mutate.py --again SURVIVORS [--sanitize]
 
 Works on copies of the committed tree in build/mutation; the working tree is not touched. Each mutant
@@ -10,10 +11,11 @@ as one process, and behind them what only ctest runs. With --near the last are l
 in the same time, and some survive that a test elsewhere would notice. Survivors are listed with
 their line; a survivor either gets a test, or shows that the line does not matter. --again tries those
 of an earlier list once more, after tests were added; --sanitize builds with the sanitizers, which see
-what is only undefined; --python takes the Python sources in place of the C++ ones, builds once what
-their tests run, and tries each mutant on the tests of its own folder.
+what is only undefined; --python takes the Python sources in place of the C++ ones, --page those of
+kestol-view's page: they build what their tests run, and try each mutant on the tests of its own folder.
 """
 import argparse
+import collections
 import os
 import pathlib
 import queue
@@ -66,9 +68,17 @@ PYTHON_FLIPS = [
     (re.compile(r"\bTrue\b"), "False"),
     (re.compile(r"\bFalse\b"), "True"),
 ]
-PYTHON_FOLDERS = ["import/kestol_import", "python/kestol"]
-# What the tests of the Python sources run beside them.
-PYTHON_TARGETS = ["kestol", "kestol-check", "kestol-export", "kestol_python"]
+# What the script of a page writes in its own way; its numbers stand in strings of shaders too.
+PAGE_FLIPS = [
+    (re.compile(r" === "), " !== "),
+    (re.compile(r" !== "), " === "),
+    (re.compile(r" \?\? "), " && "),
+    (re.compile(r"!(?=[\w(])"), ""),
+    (re.compile(r"\btrue\b"), "false"),
+    (re.compile(r"\bfalse\b"), "true"),
+    (re.compile(r"\bMath\.max\b"), "Math.min"),
+    (re.compile(r"\bMath\.min\b"), "Math.max"),
+]
 # One shared library, so that a mutant is one compilation and one link.
 QUICK_TO_LINK = ["-DCMAKE_BUILD_TYPE=Debug", "-DCMAKE_CXX_FLAGS=-O1 -fPIC", "-DBUILD_SHARED_LIBS=ON",
                  "-DCMAKE_ENABLE_EXPORTS=ON", "-DCMAKE_LINK_DEPENDS_NO_SHARED=ON"]
@@ -84,6 +94,7 @@ NEAR = [
     ("programs/export/", r"^export\."),
     ("programs/mpi/", r"^mpi\."),
     ("programs/python/", r"^python\."),
+    ("programs/view/page/", r"^view_(pictures|words|controls|quantities|picking|page|program|values)$"),
     ("programs/view/", r"^view_"),
     ("direct/", r"^export\.|^check\."),
     ("input/", r"^check\.|^case\.|^robustness\."),
@@ -97,9 +108,9 @@ NEAR = [
 class Tree:
     """A copy of the committed tree with its build; one mutant at a time."""
 
-    def __init__(self, number, sanitize, near, python):
+    def __init__(self, number, sanitize, near, language):
         self.near_only = near
-        self.targets = PYTHON_TARGETS if python else ["all"]
+        self.language = language
         self.source = WORK / f"tree{number}"
         # Where a build lies in a working tree, so that a compiler cache answers.
         self.build_folder = self.source / "build" / "mutant"
@@ -116,7 +127,7 @@ class Tree:
         archive = subprocess.run(["git", "-C", str(ROOT), "archive", "HEAD"], check=True,
                                  stdout=subprocess.PIPE).stdout
         subprocess.run(["tar", "-x", "-C", str(self.source)], input=archive, check=True)
-        kind = ["--preset", "release"] if python else ["-G", "Ninja", *QUICK_TO_LINK]
+        kind = ["-G", "Ninja", *QUICK_TO_LINK] if language is CXX else ["--preset", "release"]
         subprocess.run(["cmake", *kind, "-S", str(self.source), "-B", str(self.build_folder),
                         f"-DKESTOL_SANITIZE={'ON' if sanitize else 'OFF'}"],
                        check=True, stdout=subprocess.DEVNULL)
@@ -126,7 +137,7 @@ class Tree:
         self.programs = sorted((p for p in self.build_folder.glob("tests/**/*_tests")
                                 if p.is_file()), key=lambda p: "faults" in p.name)
         # The others are the same.
-        if number == 0 and any(map(self.tests_notice, PYTHON_FOLDERS if python else [""])):
+        if number == 0 and any(map(self.tests_notice, language.folders or [""])):
             sys.exit("the tree does not pass its tests without a mutation")
 
     def run(self, command, timeout):
@@ -139,7 +150,7 @@ class Tree:
             return False
 
     def build(self):
-        return self.run(["cmake", "--build", ".", "--target", *self.targets], 1200)
+        return self.run(["cmake", "--build", ".", "--target", *self.language.targets], 1200)
 
     def takes(self, name):
         """Whether the build takes over a changed source."""
@@ -155,7 +166,7 @@ class Tree:
         ctest = ["ctest", "--stop-on-failure", "--timeout", "120"]
         if not self.run([*ctest, "-R", near], 600):
             return True
-        if name.startswith(tuple(PYTHON_FOLDERS)):
+        if self.language is not CXX:
             return False  # no other test runs them
         for program in self.programs:
             if not self.run([str(program), "--gtest_fail_fast"], 60):
@@ -201,16 +212,30 @@ def code_of_cxx(path):
     return ["" if '"' in code else code for code in codes]
 
 
-def sites(source, python):
+def code_of_page(path):
+    """The lines with their comments, which hold types, blotted out."""
+    return re.sub(r"/\*.*?\*/|//[^\n]*", lambda found: re.sub(r"[^\n]", "_", found[0]),
+                  path.read_text(), flags=re.DOTALL).splitlines()
+
+
+# Where sources lie (C++: wherever CMake names them), what can be flipped in their code, and what must
+# be built for their tests.
+Language = collections.namedtuple("Language", "folders files code flips targets")
+CXX = Language(None, "*.cc", code_of_cxx, FLIPS, ["all"])
+PYTHON = Language(["import/kestol_import", "python/kestol"], "*.py", code_of_python,
+                  FLIPS + PYTHON_FLIPS, ["kestol", "kestol-check", "kestol-export", "kestol_python"])
+PAGE = Language(["programs/view/page/src"], "*.js", code_of_page, FLIPS + PAGE_FLIPS,
+                ["kestol-view", "kestol-check", "kestol-combine", "kestol-export", "kestol_view_tests"])
+
+
+def sites(source, language):
     """All places where a flip applies: (file, line index, start, end, replacement)."""
-    folders = PYTHON_FOLDERS if python else check_includes.folders(source)
-    flips = FLIPS + PYTHON_FLIPS if python else FLIPS
-    files = "*.py" if python else "*.cc"
-    for path in sorted({path for folder in folders for path in (source / folder).rglob(files)}):
-        for index, code in enumerate(code_of_python(path) if python else code_of_cxx(path)):
+    folders = language.folders or check_includes.folders(source)
+    for path in sorted({p for folder in folders for p in (source / folder).rglob(language.files)}):
+        for index, code in enumerate(language.code(path)):
             if SKIP.match(code):
                 continue
-            for pattern, replacement in flips:
+            for pattern, replacement in language.flips:
                 for match in pattern.finditer(code):
                     yield (str(path.relative_to(source)), index, match.start(), match.end(),
                            replacement)
@@ -248,13 +273,16 @@ def main():
     parser.add_argument("--again", type=pathlib.Path)
     parser.add_argument("--sanitize", action="store_true")
     parser.add_argument("--near", action="store_true")
-    parser.add_argument("--python", action="store_true")
+    languages = parser.add_mutually_exclusive_group()
+    for option, language in (("--python", PYTHON), ("--page", PAGE)):
+        languages.add_argument(option, dest="language", action="store_const", const=language,
+                               default=CXX)
     arguments = parser.parse_args()
     stop = time.monotonic() + 60 * arguments.minutes
     tally = {"noticed": 0, "SURVIVED": 0, "does not build": 0}
-    trees = [Tree(number, arguments.sanitize, arguments.near, arguments.python)
+    trees = [Tree(number, arguments.sanitize, arguments.near, arguments.language)
              for number in range(arguments.jobs)]
-    chosen = [s for s in sites(trees[0].source, arguments.python) if s[0].startswith(arguments.only)]
+    chosen = [s for s in sites(trees[0].source, arguments.language) if s[0].startswith(arguments.only)]
     if arguments.again:
         again = set(listed(arguments.again))
         chosen = [s for s in chosen if (*s[:3], s[4]) in again]

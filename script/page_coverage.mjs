@@ -1,7 +1,8 @@
 // Lines of kestol-view's script that no test ran: node page_coverage.mjs FOLDER
 //
-// FOLDER holds what the pages of tests/view left there (KESTOL_PAGE_COVERAGE), of a program whose
-// page was built readable (KESTOL_READABLE_PAGE). A line counts as run when anything on it ran.
+// FOLDER holds what the pages of tests/view left there (KESTOL_PAGE_COVERAGE) with a script that was
+// built readable (KESTOL_READABLE_PAGE, KESTOL_PAGE_SCRIPT). A line counts as run when anything on it
+// ran.
 
 import {readdirSync, readFileSync} from 'node:fs';
 import {join} from 'node:path';

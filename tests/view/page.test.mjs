@@ -123,6 +123,7 @@ test('without a way to draw there are the tables and a sentence', async () => {
     await page.getByRole('tab', {name: 'Reactions'}).click();
     assert.match(await page.locator('#sheet table').innerText(), /−5000/);
     assert.equal(await page.evaluate(() => window.kestol.result.nodes.length), 4);
+    await page.close();
   } finally {
     await plain.close();
   }

@@ -11,7 +11,7 @@ import {chromium} from 'playwright-core';
 
 const run = promisify(execFile);
 const {KESTOL_VIEW, KESTOL_CHECK, KESTOL_EXPORT, KESTOL_COMBINE, KESTOL_SOURCE, CHROMIUM,
-       KESTOL_PAGE_COVERAGE} = process.env;
+       KESTOL_PAGE_SCRIPT, KESTOL_PAGE_COVERAGE} = process.env;
 
 export const folder = mkdtempSync(join(tmpdir(), 'kestol-view-'));
 process.on('exit', () => rmSync(folder, {recursive: true, force: true}));
@@ -92,12 +92,20 @@ async function watch(page) {
   };
 }
 
+/** Puts another build of the page's script behind the data: a readable one, a mutant. */
+function exchangeScript(file) {
+  const [page, tail] = [file, KESTOL_PAGE_SCRIPT].map((name) => readFileSync(name, 'utf8'));
+  const script = (/** @type {string} */ text) => text.lastIndexOf('<script>');
+  writeFileSync(file, page.slice(0, script(page)) + tail.slice(script(tail)));
+}
+
 /**
  * Opens a page and waits for its picture. `noise` collects requests beside the file, errors of the
  * console and of scripts.
  */
 export async function open(browser, file, options = {}) {
   const page = await browser.newPage({viewport: {width: 1280, height: 800}, ...options});
+  if (KESTOL_PAGE_SCRIPT) exchangeScript(file);
   if (KESTOL_PAGE_COVERAGE) await watch(page);
   page.noise = [];
   page.on('request', (r) => {
@@ -107,7 +115,9 @@ export async function open(browser, file, options = {}) {
   page.on('console', (m) => { if (m.type() === 'error') page.noise.push(m.text()); });
   page.on('pageerror', (e) => page.noise.push(e.message));
   await page.goto(pathToFileURL(file).href);
-  await page.evaluate(() => window.kestol.ready);
+  await page.evaluate(() => Promise.race([window.kestol.ready, new Promise((_, fail) => {
+    setTimeout(() => fail(new Error('no picture in half a minute')), 30_000);
+  })]));
   return page;
 }
 

@@ -71,8 +71,19 @@ test('sheets of a sound model', async () => {
     '^Balance of loads and reactions\\n\\tFx\\tFy\\tMz\\nloads\\t0\\t−1000\\t−3000\\nreactions\\t0\\t1000\\t3000\\n\\s*' +
     'Loads are the forces on the nodes, reactions what the supports give to the structure; moments about the ' +
     'origin\\. Relative error \\S+\\.$'));
+  assert.match(await sheet(page, 'Model'), /\n1\tE = 2e11, /);
   assert.equal((await sheet(page, 'Deck')).trim(), readFileSync(example('01-cantilever.dat'), 'latin1').trim());
   await page.close();
+});
+
+test('numbers keep the zeros of their powers of ten', async () => {
+  const text = readFileSync(example('01-cantilever.dat'), 'latin1');
+  for (const [load, said] of [['12340000000', '1.234e10'], ['1.5e-10', '1.5e−10'], ['-2e20', '−2e20'], ['1050000', '1.05e6'],
+                              ['0.5', '0.5'], ['0.00123', '0.00123'], ['-105.5', '−105.5'], ['200', '200']]) {
+    const page = await opened(deckOf(text.replace('0 -1000 0', `0 ${load} 0`), 'power.dat'));
+    assert.match(await sheet(page, 'Balance'), new RegExp(`\nloads\t0\t${said.replace('.', '\\.')}\t`), load);
+    await page.close();
+  }
 });
 
 test('sheet and caption of a mechanism', async () => {
@@ -146,6 +157,7 @@ test('a sentence in place of the picture, and one without scripts', async () => 
   assert.equal(await page.locator('#no-drawing').innerText(),
                'This browser cannot draw in three dimensions (WebGL 2 is missing or switched off). ' +
                'The tables, findings and sums below are complete.');
+  await page.close();
   await plain.close();
   const silent = await (await browser.newContext({javaScriptEnabled: false})).newPage();
   await silent.goto(pathToFileURL(file).href);

@@ -16,7 +16,8 @@ const folder = process.argv[2] ?? join(here, 'dist');
 /** @param {'js' | 'css'} kind @param {string} entry */
 async function bundle(kind, entry) {
   const result = await build({
-    entryPoints: [join(here, 'src', entry)], bundle: true, minify: !process.env.KESTOL_READABLE_PAGE, write: false,
+    absWorkingDir: here, entryPoints: [join(here, 'src', entry)], bundle: true, write: false,
+    minify: !process.env.KESTOL_READABLE_PAGE,
     format: kind === 'js' ? 'iife' : undefined, target: ['chrome111', 'firefox113', 'safari16.4'],
     legalComments: 'inline', logLevel: 'warning',
   });

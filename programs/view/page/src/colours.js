@@ -46,9 +46,12 @@ export function paletteTexture(signed, low, high) {
   return texture;
 }
 
+/** Limits of a scale without bands are as round as with so many. */
+const FLOWING = 10;
+
 /**
  * Limits of a scale with round steps: those of the values, widened to whole steps.
- * @param {number} low @param {number} high @param {number} bands
+ * @param {number} low @param {number} high @param {number} bands none where colours flow
  */
 export function niceScale(low, high, bands) {
   if (!Number.isFinite(low) || !Number.isFinite(high)) return {low: 0, high: 1};
@@ -57,21 +60,21 @@ export function niceScale(low, high, bands) {
     const pad = roundUp(size || 1) * 0.5;
     return {low: low - pad, high: high + pad};
   }
-  const step = niceStep((high - low) / bands);
+  const step = niceStep((high - low) / (bands || FLOWING));
   return {low: Math.floor(low / step + 1e-9) * step, high: Math.ceil(high / step - 1e-9) * step};
 }
 
 /** @param {number} value */
 function niceStep(value) {
   const power = 10 ** Math.floor(Math.log10(value));
-  for (const m of [1, 1.2, 1.5, 2, 2.5, 3, 4, 5, 6, 8, 10])
-    if (m * power >= value * (1 - 1e-9)) return m * power;
-  return 10 * power;
+  const round = [1, 1.2, 1.5, 2, 2.5, 3, 4, 5, 6, 8].find((m) => m * power >= value * (1 - 1e-9));
+  return (round ?? 10) * power;
 }
 
 /** How many bands of a nice step lie between these limits. @param {number} low
  *  @param {number} high @param {number} wanted */
 export function bandCount(low, high, wanted) {
+  if (wanted === 0) return 0;
   const step = niceStep((high - low) / wanted), n = Math.round((high - low) / step);
   return Math.abs(n * step - (high - low)) < 1e-6 * (high - low) ? Math.max(2, n) : wanted;
 }

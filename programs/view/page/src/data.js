@@ -49,8 +49,6 @@ export function decodeBlock(bytes, head) {
       return new Float64Array(buffer, byteOffset, head.count);
     case 'f32':
       return new Float32Array(buffer, byteOffset, head.count);
-    case 'u32':
-      return new Uint32Array(buffer, byteOffset, head.count);
     case 'u16':
       return decodeSteps(new Uint16Array(buffer, byteOffset, head.count), head);
     default:

@@ -31,8 +31,7 @@ function rowsOf(state, found, hit) {
   const {model, result} = state, rows = [];
   const all = {...(found.kind === 'node' ? found.at : {}), ...found.values};
   for (const [name, value] of Object.entries(all)) {
-    if (model.plane && SPATIAL.has(name) && !(found.type && name === 'My')) continue;
-    if (model.plane && name === 'My') continue;
+    if (model.plane && SPATIAL.has(name)) continue;
     const by = result.kind === 'envelope' && name in found.values
       ? governing(state.results, result, (r) =>
         Number(valuesOf(model, r, hit).values[name])) : '';

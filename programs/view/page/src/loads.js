@@ -18,20 +18,17 @@ const MOST = 8000;
 const lengthFor = (value, largest) => SHORTEST + (LONGEST - SHORTEST) * (value / (largest || 1));
 
 /**
- * One force with its head at the place, or with its tail there (`pull`).
+ * One force with its head at the place.
  * @param {Overlay} o @param {Point} at @param {Vec3} force @param {number} size
- * @param {boolean} [pull] @returns {Point} the far end
+ * @returns {Point} the far end
  */
-function forceArrow(o, at, force, size, pull = false) {
+function forceArrow(o, at, force, size) {
   const d = o.to.direction(unit(force)), k = size / o.to.pixels();
-  /** @type {Point} */
-  const far = pull ? [at[0] + d[0] * k, at[1] + d[1] * k] : [at[0] - d[0] * k, at[1] - d[1] * k];
+  /** @type {Point} */ const far = [at[0] - d[0] * k, at[1] - d[1] * k];
   if (Math.hypot(far[0] - at[0], far[1] - at[1]) < 3) {
     o.ctx.beginPath();
     o.ctx.arc(at[0], at[1], 5, 0, 2 * Math.PI);  // towards the eye or away from it
     o.ctx.stroke();
-  } else if (pull) {
-    arrow(o.ctx, at, far);
   } else {
     arrow(o.ctx, far, at);
   }

@@ -13,7 +13,8 @@ export function format(value, digits = 4) {
   if (size >= 10 ** (digits - 1) && size < 1e6) return String(Math.round(value)).replace('-', '−');
   let text = size >= 1e6 || size < 1e-4 ? value.toExponential(digits - 1)
                                        : value.toPrecision(digits);
-  if (text.includes('.')) text = text.replace(/\.?0+($|e)/, '$1');
+  // The zeros of 1.50e−10 behind its 5, not that of the power.
+  if (text.includes('.')) text = text.replace(/(?:\.|(\.\d*?[1-9]))0+(?=e|$)/, '$1');
   return text.replace('e+', 'e').replace('-', '−').replace('e-', 'e−');
 }
 
@@ -45,6 +46,5 @@ export function unitsOf(head) {
 export function roundUp(value) {
   if (!(value > 0) || !Number.isFinite(value)) return 1;
   const power = 10 ** Math.floor(Math.log10(value));
-  for (const m of [1, 2, 5, 10]) if (m * power >= value * (1 - 1e-12)) return m * power;
-  return 10 * power;
+  return ([1, 2, 5].find((m) => m * power >= value * (1 - 1e-12)) ?? 10) * power;
 }

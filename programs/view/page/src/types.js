@@ -5,10 +5,10 @@
 /** @typedef {Uint32Array} Indices */
 
 /**
- * A block of numbers in an inert script element. `f64`, `f32` and `u32` hold the numbers as they
+ * A block of numbers in an inert script element. `f64` and `f32` hold the numbers as they
  * are; `u16` holds steps between the limits of each component; `delta` holds differences of whole
  * numbers, seven bits a byte.
- * @typedef {{type: 'f64'|'f32'|'u32'|'u16'|'delta', count: number, low?: number[],
+ * @typedef {{type: 'f64'|'f32'|'u16'|'delta', count: number, low?: number[],
  *            step?: number[]}} BlockHead
  */
 
