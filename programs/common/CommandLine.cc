@@ -13,7 +13,7 @@ namespace kestol {
 
 namespace {
 
-std::string FirstLine(std::string text) {
+std::string FirstLine(const std::string& text) {
   return text.substr(0, text.find('\n'));
 }
 

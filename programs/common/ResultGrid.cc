@@ -51,6 +51,22 @@ void ResultGrid::TakeCells() {
     throw ProgramError("the model is too large for one VTU file");
 }
 
+/// The points of every cell: the stations of a beam lie behind all nodes.
+void ResultGrid::PutConnectivity(VtuValues& out) const {
+  auto station = static_cast<std::int32_t>(NodeCount());
+  ForEachElement([&](const Mesh& mesh, const Elem& elem) {
+    if (mesh.elemType == Linear) {
+      for (int s = 0; s < data_.beams.stations; ++s) out.Add(station++);
+      return;
+    }
+    std::array<std::int32_t, 10> places;
+    for (int i = 0; i < mesh.nnode; ++i)
+      places[static_cast<std::size_t>(i)] =
+          data_.placeOfIndex[static_cast<std::size_t>(elem.nodes[i]->number)];
+    out.Add(std::span<const std::int32_t>(places.data(), static_cast<std::size_t>(mesh.nnode)));
+  });
+}
+
 void ResultGrid::AddGeometry() {
   grid_.points = {"Points", VtuType::Float64, 3, PointCount(), [this](VtuValues& out) {
                     for (const Node* node : data_.nodes) out.Add(PositionOf(*node));
@@ -58,22 +74,8 @@ void ResultGrid::AddGeometry() {
                       for (int s = 0; s < data_.beams.stations; ++s)
                         out.Add(data_.beams.PositionOf(b, s));
                   }};
-  grid_.connectivity = {
-      "connectivity", VtuType::Int32, 1, corners_, [this](VtuValues& out) {
-        auto station = static_cast<std::int32_t>(NodeCount());
-        ForEachElement([&](const Mesh& mesh, const Elem& elem) {
-          if (mesh.elemType == Linear) {
-            for (int s = 0; s < data_.beams.stations; ++s) out.Add(station++);
-            return;
-          }
-          std::array<std::int32_t, 10> places;
-          for (int i = 0; i < mesh.nnode; ++i)
-            places[static_cast<std::size_t>(i)] =
-                data_.placeOfIndex[static_cast<std::size_t>(elem.nodes[i]->number)];
-          out.Add(
-              std::span<const std::int32_t>(places.data(), static_cast<std::size_t>(mesh.nnode)));
-        });
-      }};
+  grid_.connectivity = {"connectivity", VtuType::Int32, 1, corners_,
+                        [this](VtuValues& out) { PutConnectivity(out); }};
   grid_.offsets = {"offsets", VtuType::Int32, 1, cells_, [this](VtuValues& out) {
                      std::int32_t end = 0;
                      for (std::size_t m = 0; m < elems_.size(); ++m)

@@ -37,6 +37,7 @@ private:
   void TakeCells();
   void TakeShells();
   void TakeMainStresses();
+  void PutConnectivity(VtuValues& out) const;
   void AddGeometry();
   void AddNodeData();
   void AddBeamPointData();

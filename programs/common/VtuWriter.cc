@@ -107,6 +107,7 @@ void Mention(OutputBuffer& output, std::string_view section,
 
 std::vector<const VtuArray*> PointersTo(const std::vector<VtuArray>& arrays) {
   std::vector<const VtuArray*> pointers;
+  pointers.reserve(arrays.size());
   for (const VtuArray& array : arrays) pointers.push_back(&array);
   return pointers;
 }
