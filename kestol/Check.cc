@@ -216,4 +216,10 @@ std::vector<FindingKind> FindingKinds() {
   return kinds;
 }
 
+bool IsFindingCode(const std::string& code) {
+  const std::vector<FindingKind> kinds = FindingKinds();
+  return std::any_of(kinds.begin(), kinds.end(),
+                     [&](const FindingKind& kind) { return kind.code == code; });
+}
+
 }  // namespace kestol

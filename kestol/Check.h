@@ -48,4 +48,7 @@ struct FindingKind {
 /// All kinds, in the order in which they are looked for.
 std::vector<FindingKind> FindingKinds();
 
+/// Whether one of them has this code.
+bool IsFindingCode(const std::string& code);
+
 }  // namespace kestol

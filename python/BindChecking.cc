@@ -38,6 +38,9 @@ py::list ListOf(const Findings& findings, const std::string& file) {
 
 CheckOptions Asked(bool solve, bool condition, int mechanisms,
                    const std::vector<std::string>& disabled) {
+  for (const std::string& code : disabled)
+    if (!IsFindingCode(code)) throw py::value_error("unknown code " + code);
+  if (mechanisms < 0) throw py::value_error("the count of mechanisms is negative");
   CheckOptions options;
   options.solve = solve;
   options.condition = condition;

@@ -1,6 +1,5 @@
 #include "programs/check/Options.h"
 
-#include <algorithm>
 #include <map>
 
 #include "programs/common/CommandLine.h"
@@ -9,16 +8,10 @@ namespace kestol {
 
 namespace {
 
-bool IsCode(const std::string& code) {
-  const std::vector<FindingKind> kinds = FindingKinds();
-  return std::any_of(kinds.begin(), kinds.end(),
-                     [&](const FindingKind& kind) { return kind.code == code; });
-}
-
 void CheckCodes(const CommandLine& line, const CheckRequest& request) {
   for (const std::string& code : request.check.disabled)
-    if (!IsCode(code)) line.Refuse("--disable: unknown code " + code);
-  if (!request.explain.empty() && !IsCode(request.explain))
+    if (!IsFindingCode(code)) line.Refuse("--disable: unknown code " + code);
+  if (!request.explain.empty() && !IsFindingCode(request.explain))
     line.Refuse("--explain: unknown code " + request.explain);
 }
 

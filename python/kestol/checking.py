@@ -60,6 +60,7 @@ def check(model: Model | Path, *, solve: bool = True, condition: bool = True, me
 
     Raises:
         kestol.Error: ``file``, when the deck cannot be read.
+        ValueError: a code that there is not, or a negative count.
 
     >>> import kestol
     >>> model = kestol.Model(dimension=2, name="beam")

@@ -205,6 +205,9 @@ def test_of_several_at_once_those_before_the_refused_one_are_added():
     ("a beam has at least 2 stations", lambda: kestol.solve(portal(), stations=1)),
     ("a beam has at least 2 stations", lambda: kestol.solve(portal(), stations=0)),
     ("a beam has at least 2 stations", lambda: kestol.solve(portal(), stations=-1)),
+    ("unknown code fast", lambda: kestol.check(portal(), disable=["orphan-node", "fast"])),
+    ("unknown code o", lambda: kestol.check(portal(), disable="orphan-node")),
+    ("the count of mechanisms is negative", lambda: kestol.check(portal(), mechanisms=-1)),
     ("max_workers must be greater than 0",
      lambda: kestol.solve_many([portal()], float, processes=0)),
     ('there is no table "beam"; tables are nodes, beams, stations, shells, solids, reactions, '
