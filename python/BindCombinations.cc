@@ -30,7 +30,7 @@ std::shared_ptr<Combined> SolveCases(ModelBuilder& builder,
                                      const std::vector<std::vector<double>>& factors,
                                      const std::string& solver) {
   const SolveOptions options = OptionsFor(solver, true);
-  const auto combined = Guard("model", [&] {
+  auto combined = Guard("model", [&] {
     builder.Check();
     std::vector<CaseSource> sources;
     for (const auto& [name, path] : cases) {

@@ -10,9 +10,11 @@ namespace {
 
 std::vector<CaseLoads> ReadCases(Project& project, const std::vector<CaseSource>& sources) {
   std::vector<CaseLoads> cases;
+  cases.reserve(sources.size());
   CaseLoads ofModel = TakeLoads(project);
   for (const CaseSource& source : sources)
-    cases.push_back(source.path.empty() ? std::move(ofModel) : ReadCase(project, source.path));
+    cases.push_back(source.path.empty() ? std::exchange(ofModel, {})
+                                        : ReadCase(project, source.path));
   return cases;
 }
 

@@ -41,6 +41,7 @@ void WriteCombinations(JsonWriter& json, const PageContents& contents) {
 std::vector<const PageBlock*> BlocksOf(const PageContents& contents,
                                        const std::vector<PageBlock>& ofModel) {
   std::vector<const PageBlock*> blocks;
+  blocks.reserve(ofModel.size());
   for (const PageBlock& block : ofModel) blocks.push_back(&block);
   for (const PageCase& one : contents.cases)
     for (const PageBlock& block : one.blocks) blocks.push_back(&block);

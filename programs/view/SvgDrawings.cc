@@ -95,23 +95,27 @@ void DrawOutline(SvgCanvas& canvas, const SvgView& view, const PageModel& model)
       canvas.Line(view.At(places[ends.first]), view.At(places[ends.second]), "ghost");
 }
 
+/// A grey with a little blue, the lighter the more the face looks to the light.
+std::string ShadeOf(const FlatFace& face) {
+  const int grey = static_cast<int>(std::lround(190.0 + 50.0 * face.light));
+  const std::string shade = std::to_string(grey);
+  return "rgb(" + shade + "," + shade + "," + std::to_string(grey + 6) + ")";
+}
+
 /// Shells and the outer faces of solids, the far ones first.
 void DrawFaces(SvgCanvas& canvas, const SvgView& view, const PageModel& model,
                const Motion& motion) {
   std::vector<FlatFace> faces;
   ForEachFace(model, [&](const std::array<const Node*, 3>& nodes) {
     std::vector<Vector3> corners;
+    corners.reserve(nodes.size());
     for (const Node* node : nodes) corners.push_back(motion.PlaceOf(*node));
     AddFace(view, corners, faces);
   });
   std::stable_sort(faces.begin(), faces.end(),
                    [](const FlatFace& a, const FlatFace& b) { return a.depth < b.depth; });
-  for (const FlatFace& face : faces) {
-    const int grey = static_cast<int>(std::lround(190.0 + 50.0 * face.light));
-    const std::string shade = std::to_string(grey);
-    canvas.Path(face.corners, true,
-                "face\" fill=\"rgb(" + shade + "," + shade + "," + std::to_string(grey + 6) + ")");
-  }
+  for (const FlatFace& face : faces)
+    canvas.Path(face.corners, true, "face\" fill=\"" + ShadeOf(face));
 }
 
 double LargestMotion(const PageModel& model, const Results& results,
@@ -178,6 +182,7 @@ std::string DeformedDrawing(const PageModel& model, const Results& results) {
   DrawBeams(canvas, view, model, "ghost");
   for (int b = 0; beams && b < beams->Count(); ++b) {
     std::vector<SvgPoint> line;
+    line.reserve(beams->stations);
     for (int s = 0; s < beams->stations; ++s)
       line.push_back(view.At(
           Plus(beams->PositionOf(b, s), Times(beams->displacements[beams->Place(b, s)], factor))));
