@@ -1,5 +1,7 @@
 #include "results/BeamResults.h"
 
+#include <cstddef>
+
 #include "model/Node.h"
 #include "results/BeamStations.h"
 
@@ -7,18 +9,17 @@ namespace kestol {
 
 namespace {
 
-/// Calls action(beam, elem, stored) for every beam, with its axes taken; `stored` is null without
-/// results.
+/// Calls action(beam, elem, m, row) for every beam, with its axes taken: the beam of place `row`,
+/// from 0, in mesh m.
 template <class Action>
-void ForEachBeam(const Project& project, const Results* results, Action action) {
+void ForEachBeam(const Project& project, Action action) {
   BeamElement beam(project);
   for (std::size_t m = 0; m < project.meshes.size(); ++m) {
     if (project.meshes[m]->elemType != Linear) continue;
-    const double* stored = results != nullptr ? results->meshes[m].local.begin() : nullptr;
+    std::ptrdiff_t row = 0;
     for (const auto [number, elem] : project.meshes[m]->elems) {
       beam.SetAxes(*elem);
-      action(beam, *elem, stored);
-      if (stored != nullptr) stored += 2 * project.dofsPerNode;
+      action(beam, *elem, m, row++);
     }
   }
 }
@@ -121,19 +122,21 @@ BeamTable TableOfBeams(const Project& project, const Results& results, int stati
   BeamTable table;
   table.stations = stations;
   Reserve(table, CountBeams(project));
-  ForEachBeam(project, &results, [&](BeamElement& beam, const Elem& elem, const double* stored) {
+  const auto add = [&](BeamElement& beam, const Elem& elem, std::size_t m, std::ptrdiff_t row) {
+    const double* const stored = results.meshes[m].local.begin() + row * 2 * project.dofsPerNode;
     AddGeometry(beam, elem, table);
     beam.SetLoads();
     AddStations(beam, results, stored, table);
     table.ends.push_back(EndForcesOf(beam, stored));
-  });
+  };
+  ForEachBeam(project, add);
   return table;
 }
 
 BeamTable GeometryOfBeams(const Project& project) {
   BeamTable table;
   table.stations = 2;
-  ForEachBeam(project, nullptr, [&](BeamElement& beam, const Elem& elem, const double*) {
+  ForEachBeam(project, [&](const BeamElement& beam, const Elem& elem, std::size_t, std::ptrdiff_t) {
     AddGeometry(beam, elem, table);
   });
   return table;

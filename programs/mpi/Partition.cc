@@ -52,7 +52,7 @@ std::vector<int> PartsByScotch(const Project& project, const Team& team) {
   Check(MatPartitioningApply(partitioning, mine.Place()));
   const PetscInt* parts = nullptr;
   Check(ISGetIndices(mine, &parts));
-  const std::vector<int> all = team.GatherAll(std::span<const int>(parts, rows.size()));
+  std::vector<int> all = team.GatherAll(std::span<const int>(parts, rows.size()));
   Check(ISRestoreIndices(mine, &parts));
   return all;
 }

@@ -59,15 +59,16 @@ Extent ExtentOf(const Project& project) {
 /// Rows into the axes of the support: R^T times every triple of them.
 void TurnToSupport(const FixedMatrix<3, 3>& axes, int dofs, int motions, NodeMotion& motion) {
   const NodeMotion global = motion;
-  for (int d = 0; d < dofs; ++d)
-    for (int m = 0; m < motions; ++m) {
-      const int triple = d / 3 * 3;
+  for (std::size_t d = 0; d < static_cast<std::size_t>(dofs); ++d) {
+    const std::size_t triple = d / 3 * 3;
+    const int column = static_cast<int>(d - triple) + 1;
+    for (std::size_t m = 0; m < static_cast<std::size_t>(motions); ++m) {
       double sum = 0.0;
-      for (int k = 0; k < 3; ++k)
-        sum += axes(k + 1, d - triple + 1) *
-               global[static_cast<std::size_t>(triple + k)][static_cast<std::size_t>(m)];
-      motion[static_cast<std::size_t>(d)][static_cast<std::size_t>(m)] = sum;
+      for (std::size_t k = 0; k < 3; ++k)
+        sum += axes(static_cast<int>(k) + 1, column) * global[triple + k][m];
+      motion[d][m] = sum;
     }
+  }
 }
 
 NodeMotion MotionOf(const Project& project, const Node& node, const Extent& extent, int motions) {
@@ -140,6 +141,7 @@ void AttachRigidMotions(const Project& project, const Partition& partition, Mat 
   }
   if (basis.empty()) return;
   std::vector<Vec> vectors;
+  vectors.reserve(basis.size());
   for (const PetscVector& vector : basis) vectors.push_back(vector);
   PetscNullSpace space;
   Check(MatNullSpaceCreate(PETSC_COMM_WORLD, PETSC_FALSE, static_cast<PetscInt>(vectors.size()),
