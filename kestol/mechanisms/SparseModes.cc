@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <numeric>
+#include <span>
 #include <utility>
 
 #include "kestol/mechanisms/VectorSpace.h"
@@ -66,24 +67,45 @@ std::vector<ReaVecT> Beside(const std::vector<ReaVecT>& modes, const std::vector
   return {basis.begin() + static_cast<std::ptrdiff_t>(rigidCount), basis.end()};
 }
 
-/// Elimination with complete pivoting: each vector gets an entry 1 where the others have 0.
+/// The degree of freedom that the unit vectors of a space move most, of equal ones the first: it
+/// depends on the space alone, not on the orthonormal vectors that span it.
+int PivotOf(std::span<const ReaVecT> space) {
+  constexpr double kEqual = 1e-6;
+  std::vector<double> squares(static_cast<std::size_t>(space.front().n));
+  for (const ReaVecT& x : space)
+    std::transform(x.begin(), x.end(), squares.begin(), squares.begin(),
+                   [](double entry, double sum) { return sum + entry * entry; });
+  const double least = (1.0 - kEqual) * *std::max_element(squares.begin(), squares.end());
+  const auto first =
+      std::find_if(squares.begin(), squares.end(), [&](double square) { return square >= least; });
+  return static_cast<int>(first - squares.begin()) + 1;
+}
+
+/// Householder's reflection of the vectors after which only the first has an entry in `row`.
+void Gather(std::span<ReaVecT> space, int row) {
+  std::vector<double> w;
+  for (const ReaVecT& x : space) w.push_back(x(row));
+  const double length = std::sqrt(std::inner_product(w.begin(), w.end(), w.begin(), 0.0));
+  w.front() += w.front() < 0.0 ? -length : length;
+  const double square = std::inner_product(w.begin(), w.end(), w.begin(), 0.0);
+  ReaVecT sum(space.front().n);
+  sum.Fill(0.0);
+  for (std::size_t m = 0; m < w.size(); ++m) AddTo(sum, w[m], space[m]);
+  for (std::size_t m = 0; m < w.size(); ++m) AddTo(space[m], -2.0 * w[m] / square, sum);
+}
+
+/// Elimination with pivots of the space, so that the digits that a machine rounds otherwise do not
+/// choose them: each of the orthonormal vectors gets an entry 1 where the others have 0.
 void Eliminate(std::vector<ReaVecT>& modes) {
+  std::vector<int> pivots;
   for (std::size_t step = 0; step < modes.size(); ++step) {
-    std::size_t best = step;
-    int row = 1;
-    double largest = 0.0;
-    for (std::size_t m = step; m < modes.size(); ++m)
-      for (int i = 1; i <= modes[m].n; ++i)
-        if (std::abs(modes[m](i)) > largest) {
-          largest = std::abs(modes[m](i));
-          best = m;
-          row = i;
-        }
-    if (!(largest > 0.0)) return;
-    std::swap(modes[step], modes[best]);
-    Multiply(modes[step], 1.0 / modes[step](row));
-    for (std::size_t m = 0; m < modes.size(); ++m)
-      if (m != step) AddTo(modes[m], -modes[m](row), modes[step]);
+    const std::span<ReaVecT> rest = std::span(modes).subspan(step);
+    pivots.push_back(PivotOf(rest));
+    Gather(rest, pivots.back());
+  }
+  for (std::size_t k = modes.size(); k-- > 0;) {
+    Multiply(modes[k], 1.0 / modes[k](pivots[k]));
+    for (std::size_t m = 0; m < k; ++m) AddTo(modes[m], -modes[m](pivots[k]), modes[k]);
   }
 }
 
