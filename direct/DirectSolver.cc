@@ -44,8 +44,8 @@ constexpr double kNullPivot = 1e-14;
 /// process instead of saying so.
 constexpr std::size_t kRoomOfItsOwn = std::size_t{8} << 20;
 
-/// Right-hand sides that pass the factor together: with twice as many little more is won, and each
-/// takes its length twice.
+/// Right-hand sides that pass the factor together, which is read once for them; they are held twice
+/// meanwhile.
 constexpr std::size_t kAtATime = 16;
 
 /// Codes in INFOG(1) for exhausted memory, and for less room than ICNTL(14) should have asked for.

@@ -135,7 +135,7 @@ void OutputFile::Close() {
 
 void OutputFile::Commit() {
   Close();
-  if (!untilRenamed_) return;
+  if (!untilRenamed_ || isNamed_) return;
   isSwapped_ = Swap();
   if (!isSwapped_) {
     if (std::rename(temporary_.c_str(), target_.c_str()) != 0) Fail("failed writing to ");

@@ -192,6 +192,8 @@ TEST_F(OutputFileTest, WhatWasReplacedGoesWithTheRun) {
     files.Open(Path("a.txt")) << "new";
     files.Commit();
     EXPECT_EQ(Get("a.txt"), "new");
+    files.Commit();  // once is enough
+    EXPECT_EQ(Get("a.txt"), "new");
   }
   EXPECT_EQ(Get("a.txt"), "new");
   EXPECT_EQ(Files(), 2u);
