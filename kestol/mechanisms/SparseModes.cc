@@ -37,7 +37,7 @@ bool Extend(std::vector<ReaVecT>& basis, ReaVecT x) {
   Multiply(x, 1.0 / before);
   TakeOutTwice(x, basis);
   const double after = LengthOf(x);
-  if (after < kOutside) return false;
+  if (!(after >= kOutside)) return false;
   Multiply(x, 1.0 / after);
   basis.push_back(std::move(x));
   return true;
@@ -56,7 +56,7 @@ std::vector<ReaVecT> Beside(const std::vector<ReaVecT>& modes, const std::vector
     const auto largest = std::max_element(
         left.begin(), left.end(), [](auto& a, auto& b) { return DotOf(a, a) < DotOf(b, b); });
     const double length = LengthOf(*largest);
-    if (length < kOutside) break;
+    if (!(length >= kOutside)) break;
     ReaVecT x = *largest;
     Multiply(x, 1.0 / length);
     TakeOutTwice(x, basis);
