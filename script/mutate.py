@@ -6,13 +6,14 @@
     script/mutate.py --again SURVIVORS [--sanitize]
 
 Works on copies of the committed tree in build/mutation; the working tree is not touched. Each mutant
-is built and the tests are run until the first failure: those of its folder, the test programs, each
-as one process, and behind them what only ctest runs. With --near the last are left out: more mutants
-in the same time, and some survive that a test elsewhere would notice. Survivors are listed with
-their line; a survivor either gets a test, or shows that the line does not matter. --again tries those
-of an earlier list once more, after tests were added; --sanitize builds with the sanitizers, which see
-what is only undefined; --python takes the Python sources in place of the C++ ones, --page those of
-kestol-view's page: they build what their tests run, and try each mutant on the tests of its own folder.
+is built and the tests are run until the first failure: the test programs, each as one process and in
+seconds, those of its folder that ctest runs, and behind them the others of ctest. With --near the last
+are left out: more mutants in the same time, and some survive that a test elsewhere would notice.
+Survivors are listed with their line; a survivor either gets a test, or shows that the line does not
+matter. --again tries those of an earlier list once more, after tests were added; --sanitize builds
+with the sanitizers, which see what is only undefined; --python takes the Python sources in place of
+the C++ ones, --page those of kestol-view's page: they build what their tests run, and try each mutant
+on the tests of its own folder.
 """
 import argparse
 import collections
@@ -164,13 +165,13 @@ class Tree:
     def tests_notice(self, name):
         near = next(tests for prefix, tests in NEAR if name.startswith(prefix))
         ctest = ["ctest", "--stop-on-failure", "--timeout", "120"]
-        if not self.run([*ctest, "-R", near], 600):
-            return True
         if self.language is not CXX:
-            return False  # no other test runs them
+            return not self.run([*ctest, "-R", near], 600)  # no other test runs them
         for program in self.programs:
             if not self.run([str(program), "--gtest_fail_fast"], 60):
                 return True
+        if not self.run([*ctest, "-R", near], 600):
+            return True
         return not self.near_only and not self.run([*ctest, "-E", rf"_tests\.|{near}"], 900)
 
     def try_mutant(self, site):
