@@ -115,7 +115,7 @@ double SizeOf(const Parts& parts, const std::vector<int>& nodes, const Vector3& 
 class Mover {
 public:
   Mover(const Project& project, const Parts& parts, const ReaVecT& z)
-      : project_(project), parts_(parts), z_(z), size_(0.0) {
+      : project_(project), parts_(parts), z_(z) {
     double largest = 0.0;
     for (int index = 1; index <= parts.NodeCount(); ++index) {
       largest = std::max(
@@ -124,9 +124,6 @@ public:
     noise_ = kSmall * largest;
     for (int index = 1; index <= parts.NodeCount(); ++index)
       if (Moves(index)) moving_.push_back(index);
-    for (const int index : moving_)
-      size_ = std::max(size_, Norm(Minus(PositionOf(parts.NodeAt(index)),
-                                         PositionOf(parts.NodeAt(moving_[0])))));
   }
 
   const std::vector<int>& Moving() const { return moving_; }
@@ -145,9 +142,9 @@ public:
     return numbers;
   }
 
-  /// Beams whose chord turns although no end says so.
-  std::vector<int> TurningBeams(Vector3& axis) const {
-    std::vector<int> beams;
+  /// Beams whose chord turns although no end says so, by the axis.
+  std::map<std::string, std::vector<int>> TurningBeams() const {
+    std::map<std::string, std::vector<int>> beams;
     for (const auto& mesh : project_.meshes) {
       if (mesh->elemType != Linear) continue;
       for (const auto [number, elem] : mesh->elems) {
@@ -155,9 +152,8 @@ public:
         const Vector3 d = Minus(PositionOf(*elem->nodes[1]), PositionOf(*elem->nodes[0]));
         const Vector3 du = Minus(TranslationOf(project_, z_, b), TranslationOf(project_, z_, a));
         if (Norm(du) <= noise_ || MoveTogether(project_, parts_, z_, a, b, noise_)) continue;
-        const Vector3 turn = Times(Cross(d, du), 1.0 / Dot(d, d));
-        if (beams.empty()) axis = turn;
-        beams.push_back(number);
+        const Vector3 turn = Cross(d, du);
+        if (Norm(turn) > noise_ * Norm(d)) beams[Direction(project_, turn)].push_back(number);
       }
     }
     return beams;
@@ -167,7 +163,7 @@ private:
   const Project& project_;
   const Parts& parts_;
   const ReaVecT& z_;
-  double noise_ = 0.0, size_;
+  double noise_ = 0.0;
   std::vector<int> moving_;
 };
 
@@ -180,7 +176,7 @@ std::string BodyText(const Project& project, const Parts& parts, const Mover& mo
   const std::vector<int> numbers = mover.Numbers(body.moving);
   const std::string who = NodesText(numbers) + " ";
   const bool isPlural = numbers.size() != 1;
-  if (nodes.size() == 1) {
+  if (body.moving.size() == 1 && (body.still.empty() || misfit > kSmall)) {
     const int index = nodes[0];
     std::string text = who;
     if (mover.Slides(index))
@@ -269,12 +265,9 @@ void DescribeMode(const Project& project, const Parts& parts, const ReaVecT& z,
         MotionText(project, *rigid, numbers.size() != 1, SizeOf(parts, nodes, rigid->center))};
   } else {
     mode.text = BodyLines(project, parts, mover, z);
-    Vector3 axis{};
-    const std::vector<int> beams = mover.TurningBeams(axis);
-    if (!beams.empty() && Norm(axis) > 0.0)
+    for (const auto& [axis, beams] : mover.TurningBeams())
       mode.text.push_back(Plural("element", beams.size()) + RangesText(beams) +
-                          (beams.size() == 1 ? " turns" : " turn") + " about " +
-                          Direction(project, axis));
+                          (beams.size() == 1 ? " turns" : " turn") + " about " + axis);
   }
   if (mode.text.size() > kMostLines) {
     mode.text.resize(kMostLines - 1);

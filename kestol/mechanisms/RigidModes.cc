@@ -231,6 +231,34 @@ Vector3 SolveSymmetric(FixedMatrix<3, 3> M, Vector3 b) {
   return x;
 }
 
+/// The direction of the line on which all nodes lie; 0 where they lie on none.
+Vector3 LineThrough(const Parts& parts, const std::vector<int>& nodes, const PartFrame& frame) {
+  constexpr double kStraight = 1e-9;
+  Vector3 longest{};
+  for (const int index : nodes) {
+    const Vector3 arm = Minus(PositionOf(parts.NodeAt(index)), frame.center);
+    if (Norm(arm) > Norm(longest)) longest = arm;
+  }
+  if (Norm(longest) == 0.0) return {};
+  const Vector3 line = Unit(longest);
+  for (const int index : nodes) {
+    const Vector3 arm = Minus(PositionOf(parts.NodeAt(index)), frame.center);
+    if (Norm(Cross(line, arm)) > kStraight * frame.size) return {};
+  }
+  return line;
+}
+
+/// What the rotations of the nodes themselves say about a turn about `axis`.
+double SpinOf(const Project& project, const Parts& parts, const std::vector<int>& nodes,
+              const ReaVecT& z, const Vector3& axis) {
+  double spin = 0.0;
+  for (const int index : nodes) {
+    const double own = Dot(parts.Felt(index, RotationOf(project, z, index)), axis);
+    if (std::abs(own) > std::abs(spin)) spin = own;
+  }
+  return spin;
+}
+
 }  // namespace
 
 RigidMotion FitRigidMotion(const Project& project, const Parts& parts,
@@ -251,9 +279,11 @@ RigidMotion FitRigidMotion(const Project& project, const Parts& parts,
         inertia(i + 1, j + 1) += (i == j ? Dot(arm, arm) : 0.0) - arm[i] * arm[j];
   }
   motion.rotation = SolveSymmetric(inertia, moment);
-  if (HasRotations(project) && nodes.size() < 3) {
-    // Two nodes cannot tell a rotation about their line: their own rotation can.
-    motion.rotation = RotationOf(project, z, nodes[0]);
+  if (HasRotations(project)) {
+    // The places of nodes on a line do not tell a turn about it.
+    const Vector3 line = LineThrough(parts, nodes, frame);
+    const double spin = SpinOf(project, parts, nodes, z, line) - Dot(motion.rotation, line);
+    motion.rotation = Plus(motion.rotation, Times(line, spin));
   }
   double largest = 0.0, worst = 0.0;
   for (const int index : nodes) {
@@ -262,7 +292,8 @@ RigidMotion FitRigidMotion(const Project& project, const Parts& parts,
     largest = std::max({largest, Norm(u), Norm(motion.rotation) * frame.size});
     worst = std::max(worst, Norm(Minus(u, fitted)));
     if (!HasRotations(project)) continue;
-    const Vector3 rest = Minus(RotationOf(project, z, index), motion.rotation);
+    const Vector3 own = RotationOf(project, z, index), rest = Minus(own, motion.rotation);
+    largest = std::max(largest, Norm(parts.Felt(index, own)) * frame.size);
     worst = std::max(worst, Norm(parts.Felt(index, rest)) * frame.size);
   }
   misfit = largest > 0.0 ? worst / largest : 0.0;

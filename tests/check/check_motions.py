@@ -18,6 +18,28 @@ EDGE = supported(BLOCK, ["1  111  0 0 0", "2  111  0 0 0", "3  111  0 0 0"]) \
     .replace("    5  1 1 1\n", "    5  0.5 -1 0\n    6  0.5 -1 1\n").replace("2 5 3 4  1", "1 2 6 5  1")
 ZEROS = "0 0 0 0 0 0"
 
+
+def space_frame(places, beams, supports, hinges):
+    """A deck of beams of one section."""
+    def rows(records):
+        return "".join(f"  {number + 1}  {record}\n" for number, record in enumerate(records))
+    return ("PROBLEM frame\nTYPE 3d\nmesh\ndimension = 3  elemtype Linear  nnode = 2\ncoordinates\n"
+            + rows(places) + "end coordinates\nelements\n" + rows(f"{beam}  1" for beam in beams)
+            + "end elements\nmaterials\n  1  E=2.1e11 G=8e10 A=0.01 Iy=1e-4 Iz=1e-4 J=2e-4\n"
+            + "end materials\nconstraints\n"
+            + "".join(f"  {support}  {ZEROS}\n" for support in supports)
+            + "end constraints\nrotules\n" + "".join(f"  {hinge}\n" for hinge in hinges)
+            + "end rotules\nnodal_point_loads\n  2  0 0 -1000 0 0 0\nend nodal_point_loads\n")
+
+
+# A straight bar between two hinges, which spins: none of its nodes changes its place.
+SPINDLE = space_frame(["0 0 0", "3 0 0", "6 0 0", "0 2 0", "6 2 0"], ["1 2", "2 3", "4 1", "5 3"],
+                      ["4  111111", "5  111111"], [1, 3])
+# What leans at right angles to the girder, and a beam whose nodes say nothing of its own turning.
+LEANING = space_frame(["0 0 0", "0 0 3", "4 0 0", "4 0 3", "8 0 0", "8 0 3"],
+                      ["2 4", "3 4", "6 5", "4 6", "1 2"],
+                      ["1  111000", "3  111001", "5  111111"], [2, 4, 6])
+
 # (deck, its code, the words of its modes)
 MOTIONS = [
     (supported(BLOCK, ["1  111  0 0 0", "2  111  0 0 0"]), "rigid-motion",
@@ -29,6 +51,9 @@ MOTIONS = [
     (supported(BLOCK, ["1  110  0 0 0", "2  010  0 0 0", "3  100  0 0 0", "5  010  0 0 0"]),
      "rigid-motion", [["nodes 1-5 slide along z"],
                       ["nodes 1-5 turn about the line through (0.4, 0.4, 0) along y"]]),
+    (SPINDLE, "mechanism", [["nodes 1-3 turn about the line through (3, 0, 0) along x"]]),
+    (LEANING, "mechanism", [["nodes 2 and 4 slide along y", "nodes 1 and 3 turn about x",
+                             "elements 2 and 5 turn about x", "element 4 turns about z"]]),
     (EDGE, "mechanism", [["nodes 5 and 6 turn about the line through (0.5, 0, 0) along x"]]),
     # No element feels the rotation about the normal of a plate: one clamped node does not hold it.
     (supported(PLATE, [f"1  111111  {ZEROS}"]), "rigid-motion",

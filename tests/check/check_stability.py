@@ -31,6 +31,7 @@ def check_unstable(score, seed, frame, document, Z):
         score.expect(outside < 1e-6, seed, "mode", j + 1, "lies outside by", outside)
         score.expect(abs(abs(columns[:, j]).max() - 1) < 1e-9, seed, "mode", j + 1, "scale")
         score.expect(mode["text"] and all(mode["text"]), seed, "mode", j + 1, "has no words")
+        score.expect("nan" not in str(mode["text"]), seed, mode["text"])
     score.expect(np.linalg.matrix_rank(columns, tol=1e-8) == len(modes), seed, "modes depend")
     errors = [f for f in document["findings"] if f["severity"] == "error"]
     score.expect(errors and {f["code"] for f in errors} <= {"rigid-motion", "mechanism"}, seed,
