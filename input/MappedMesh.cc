@@ -157,25 +157,40 @@ std::vector<Numbers> LinesInSight(TextInput& input) {
   return lines;
 }
 
-/// How many numbers each of the first lines has; 0 when they differ or are too few to tell.
-std::size_t CommonCount(const std::vector<Numbers>& lines) {
-  constexpr std::size_t kFewest = 2, kLooked = 3;
-  if (lines.size() < kFewest) return 0;
-  for (std::size_t i = 1; i < std::min(kLooked, lines.size()); ++i)
-    if (lines[i].size() != lines[0].size()) return 0;
-  return lines[0].size();
+/// How many numbers more than half of the first lines have; 0 when that cannot be told.
+std::size_t CommonCount(const std::vector<Numbers>& lines, std::size_t fewest) {
+  constexpr std::size_t kLooked = 5;
+  const std::size_t looked = std::min(kLooked, lines.size());
+  if (looked < fewest) return 0;
+  for (std::size_t i = 0; i < looked; ++i) {
+    const auto isSame = [&](const Numbers& line) { return line.size() == lines[i].size(); };
+    const auto same =
+        std::count_if(lines.begin(), lines.begin() + static_cast<std::ptrdiff_t>(looked), isSame);
+    if (2 * static_cast<std::size_t>(same) > looked) return lines[i].size();
+  }
+  return 0;
+}
+
+/// Where the last word of that kind stands.
+std::uint64_t OffsetOfLast(const SourceMap& map, MeshWordNumber which) {
+  std::uint64_t offset = TextInput::kNowhere;
+  for (const SourceMap::Record& heading : map.Headings())
+    if (heading.kind == RecordKind::MeshWord && heading.number == which) offset = heading.offset;
+  return offset;
+}
+
+bool IsRefused(const SourceMap& map, MeshWordNumber which) {
+  const std::uint64_t offset = OffsetOfLast(map, which);
+  const std::vector<SourceMap::Refusal>& all = map.Refusals();
+  return std::any_of(all.begin(), all.end(), [&](const SourceMap::Refusal& other) {
+    return other.record.kind == RecordKind::MeshWord && other.record.offset == offset;
+  });
 }
 
 /// Notes that the last word of that kind does not fit its list, unless it was refused itself.
 void RefuseHeading(SourceMap& map, MeshWordNumber which, const std::string& text) {
-  std::uint64_t offset = TextInput::kNowhere;
-  for (const SourceMap::Record& heading : map.Headings())
-    if (heading.kind == RecordKind::MeshWord && heading.number == which) offset = heading.offset;
-  const std::vector<SourceMap::Refusal>& all = map.Refusals();
-  const bool isRefused = std::any_of(all.begin(), all.end(), [&](const SourceMap::Refusal& other) {
-    return other.record.kind == RecordKind::MeshWord && other.record.offset == offset;
-  });
-  if (!isRefused) map.Refuse({RecordKind::MeshWord, which, offset}, Cause::OtherHeading, text);
+  if (!IsRefused(map, which))
+    map.Refuse({RecordKind::MeshWord, which, OffsetOfLast(map, which)}, Cause::OtherHeading, text);
 }
 
 /// Whether the numbers that the lines begin with are those of records, one after the other.
@@ -208,7 +223,7 @@ int UsualElemType(int nnode) {
 // Coordinates in space in a mesh of the plane are only dropped: harmless where they are 0.
 void CorrectDimension(Mesh& mesh, TextInput& input, SourceMap& map) {
   const std::vector<Numbers> lines = LinesInSight(input);
-  const std::size_t written = CommonCount(lines);
+  const std::size_t written = CommonCount(lines, 2);
   const bool isPlane = mesh.dimension == 3 && written == 3;
   const bool isSpatial = mesh.dimension == 2 && written == 4 && map.dimension != 2 &&
                          std::any_of(lines.begin(), lines.end(), [](const Numbers& line) {
@@ -221,14 +236,16 @@ void CorrectDimension(Mesh& mesh, TextInput& input, SourceMap& map) {
   mesh.dimension = isPlane ? 2 : 3;
 }
 
-// An element of many nodes may stand on two lines, the second of which begins with a node.
+// An element of many nodes may stand on two lines, the second of which begins with a node. Where
+// the number of nodes was refused, one line must tell.
 void CorrectNodesPerElement(Mesh& mesh, TextInput& input, SourceMap& map) {
   constexpr std::array<int, 5> kCounts{2, 3, 4, 6, 10};
   const std::vector<Numbers> lines = LinesInSight(input);
-  const auto written = static_cast<int>(CommonCount(lines));
+  const bool isKnown = !IsRefused(map, NnodeWord);
+  const auto written = static_cast<int>(CommonCount(lines, isKnown ? 2 : 1));
   const int meant = written - 2;  // without the element's number and that of its material
   const bool fits = written == 1 + mesh.nnode || meant == mesh.nnode;
-  const bool mayRunOn = written < 1 + mesh.nnode && lines.size() < 3;
+  const bool mayRunOn = isKnown && written < 1 + mesh.nnode && lines.size() < 3;
   if (written == 0 || fits || mayRunOn || !AreNumbered(lines) ||
       std::find(kCounts.begin(), kCounts.end(), meant) == kCounts.end())
     return;

@@ -17,17 +17,20 @@ struct Synonym {
   std::string_view word, keyword;
 };
 constexpr Synonym kSynonyms[] = {
-    {"hinges",      "rotules"              },
-    {"releases",    "rotules"              },
-    {"supports",    "constraints"          },
-    {"restraints",  "constraints"          },
-    {"sections",    "materials"            },
-    {"nodal_loads", "nodal_point_loads"    },
-    {"point_loads", "nodal_point_loads"    },
-    {"beam_loads",  "global_pressure_loads"},
-    {"gravity",     "GravityDirection"     },
-    {"units",       "units_names"          },
-    {"dimension",   "mesh"                 },
+    {"hinges",          "rotules"              },
+    {"releases",        "rotules"              },
+    {"supports",        "constraints"          },
+    {"restraints",      "constraints"          },
+    {"sections",        "materials"            },
+    {"nodal_loads",     "nodal_point_loads"    },
+    {"point_loads",     "nodal_point_loads"    },
+    {"beam_loads",      "global_pressure_loads"},
+    {"gravity",         "GravityDirection"     },
+    {"units",           "units_names"          },
+    {"units_mat_load",  "units_mat_and_load"   },
+    {"units_materials", "units_mat_and_load"   },
+    {"units_loads",     "units_mat_and_load"   },
+    {"dimension",       "mesh"                 },
 };
 
 // The keyword that was probably meant; empty when it cannot be told.

@@ -68,10 +68,19 @@ public:
     const bool isCounted = Take(NnodeWord, [&] { mesh_.nnode = ReadAtDigit(deck_.input); });
     if (!isCounted) mesh_.nnode = isTyped ? FewestNodes(mesh_.elemType) : 2;
     if (!isTyped) mesh_.elemType = UsualElemType(mesh_.nnode);
-    mesh_.SetFemviewType();
+    SetType();
   }
 
 private:
+  /// A type that cannot have so many nodes: the number is believed, if there are elements of it.
+  void SetType() {
+    const SourceMap::Record record{RecordKind::MeshWord, NnodeWord, deck_.input.RecordOffset()};
+    if (RefuseInto(map_, record, [&] { mesh_.SetFemviewType(); })) return;
+    mesh_.elemType = UsualElemType(mesh_.nnode);
+    if (mesh_.nnode != 10 && mesh_.nnode != 6) mesh_.nnode = FewestNodes(mesh_.elemType);
+    mesh_.SetFemviewType();
+  }
+
   /// Reads the value of a word; false when it is missing or its value is refused.
   template <class Reader>
   bool Take(MeshWordNumber which, Reader reader) {

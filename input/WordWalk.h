@@ -35,10 +35,18 @@ public:
     const std::string written(input_.PeekWord());
     FoundWord word{LowerCase(written), written, input_.Offset(), startsLine_, false};
     if (word.text.empty()) return std::nullopt;
+    input_.Advance(word.text.size());
+    // Editors put it before the text, and nobody sees it.
+    constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+    if (word.offset == 0 && word.text.size() > kByteOrderMark.size() &&
+        word.text.starts_with(kByteOrderMark)) {
+      word.text.erase(0, kByteOrderMark.size());
+      word.written.erase(0, kByteOrderMark.size());
+      word.offset += kByteOrderMark.size();
+    }
     isComment_ = isComment_ || word.text[0] == '#';
     word.isComment = isComment_;
     startsLine_ = false;
-    input_.Advance(word.text.size());
     return word;
   }
 

@@ -89,7 +89,12 @@ void CheckWeight(Inspection& deck, const UsedMaterial& used, const Written& writ
                  const std::optional<SiUnits>& units) {
   constexpr std::string_view kKeys[] = {"Weight"};
   const Inspection::WrittenValue* const weight = FindWritten(written, kKeys);
-  if (weight == nullptr || !units || !(weight->value > 0.0)) return;
+  if (weight == nullptr) return;
+  if (weight->value < 0.0)
+    return AddMagnitude(deck, used, weight->place,
+                        "Weight of " + NameOf(used) + " is " + NumberText(weight->value) +
+                            ": only one above 0 acts, along GravityDirection");
+  if (!units || weight->value == 0.0) return;
   const double perVolume =
       used.material->Weight * units->force / (units->length * units->length * units->length);
   if (perVolume >= kLightest && perVolume <= kHeaviest) return;

@@ -36,15 +36,22 @@ constexpr Property kProperties[] = {
     {"Gyz", &Material::Gyz, {"G", "Gyz", ""},     Bit(Shell)         },
 };
 
-std::string FamilyText(unsigned families) {
-  if ((families & Bit(Shell)) != 0) return "a shell";
-  if ((families & Bit(Solid)) != 0) return "a solid";
-  return (families & Bit(SpaceBeam)) != 0 ? "a beam in space" : "a beam";
+void AddName(std::string& list, std::string_view name, std::string_view separator = ", ") {
+  if (!list.empty()) list += separator;
+  list += name;
 }
 
-void AddName(std::string& list, std::string_view name) {
-  if (!list.empty()) list += ", ";
-  list += name;
+std::string FamilyText(unsigned families) {
+  constexpr std::pair<Family, std::string_view> kNames[] = {
+      {Shell,     "a shell"        },
+      {Solid,     "a solid"        },
+      {SpaceBeam, "a beam in space"},
+      {PlaneBeam, "a beam"         },
+  };
+  std::string text;
+  for (const auto& [family, name] : kNames)
+    if ((families & Bit(family)) != 0) AddName(text, name, " and ");
+  return text;
 }
 
 /// The needed values that nobody wrote. Values that one key would set are named by it.
@@ -72,10 +79,27 @@ std::string MissingOf(const UsedMaterial& used, const Written& written) {
   return missing;
 }
 
+/// The elements to which the material says too little: one of another family may have it by
+/// mistake.
+UsedMaterial LackingUse(const UsedMaterial& all, const Written& written) {
+  UsedMaterial lacking = all;
+  lacking.families = 0;
+  lacking.elements.clear();
+  for (const Family family : {PlaneBeam, SpaceBeam, Shell, Solid}) {
+    UsedMaterial one;
+    one.families = all.families & Bit(family);
+    if (!MissingOf(one, written).empty()) lacking.families |= Bit(family);
+  }
+  for (std::size_t i = 0; i < all.elements.size(); ++i)
+    if ((lacking.families & Bit(all.familyOf[i])) != 0) lacking.elements.push_back(all.elements[i]);
+  return lacking;
+}
+
 }  // namespace
 
 void FindMissingProperties(Inspection& deck) {
-  for (const UsedMaterial& used : UsedMaterials(deck)) {
+  for (const UsedMaterial& all : UsedMaterials(deck)) {
+    const UsedMaterial used = LackingUse(all, WrittenOf(deck, all));
     const std::string missing = MissingOf(used, WrittenOf(deck, used));
     if (missing.empty()) continue;
     Finding& finding =
@@ -171,6 +195,9 @@ void FindBadMaterials(Inspection& deck) {
 
 void FindUnusedMaterials(Inspection& deck) {
   if (deck.AnySpoilt(RecordKind::Element) || deck.Unnumbered(RecordKind::Material) > 0) return;
+  // An element with another's material lacks something there, and leaves its own without a user.
+  const auto isOfOther = [](const Finding& finding) { return finding.code == "missing-property"; };
+  if (std::any_of(deck.findings.begin(), deck.findings.end(), isOfOther)) return;
   std::map<int, bool> used;
   for (const auto& mesh : deck.project.meshes) {
     if (CornerCount(mesh->elemType) == 0) return;  // read, but not analysed

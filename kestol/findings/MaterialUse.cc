@@ -53,7 +53,8 @@ std::vector<UsedMaterial> UsedMaterials(const Inspection& deck) {
     entry.material = material;
     entry.kind = kind;
     entry.number = number;
-    entry.families |= Bit(FamilyOf(deck.project, mesh));
+    entry.familyOf.push_back(FamilyOf(deck.project, mesh));
+    entry.families |= Bit(entry.familyOf.back());
     entry.elements.push_back(elem.number);
     if (mesh.elemType != Linear || !IsSound(deck, elem)) return;
     entry.shortest = std::min(entry.shortest, elem.Length());

@@ -25,6 +25,7 @@ struct UsedMaterial {
   int number = 0;         ///< of the material, or of the element whose own it is
   unsigned families = 0;  ///< of the elements
   std::vector<int> elements;
+  std::vector<Family> familyOf;                                              ///< each element's
   double shortest = std::numeric_limits<double>::infinity(), longest = 0.0;  ///< beams
 };
 

@@ -39,6 +39,16 @@ Place PlaceOfElement(const Inspection& deck, const Elem& elem) {
   return deck.PlaceOfRecord(RecordKind::Element, elem.number);
 }
 
+void EvaluateTetrahedron(const Elem& elem) {
+  if (elem.nnode == 4) {
+    SolidPoints<4, 1> points;
+    EvaluateTetra4(elem, points);
+  } else {
+    SolidPoints<10, 4> points;
+    EvaluateTetra10(elem, points);
+  }
+}
+
 /// Asks of one element what the solver would, in its order: axes, shape, material.
 std::string ElementRefusal(const Project& project, const Elem& elem) {
   return RefusalOf([&] {
@@ -62,13 +72,7 @@ std::string ElementRefusal(const Project& project, const Elem& elem) {
     } else if (elem.mesh->elemType == Tetrahedra) {
       Matriu D;
       material->SolidMatrix(elem.number, D);
-      if (elem.nnode == 4) {
-        SolidPoints<4, 1> points;
-        EvaluateTetra4(elem, points);
-      } else {
-        SolidPoints<10, 4> points;
-        EvaluateTetra10(elem, points);
-      }
+      EvaluateTetrahedron(elem);
     }
   });
 }
@@ -97,8 +101,10 @@ public:
     const bool isOwn = elem.material != nullptr;
     const std::pair key{isOwn ? RecordKind::Element : RecordKind::Material,
                         isOwn ? elem.number : elem.materialNumber};
-    if (deck_.IsSpoilt(key.first, key.second)) return;
-    const std::string text = ElementRefusal(deck_.project, elem);
+    const bool hasMaterial = !deck_.IsSpoilt(key.first, key.second);
+    if (!hasMaterial && elem.mesh->elemType != Tetrahedra) return;  // it gives the axes
+    const std::string text = hasMaterial ? ElementRefusal(deck_.project, elem)
+                                         : RefusalOf([&] { EvaluateTetrahedron(elem); });
     if (text.empty()) return;
     if (IsOfMaterial(text)) {
       if (!materials_.insert(key).second) return;

@@ -53,25 +53,40 @@ void FindUnusedNodes(Inspection& deck) {
   });
 }
 
+namespace {
+
+/// Why nodes without elements are a mistake.
+std::string HoldText(bool areOfSolids, bool haveSupports, bool areMany) {
+  if (areOfSolids) return ", and solids may have none such";
+  if (!haveSupports) return areMany ? ", and nothing holds them" : ", and nothing holds it";
+  return areMany ? ", and their supports do not hold them wholly"
+                 : ", and its support does not hold it wholly";
+}
+
+}  // namespace
+
 void FindOrphanNodes(Inspection& deck) {
-  std::vector<int> orphans;
+  std::vector<int> numbers;
+  std::vector<bool> hasSupport;
   const bool isSolid = IsSolid(deck.project);
   ForEachLooseNode(deck, [&](const Node& node) {
-    if (isSolid || !IsHeldWholly(deck.project, node)) orphans.push_back(node.number);
+    if (!isSolid && IsHeldWholly(deck.project, node)) return;
+    numbers.push_back(node.number);
+    hasSupport.push_back(node.constraint != nullptr);
   });
-  if (orphans.size() > kMostSingle) {
-    deck.Add(deck.PlaceOfRecord(RecordKind::Node, orphans.front()),
-             "no element has the nodes " + ListText(orphans) +
-                 (isSolid ? ", and solids may have none such" : ", and nothing holds them"))
-        .nodes = orphans;
+  if (numbers.size() > kMostSingle) {
+    const bool anySupport =
+        std::find(hasSupport.begin(), hasSupport.end(), true) != hasSupport.end();
+    deck.Add(deck.PlaceOfRecord(RecordKind::Node, numbers.front()),
+             "no element has the nodes " + ListText(numbers) + HoldText(isSolid, anySupport, true))
+        .nodes = numbers;
     return;
   }
-  for (const int number : orphans)
-    deck.Add(deck.PlaceOfRecord(RecordKind::Node, number),
-             "no element has node " + std::to_string(number) +
-                 (isSolid ? ", and solids may have none such" : ", and nothing holds it") +
-                 ": give it an element or leave it out")
-        .nodes = {number};
+  for (std::size_t i = 0; i < numbers.size(); ++i)
+    deck.Add(deck.PlaceOfRecord(RecordKind::Node, numbers[i]),
+             "no element has node " + std::to_string(numbers[i]) +
+                 HoldText(isSolid, hasSupport[i], false) + ": give it an element or leave it out")
+        .nodes = {numbers[i]};
 }
 
 // --- nodes in one place -----------------------------------------------------------------------

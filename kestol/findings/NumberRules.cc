@@ -95,8 +95,9 @@ std::string CutText(const Field& field, const ReadPart& part) {
   const std::string value = part.text.empty() ? NumberText(part.value) : std::string(part.text);
   const std::string_view rest = field.text.substr(part.text.size());
   const std::string text = Quoted(field.text) + " is read as " + value;
-  const bool isOctal = part.text.empty() || (part.text == "0" && !rest.empty() && IsDigit(rest[0]));
+  const bool isOctal = field.text.size() > 1 && field.text[0] == '0' && IsDigit(field.text[1]);
   if (field.role == Role::Reference && isOctal) return text + ": octal behind a 0";
+  if (field.role == Role::Reference && part.text.empty()) return text + ": write its number";
   if (field.role == Role::Whole && IsNumber(field.text)) return text + ": write a whole number";
   return text + CureOf(rest);
 }
@@ -108,6 +109,13 @@ void FindSplitNumbers(Inspection& deck, const RecordFields& record) {
     const bool isNumber = field.role == Role::Number || field.role == Role::NodeNumber;
     if (!isNumber || IsWhole(field.text)) continue;
     const std::string_view read = WholePart(field.text).text;
+    if (record.record.kind == RecordKind::Hinge && !read.empty() &&
+        OnlySeparates(field.text.substr(read.size()))) {
+      deck.AddAs(
+          Severity::Warning, PlaceOf(field),
+          Quoted(field.text) + " is read as " + std::string(read) + ": write the number alone");
+      return;
+    }
     std::string text = Quoted(field.text) + " is no whole number";
     if (!read.empty())
       text = Quoted(field.text) + " is read as " + std::string(read) + ", " +

@@ -94,19 +94,24 @@ void SpoilMesh(Inspection& deck) {
     for (int i = 0; i < 1000; ++i) deck.AddUnnumbered(kind);
 }
 
-/// Whether the refusal follows from a unit system that could not be read, or that is defined behind
-/// its first use, which is said once.
+/// Whether the refusal follows from a unit system that could not be read, or that is not defined
+/// before its first use, which is said once.
 bool IsOfUnits(const Inspection& deck, const Refusal& refusal) {
-  if (refusal.message.find("two positive numbers") != std::string::npos)
-    return std::any_of(deck.findings.begin(), deck.findings.end(), [](const Finding& finding) {
-      return finding.text.find("two positive numbers") != std::string::npos;
-    });
-  if (refusal.message.find("has not been previously defined") == std::string::npos) return false;
+  constexpr std::string_view kFactors = "two positive numbers";
+  constexpr std::string_view kUndefined = "has not been previously defined";
+  const std::string& message = refusal.message;
+  const bool isOfFactors = message.find(kFactors) != std::string::npos;
+  if (!isOfFactors && message.find(kUndefined) == std::string::npos) return false;
   if (deck.AnySpoilt(RecordKind::UnitSystem)) return true;
-  const auto isSame = [&](const Finding& finding) {
-    return finding.text == WithoutLineEnd(refusal.message);
-  };
-  return std::any_of(deck.findings.begin(), deck.findings.end(), isSame);
+  // Before the first definition all names are one mistake, behind it each is one.
+  const bool areDefined = deck.PlaceOfKeyword("units_names").offset < refusal.record.offset;
+  const std::size_t name = isOfFactors ? 0 : message.find('\'');
+  const std::string same = isOfFactors  ? std::string(kFactors)
+                           : areDefined ? WithoutLineEnd(message.substr(name))
+                                        : std::string(kUndefined);
+  return std::any_of(deck.findings.begin(), deck.findings.end(), [&](const Finding& finding) {
+    return finding.text.find(same) != std::string::npos;
+  });
 }
 
 void AddReaderText(Inspection& deck, const Refusal& refusal) {
@@ -228,7 +233,6 @@ void AddReaderRefusal(Inspection& deck, const Refusal& refusal) {
     AddReaderText(deck, refusal);
   else if (code != kOwnRule)
     AddLines(deck, code, At(refusal), WithoutLineEnd(refusal.message));
-  if (kind == RecordKind::Keyword && number == KeywordOf("mesh")) SpoilMesh(deck);
   if (code != kOwnRule || name->text == kBothEqual) deck.Spoil(kind, number, offset);
   if (number < 1 && IsNumbered(kind)) deck.AddUnnumbered(kind);
   if (name != nullptr && name->text == kUnknownType) RefuseElemType(deck, number);
@@ -251,6 +255,7 @@ void AddRefusal(Inspection& deck, const Refusal& refusal) {
     case Cause::UnknownNode:
       return;
     case Cause::Reader:
+      if (kind == RecordKind::Keyword && number == KeywordOf("mesh")) SpoilMesh(deck);
       if (!isSaid) AddReaderRefusal(deck, refusal);
       return;
     case Cause::TooFewValues:

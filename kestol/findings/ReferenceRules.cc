@@ -22,7 +22,11 @@ namespace {
 class MissingNumbers {
 public:
   MissingNumbers(Inspection& deck, RecordKind kind, std::string_view what)
-      : deck_(deck), kind_(kind), what_(what), spare_(deck.Unnumbered(kind)) {
+      : deck_(deck),
+        kind_(kind),
+        what_(what),
+        mesh_(deck.PlaceOfKeyword("mesh").offset),
+        spare_(deck.Unnumbered(kind)) {
     if (kind == RecordKind::Node && !deck.project.meshes.empty())
       highest_ = deck.project.meshes[0]->nodes->Highest() + spare_;
   }
@@ -31,6 +35,10 @@ public:
   /// finding.
   bool Ask(int number, std::uint64_t offset, const std::string& who, int element) {
     if (deck_.IsSpoilt(kind_, number) || deck_.IsSpoiltAt(offset)) return false;
+    if (offset < mesh_ && mesh_ != Finding::kNowhere) {
+      early_.push_back({number, offset, who});
+      return false;
+    }
     auto found = asked_.find(number);
     if (found == asked_.end()) {
       // A record whose number could not be read may be this one.
@@ -66,6 +74,7 @@ public:
   }
 
   void Report() {
+    if (!early_.empty()) ReportEarly();
     for (const auto& [number, asked] : asked_) {
       std::string text = what_ + " " + std::to_string(number) + " does not exist: asked for by ";
       if (!asked.elements.empty())
@@ -81,6 +90,22 @@ public:
   }
 
 private:
+  /// What stands before the mesh is one mistake.
+  void ReportEarly() {
+    const Early& first = early_.front();
+    Finding& finding = deck_.Add(
+        {first.offset, 0}, what_ + " " + std::to_string(first.number) + " does not exist yet: a " +
+                               first.who + " stands before the mesh on line " + LineOfMention());
+    finding.mentions.push_back(mesh_);
+    for (const Early& record : early_)
+      if (kind_ == RecordKind::Node) finding.nodes.push_back(record.number);
+  }
+
+  struct Early {
+    int number;
+    std::uint64_t offset;
+    std::string who;
+  };
   struct Asked {
     std::uint64_t offset;
     std::vector<int> elements;
@@ -89,9 +114,11 @@ private:
   Inspection& deck_;
   RecordKind kind_;
   std::string what_;
+  std::uint64_t mesh_;  ///< where the first one begins
   int spare_;
   int highest_ = std::numeric_limits<int>::max();  // number that a record that is lost may have
   std::map<int, Asked> asked_;
+  std::vector<Early> early_;
 };
 
 }  // namespace

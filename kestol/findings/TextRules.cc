@@ -95,7 +95,8 @@ void FindSurplusColumns(Inspection& deck) {
 }
 
 void FindDoubleSystems(Inspection& deck, const RecordFields& record) {
-  if (record.record.kind != RecordKind::UnitSystem || record.fields.empty()) return;
+  // A line of one word ends the list.
+  if (record.record.kind != RecordKind::UnitSystem || record.fields.size() < 2) return;
   const Field& name = record.fields.front();
   const auto [first, isNew] = deck.unitSystems.emplace(name.text, record.record.offset);
   if (isNew) return;

@@ -42,6 +42,18 @@ int RowOf(std::string_view name) {
   return static_cast<int>(std::find(names.begin(), names.end(), name) - names.begin());
 }
 
+/// The place of a units keyword that may stand too late. Meshes and loads may have units of their
+/// own each, and the first must stand before them; all results are in the units named last.
+std::vector<SourceMap::Record>::const_iterator Decisive(
+    const std::vector<SourceMap::Record>& keywords, std::string_view name) {
+  const int row = RowOf(name);
+  auto decisive = keywords.end();
+  for (auto keyword = keywords.begin(); keyword != keywords.end(); ++keyword)
+    if (keyword->number == row && (decisive == keywords.end() || name == "units_res"))
+      decisive = keyword;
+  return decisive;
+}
+
 /// The keywords of the deck in order.
 std::vector<SourceMap::Record> Keywords(const SourceMap& map) {
   std::vector<SourceMap::Record> keywords;
@@ -56,18 +68,16 @@ void FindUnitsOrder(Inspection& deck) {
   const std::vector<SourceMap::Record> keywords = Keywords(deck.map);
   const std::vector<std::string_view> names = KeywordNames();
   for (const UnitsKeyword& units : UnitsKeywords()) {
-    const int row = RowOf(units.name);
-    const auto isUnits = [row](const SourceMap::Record& record) { return record.number == row; };
     const auto scaled = [&](const SourceMap::Record& record) {
       return std::find(units.scales.begin(), units.scales.end(), names[record.number]) !=
              units.scales.end();
     };
-    const auto first = std::find_if(keywords.begin(), keywords.end(), isUnits);
-    if (first == keywords.end() || deck.IsSpoiltAt(first->offset)) continue;
-    const auto before = std::find_if(keywords.begin(), first, scaled);
-    if (before == first) continue;
+    const auto decisive = Decisive(keywords, units.name);
+    if (decisive == keywords.end() || deck.IsSpoiltAt(decisive->offset)) continue;
+    const auto before = std::find_if(keywords.begin(), decisive, scaled);
+    if (before == decisive) continue;
     Finding& finding =
-        deck.Add({first->offset, units.name.size()},
+        deck.Add({decisive->offset, units.name.size()},
                  std::string(units.name) + " stands behind " + std::string(names[before->number]) +
                      " on line " + LineOfMention() + ", whose values it does not scale");
     finding.mentions.push_back(before->offset);
@@ -77,7 +87,8 @@ void FindUnitsOrder(Inspection& deck) {
 
 void FindMissingUnits(Inspection& deck) {
   const Place named = deck.PlaceOfKeyword("units_names");
-  if (named.offset == Finding::kNowhere) return;
+  // A section of no known name may have been one of them.
+  if (named.offset == Finding::kNowhere || deck.Unnumbered(RecordKind::UnitSystem) > 0) return;
   std::string missing;
   for (const UnitsKeyword& units : UnitsKeywords()) {
     if (deck.HasKeyword(units.name)) continue;

@@ -225,6 +225,55 @@ UNITS = [
                            (["units_mesh m\n", "units_res kN-m\n"], "units_mesh, units_res are"),
                            (["units_mesh m\n", "units_mat_and_load kN-m\n", "units_res kN-m\n"],
                             "units_mesh, units_mat_and_load, units_res are"))),
+    # Results are in the units that are named last, and what was read before is in the others.
+    (PORTAL + "units_res SI\n",
+     ("[units_res] SI", "warning: units_res stands behind mesh on line 13, whose values it does not scale "
+      "[units-order]")),
+    # A further list of systems is none given twice.
+    (edit(PORTAL, "units_mesh m\n", "units_names\n  N-mm  N  mm  MPa  1  0.001\nend\nunits_mesh m\n"),),
+    (edit(PORTAL, "units_mesh m\n", "units_names\n  SI  N  m  Pa  1  1\nend\nunits_mesh m\n"),
+     ("  [SI]  N  m  Pa", 'warning: unit system "SI" is defined twice: first on line 4, which counts '
+      "[duplicate-number]")),
+    # One mistake, however often the system is asked for.
+    (edit(PORTAL, PORTAL[PORTAL.index("units_names"):PORTAL.index("units_mesh")], ""),
+     ("[units_mesh]", "error: Unit length name 'm' has not been previously defined [syntax]")),
+    (edit(PORTAL, "  kN-m  kN", "  kNm   kN"),
+     ("[units_mat_and_load]", "error: Unit name 'kN-m' has not been previously defined [syntax]")),
+    (edit(PORTAL, "kPa  1000  1", "kPa  0,001  1"),
+     ("kPa  [0,001]", 'error: "0,001" is read as 0: a decimal comma? [number-cut]')),
+    *((edit(PORTAL, "units_mat_and_load kN-m", f"{word} kN-m"),
+       (f"[{word}]", f'error: "{word}" is not known: did you mean "units_mat_and_load"? [unknown-word]'))
+      for word in ("units_mat_load", "units_loads", "units_materials")),
+    (edit(PORTAL, "units_mat_and_load kN-m", "unidades kN-m"),
+     ("[unidades]", 'error: "unidades" is not known [unknown-word]')),
 ]
 
-ROWS = NUMBERS + SECTIONS + HINTS + UNITS
+# Sections that stand before the mesh, of whose nodes and elements nobody knows yet.
+EARLY = [
+    (edit(PORTAL, section, "", "\nmesh\n", f"\n{section}\nmesh\n"),
+     (mark, f"error: {what} does not exist yet: a {who} stands before the mesh on line {line} [{code}]"))
+    for section, mark, what, who, line, code in (
+        ("constraints\n  1  111  0 0 0\n  5  110  0 0 0\nend constraints\n", "  [1]  111  0", "node 1", "support", 18,
+         "unknown-node"),
+        ("rotules\n  2\nend rotules\n", "rotules\n  [2]\n", "node 2", "hinge", 17, "unknown-node"),
+        ("nodal_point_loads\n  2  12.5 0 0\n  4  10 0 0\nend nodal_point_loads\n", "  [2]  12.5", "node 2", "load", 18,
+         "unknown-node"),
+        ("global_pressure_loads\n  2  0 -20\n  3  0 -20\nend global_pressure_loads\n", "  [2]  0 -20", "element 2",
+         "load", 18, "unknown-element"))
+]
+
+# A heading that cannot be, and what is wrong behind it all the same.
+HEADINGS = [
+    *((edit(PORTAL, "elemtype Linear   nnode = 2", heading, "  2  12.5 0 0\n", "  2  12.5 0\n"),
+       (heading.replace("nnode", "[nnode]"), "error: Unknown Femview type [syntax]"),
+       ("  [2]  12.5 0\n", "error: Not reading correctly the loads B. Number=2 [syntax]",
+        "one number per degree of freedom"))
+      for heading in ("elemtype Linear   nnode = 5", "elemtype Quad   nnode = 2",
+                      "elemtype Tetrahedra   nnode = 2", "elemtype Triangle   nnode = 2")),
+    # Most lines tell, though one of them is short.
+    (edit(PLATE, "nnode = 3", "nnode = 6", "    3  2 3 5  1\n", "    3  2 3 5\n"),
+     ("[nnode] = 6", "error: nnode is 6, but the elements have 3 nodes and a material [syntax]"),
+     ("    [3]  2 3 5\n", "error: element 3 has no material [unknown-material]")),
+]
+
+ROWS = NUMBERS + SECTIONS + HINTS + UNITS + EARLY + HEADINGS

@@ -6,6 +6,8 @@ PORTAL, SPACE, PLATE, BLOCK, SPRINGS = (BASES[name] for name in ("portal", "spac
 SECOND_OF_SPACE = "  2  E=2.1e11 G=8.1e10 widthY=0.1 widthZ=0.2\n"
 OF_PLATE, OF_BLOCK = "  1  E=2.1e11 nu=0.3 G=8.0769e10 t=0.02\n", "  1  E=2.1e11 nu=0.3\n"
 ALL_OF_PLATE, BOTH_OF_BLOCK = "(elements 1, 2, 3 and 5 more)", "(elements 1 and 2)"
+BEAM_ON_PLATE = ("\nmesh\n  dimension = 3   elemtype Linear   nnode = 2\n  coordinates\n  end coordinates\n"
+                 "  elements\n    9  1 5  1\n  end elements\n\nmaterials\n")
 SHEAR_OF_PLATE = "Gxy=8.0769e10 Gxz=8.0769e10 Gyz=8.0769e10"
 
 
@@ -33,6 +35,12 @@ MISSING = [
     lacking(PLATE, OF_PLATE, "E=2.1e11 nuXY=0.3 G=8.0769e10 t=0.02", f"nuYX for a shell {ALL_OF_PLATE}"),
     lacking(PLATE, OF_PLATE, "E=2.1e11 nuYX=0.3 G=8.0769e10 t=0.02", f"nuXY for a shell {ALL_OF_PLATE}"),
     lacking(BLOCK, OF_BLOCK, "Weight=78500", f"E, nu for a solid {BOTH_OF_BLOCK}"),
+    # An element that has the material of another family: only that one lacks something.
+    (edit(PLATE, "\nmaterials\n", BEAM_ON_PLATE, OF_PLATE, OF_PLATE + SECOND_OF_SPACE),
+     ("  [1]  E=2.1e11 nu", "error: material 1 lacks A, Iz, Iy, J for a beam in space (element 9) [missing-property]")),
+    (edit(PLATE, "\nmaterials\n", BEAM_ON_PLATE, OF_PLATE, "  1  E=2.1e11 nu=0.3\n"),
+     ("  [1]  E=2.1e11 nu=0.3\n", "error: material 1 lacks A, Iz, Iy, G, J, t for a shell and a beam in "
+      "space (elements 1, 2, 3 and 6 more) [missing-property]")),
     # An element with a material of its own.
     (edit(SPRINGS, "    1  1 2  1\n", "    1  1 2  1  E=2.1e11 A=0.01\n"),
      ("    [1]  1 2  1  E", "error: the material of element 1 lacks Iz for a beam [missing-property]")),
@@ -125,6 +133,9 @@ MAGNITUDES = [
     (edit(PORTAL, "Weight=78.5\n  2", "Weight=0.001\n  2"),
      ("Weight=[0.001]",
       "warning: Weight of material 1 is 1 N/m3 in the units of the deck; steel has 78500 [magnitude]")),
+    (edit(PORTAL, "Weight=78.5\n  2", "Weight=-78.5\n  2"),
+     ("Weight=[-78.5]",
+      "warning: Weight of material 1 is -78.5: only one above 0 acts, along GravityDirection [magnitude]")),
     # sqrt(4e4 / 0.02) = 1414.21, and the beams 2 and 3 are 3 long.
     (edit(PORTAL, "Iz=4e-4", "Iz=4e4"),
      ("Iz=[4e4]", "warning: Iz and A of material 2 give a radius of gyration of 1414.21 on a beam of length 3 "

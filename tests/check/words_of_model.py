@@ -127,6 +127,13 @@ JOINTS = [
     (beams(chain(3), [(1, 2)]),
      ("    [3]  2 0", "error: no element has node 3, and nothing holds it: give it an element or "
       "leave it out [orphan-node]")),
+    (edit(PORTAL, "    5  6 0\n", "    5  6 0\n    6  9 0\n", "end constraints", "  6  110  0 0 0\nend constraints"),
+     ("    [6]  9 0", "error: no element has node 6, and its support does not hold it wholly: give it an element or "
+      "leave it out [orphan-node]")),
+    (edit(PORTAL, "    5  6 0\n", "    5  6 0\n" + "".join(f"    {i}  {i} 8\n" for i in range(6, 16)),
+          "end constraints", "  7  110  0 0 0\nend constraints"),
+     ("    [6]  6 8", "error: no element has the nodes 6, 7, 8, 9, 10, 11 and 4 more, and their supports do not hold "
+      "them wholly [orphan-node]")),
     (beams(chain(11), [(1, 2)]),
      ("    [3]  2 0", "error: no element has the nodes 3, 4, 5, 6, 7, 8 and 3 more, and nothing "
       "holds them [orphan-node]")),

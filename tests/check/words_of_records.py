@@ -52,6 +52,14 @@ NUMBERS = [
        (words.replace(value, f"[{value}]"), f'error: "{value}" is read as {value[0]}: a decimal comma? [number-cut]'))
       for words, value in (("DoSmoothing 0,5", "0,5"), ("CoplanarityAngle 1,5", "1,5"), ("NumOfDivisions 8,5", "8,5"),
                            ("GravityDirection 0 0,6 -1", "0,6"), ("Solver Sparse 1e-6 2,5e-3 500", "2,5e-3"))),
+    # The place of a material's number.
+    *((edit(PORTAL, "    2  3 2  2\n", f"    2  3 2  {word}\n"),
+       (f"3 2  [{word}]\n", f'error: "{word}" is read as 0: write its number [number-cut]'))
+      for word in ("C30", "steel")),
+    # Only a separator too much: the reader takes what was meant.
+    (edit(PORTAL, "rotules\n  2\n", "rotules\n  2,\n"),
+     ("  [2,]\n", 'warning: "2," is read as 2: write the number alone [node-number]')),
+    ("\ufeff" + PORTAL,),
     # ---- numbers of nodes, elements and records
     (edit(PORTAL, "    2  0 4\n", "    2.0  0 4\n"),
      ("    [2.0]  0 4\n", 'error: "2.0" is read as 2, ".0" as what follows [node-number]')),
