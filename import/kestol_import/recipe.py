@@ -92,7 +92,9 @@ class Recipe:
 def read_recipe(path: str, raw: bytes) -> Recipe:
     source = Source(path, raw)
     root = Table(source, (), source.data)
+    root.only("problem", "units", "options", "material", "beam", "support", "load")
     problem = root.table("problem")
+    problem.only("title", "type", "mesh_unit", "values", "results")
     kind = problem.string("type", "3d")
     if kind not in ("2d", "3d"):
         problem.refuse("type", 'must be "2d" or "3d"')
@@ -108,8 +110,6 @@ def read_recipe(path: str, raw: bytes) -> Recipe:
         supports=[read_support(name, t) for name, t in root.tables("support")],
         loads=[read_load(name, t, plane) for name, t in root.tables("load")])
     check_material_units(recipe)
-    problem.close()
-    root.close()
     if not any(use.groups for use in recipe.materials):
         raise Refusal("no material names a group: nothing would become an element", "material",
                       Place(path))
@@ -129,6 +129,7 @@ def read_title(problem: Table) -> str:
 
 
 def read_units(name: str, table: Table) -> Units:
+    table.only("force", "length", "pressure", "factors")
     factors = table.numbers("factors", 2)
     if min(factors) < 1e-15:
         table.refuse("factors", "must be positive: the sizes of the force and of the length")
@@ -137,7 +138,6 @@ def read_units(name: str, table: Table) -> Units:
         if not re.fullmatch(r"[^\s#:=,]+", text) or len(text.encode()) > LONGEST_UNIT_NAME:
             raise Refusal(f'"{text}" is no name of a unit: up to {LONGEST_UNIT_NAME} characters '
                           "without blanks", "units", table.place(key or None, value=bool(key)))
-    table.close()
     return Units(name, texts[0], texts[1], texts[2], (factors[0], factors[1]))
 
 
@@ -166,6 +166,8 @@ def read_mesh_unit(problem: Table, units: list[Units]) -> str:
 
 def read_options(table: Table) -> list[str]:
     """Lines of the deck, in the order of its keywords."""
+    table.only("six_nodes", "solver", "gravity", "main_stresses", "main_and_local_stresses",
+               "smoothing", "coplanarity", "divisions")
     lines = []
     for key, word in (("six_nodes", "ConvertTo6Nodes"), ("main_stresses", "MainStresses"),
                       ("main_and_local_stresses", "MainAndLocalStresses")):
@@ -189,7 +191,6 @@ def read_options(table: Table) -> list[str]:
         lines.append("GravityDirection " + " ".join(map(repr, direction)))
     if table.has("solver"):
         lines.append("Solver " + read_solver(table))
-    table.close()
     return lines
 
 
@@ -220,16 +221,17 @@ def read_materials(root: Table, plane: bool) -> list[MaterialUse]:
     """Materials that have groups, and beams: a material of their own with the keys of both."""
     materials = {}
     for name, table in root.tables("material"):
+        table.only("groups", "units", *MATERIAL_KEYS)
         groups = table.names("groups") if table.has("groups") else []
         materials[name] = MaterialUse(f'material "{name}"', groups, table, read_values(table),
                                       table.string("units"))
-        table.close()
     beams = [read_beam(name, table, materials, plane) for name, table in root.tables("beam")]
     return [*materials.values(), *beams]
 
 
 def read_beam(name: str, table: Table, materials: dict[str, MaterialUse],
               plane: bool) -> MaterialUse:
+    table.only("groups", "material", "up", *MATERIAL_KEYS)
     table.need("material")
     of = table.string("material")
     if of not in materials:
@@ -245,7 +247,6 @@ def read_beam(name: str, table: Table, materials: dict[str, MaterialUse],
         table.refuse("up", "the material has Euler angles already")
     beam = MaterialUse(f'beam "{name}"', table.names("groups"), table, values,
                        materials[of].units, True, up)
-    table.close()
     return beam
 
 
@@ -258,6 +259,7 @@ def check_material_units(recipe: Recipe) -> None:
 
 
 def read_support(name: str, table: Table) -> SupportUse:
+    table.only("groups", "codes", "values", *ANGLES)
     table.need("codes")
     codes = table.string("codes")
     if not re.fullmatch(r"[012]{3}|[012]{6}", codes):
@@ -270,13 +272,14 @@ def read_support(name: str, table: Table) -> SupportUse:
         table.refuse("codes", 'a spring (2) needs its stiffness: "values"')
     angles = {key: table.number(key) for key in ANGLES if table.has(key)}
     support = SupportUse(f'support "{name}"', table.names("groups"), table, codes, values, angles)
-    table.close()
     return support
 
 
 def read_load(name: str, table: Table, plane: bool) -> LoadUse:
+    kinds = ("pressure", "normal", "force")
+    table.only("groups", *kinds)
     load = LoadUse(f'load "{name}"', table.names("groups"), table)
-    given = [key for key in ("pressure", "normal", "force") if table.has(key)]
+    given = [key for key in kinds if table.has(key)]
     if len(given) != 1:
         raise Refusal(f"[load.{name}] needs one of pressure, normal and force", "key", load.place)
     counts = (2, 3) if plane else (3,)
@@ -291,5 +294,4 @@ def read_load(name: str, table: Table, plane: bool) -> LoadUse:
         third = components.pop()
         if (third.source if isinstance(third, Expression) else third) != 0:
             table.refuse(given[0], "a 2d problem has no loads along z", item=2)
-    table.close()
     return load

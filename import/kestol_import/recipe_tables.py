@@ -67,13 +67,12 @@ class Source:
 
 
 class Table:
-    """One table: values are taken by key; what is left at the end is unknown."""
+    """One table: values are taken by key."""
 
     def __init__(self, source: Source, path: Path, data: dict[str, Any]) -> None:
         self.source = source
         self.path = path
         self.data = data
-        self.known: list[str] = []
 
     def place(self, key: str | None = None, item: int | None = None, value: bool = True) -> Place:
         path = self.path + ((key,) if key is not None else ())
@@ -82,8 +81,15 @@ class Table:
     def refuse(self, key: str, text: str, code: str = "value", item: int | None = None) -> NoReturn:
         raise Refusal(f"{key}: {text}", code, self.place(key, item))
 
+    def only(self, *known: str) -> None:
+        """Refuses other keys, with the nearest known one. It comes before all that asks for keys:
+        one that seems to be missing is misspelt most of the time."""
+        for key in self.data:
+            if key not in known:
+                raise Refusal(f'"{key}" is not known here{nearest(key, known)}', "key",
+                              self.place(key, value=False))
+
     def has(self, key: str) -> bool:
-        self.known.append(key)
         return key in self.data
 
     def need(self, key: str) -> Any:
@@ -94,7 +100,6 @@ class Table:
 
     def table(self, key: str) -> Table:
         """A table below this one; empty when it is not there."""
-        self.known.append(key)
         value = self.data.get(key, {})
         if not isinstance(value, dict):
             self.refuse(key, f"must be a table: [{key}]")
@@ -177,11 +182,3 @@ class Table:
             if not isinstance(value, str):
                 self.refuse(key, "must be a name in quotes", item=item)
         return values
-
-    def close(self) -> None:
-        """Refuses keys that nobody took, with the nearest known one."""
-        for key in self.data:
-            if key not in self.known:
-                hint = nearest(key, self.known)
-                raise Refusal(f'"{key}" is not known here{hint}', "key",
-                              self.place(key, value=False))
