@@ -5,7 +5,7 @@ from __future__ import annotations
 import argparse
 import os
 import sys
-from collections.abc import Sequence
+from collections.abc import Collection, Sequence
 from typing import NoReturn, TextIO
 
 import numpy as np
@@ -135,7 +135,7 @@ def run(options: argparse.Namespace, messages: Messages) -> None:
         check_output(options.map, {**inputs, options.output: "deck"})
     recipe = read_recipe(options.recipe, read_bytes(options.recipe, "file"))
     old = old_deck(options)
-    mesh = read_mesh(options, messages)
+    mesh = read_mesh(options, messages, recipe.members)
     prepare(mesh, options, messages)
     deck, applied = build(mesh, recipe, options, messages)
     messages.step(f"writing {options.output}")
@@ -187,13 +187,15 @@ def old_deck(options: argparse.Namespace) -> OldDeck | None:
     return OldDeck(options.output, read_bytes(options.output, "file"))
 
 
-def read_mesh(options: argparse.Namespace, messages: Messages) -> Mesh:
+def read_mesh(options: argparse.Namespace, messages: Messages,
+              members: Collection[str] = ()) -> Mesh:
+    """The mesh as it is in its file; `members` are the groups that shall become elements."""
     path: str = options.mesh
     messages.step(f"reading {path}")
     if path.lower().endswith(".dxf"):
         from .dxf import read_dxf
         read_bytes(path, "file")
-        mesh = read_dxf(path)
+        mesh = read_dxf(path, members)
     else:
         from .msh import is_msh, read_msh
         data = read_bytes(path, "file")

@@ -2,33 +2,37 @@
 
 from __future__ import annotations
 
-import collections
+from collections.abc import Collection
 from typing import Any
 
 import numpy as np
 
+from .drawing_rest import CODE, WITH_ARCS, LeftOut
 from .errors import Place, Refusal
 from .foreign import refusing
 from .mesh import Block, Group, KINDS, Mesh
 
-CODE = "dxf"
+LAYER_TAG = 8
 Point = tuple[float, float, float]
 
 
-def read_dxf(path: str) -> Mesh:
-    """Two points per segment, not yet joined: MERGE of common ends is the caller's."""
-    drawing = Drawing(path)
-    left_out: collections.Counter[str] = collections.Counter()
+def read_dxf(path: str, members: Collection[str] = ()) -> Mesh:
+    """Two points per segment, not yet joined: MERGE of common ends is the caller's. `members` are the
+    layers that shall become elements: a curve there is refused, since nothing else tells that the
+    structure has lost it; elsewhere it may be a mark, and is warned of."""
+    drawing, rest = Drawing(path), LeftOut()
     with refusing(path, CODE, "cannot be read as DXF"):
         for entity in load(path).modelspace():
-            if not drawing.take(entity):
-                left_out[entity.dxftype()] += 1
+            kind = drawing.take(entity)
+            if kind:
+                rest.add(kind, layer_of(entity))
+    rest.refuse_curves(path, members)
     if not drawing.lines:
-        raise Refusal("the drawing has no LINE, LWPOLYLINE, POLYLINE or 3DLINE", CODE, Place(path))
+        raise Refusal("; ".join(["the drawing has no LINE, LWPOLYLINE, POLYLINE or 3DLINE",
+                                 *rest.warnings()]), CODE, Place(path))
     mesh = drawing.mesh()
-    if left_out:
-        kinds = ", ".join(f"{count} {kind}" for kind, count in sorted(left_out.items()))
-        mesh.notes.append(f"entities of the drawing that are no beams are left out: {kinds}")
+    mesh.warnings += rest.warnings()
+    mesh.notes += rest.notes()
     return mesh
 
 
@@ -50,29 +54,27 @@ class Drawing:
         self.points: list[Point] = []
         self.point_layers: list[str] = []
 
-    def take(self, entity: Any) -> bool:
-        """False for an entity that is neither a line nor a point."""
-        kind, layer = entity.dxftype(), str(entity.dxf.layer)
+    def take(self, entity: Any) -> str:
+        """Nothing, or what to call an entity that is neither straight lines nor a point."""
+        kind, layer = str(entity.dxftype()), layer_of(entity)
         if kind in ("LINE", "3DLINE"):
             self._chain([entity.dxf.start, entity.dxf.end], False, layer)
         elif kind == "LWPOLYLINE":
             if entity.has_arc:
-                self._refuse_arc(layer)
+                return kind + WITH_ARCS
             self._chain(list(entity.vertices_in_wcs()), bool(entity.closed), layer)
-        elif kind == "POLYLINE" and (entity.is_2d_polyline or entity.is_3d_polyline):
+        elif kind == "POLYLINE":
+            if not (entity.is_2d_polyline or entity.is_3d_polyline):
+                return kind + " of a surface"
             if entity.is_2d_polyline and entity.has_arc:
-                self._refuse_arc(layer)
+                return kind + WITH_ARCS
             self._chain(vertices_of(entity), bool(entity.is_closed), layer)
         elif kind == "POINT":
             self.points.append(xyz(entity.dxf.location))
             self.point_layers.append(layer)
         else:
-            return False
-        return True
-
-    def _refuse_arc(self, layer: str) -> None:
-        raise Refusal(f'layer "{layer}": a polyline has arcs; beams are straight: draw segments',
-                      CODE, Place(self.path))
+            return kind
+        return ""
 
     def _chain(self, vertices: list[Any], closed: bool, layer: str) -> None:
         points = [xyz(v) for v in vertices]
@@ -101,6 +103,14 @@ class Drawing:
                 rows = np.flatnonzero(np.array(layers, object) == layer)
                 groups.setdefault(layer, Group(layer)).rows[kind] = rows
         return Mesh(self.path, points, np.arange(1, len(points) + 1), blocks, groups)
+
+
+def layer_of(entity: Any) -> str:
+    """The layer, also of a kind that ezdxf does not know: it keeps the bare tags of these."""
+    if not hasattr(entity, "xtags"):
+        return str(entity.dxf.layer)
+    named = [tags.get_first_value(LAYER_TAG, None) for tags in entity.xtags.subclasses]
+    return next((str(name) for name in named if name is not None), "0")
 
 
 def xyz(vector: Any) -> Point:

@@ -85,6 +85,11 @@ class Recipe:
     def uses(self) -> list[Use]:
         return [*self.materials, *self.supports, *self.loads]
 
+    @property
+    def members(self) -> list[str]:
+        """Groups that become elements."""
+        return [name for use in self.materials for name in use.groups]
+
     def system(self, name: str) -> Units | None:
         return next((u for u in self.units if u.name == name), None)
 

@@ -23,3 +23,19 @@ Iy = 1
 Iz = 1
 J = 1
 """
+PORTAL_RECIPE = """
+[problem]
+title = "portal"
+type = "2d"
+[material.steel]
+groups = ["columns", "beam"]
+E = 2e11
+A = 1e3
+Iz = 1e-4
+[support.feet]
+groups = ["feet"]
+codes = "111"
+[load.push]
+groups = ["corner"]
+force = [10000, 0]
+"""

@@ -1,9 +1,9 @@
-"""Frames of lines, by Gmsh and as drawings, against closed forms."""
+"""Frames of lines by Gmsh against closed forms."""
 import math
 import re
 import unittest
 
-import ezdxf
+from recipes import PORTAL_RECIPE
 from support import Case
 
 PORTAL = """
@@ -12,22 +12,6 @@ Line(1) = {1, 2}; Line(2) = {2, 3}; Line(3) = {3, 4};
 Transfinite Curve {1, 2, 3} = 5;
 Physical Curve("columns") = {1, 3}; Physical Curve("beam") = {2};
 Physical Point("feet") = {1, 4}; Physical Point("corner") = {2};
-"""
-PORTAL_RECIPE = """
-[problem]
-title = "portal"
-type = "2d"
-[material.steel]
-groups = ["columns", "beam"]
-E = 2e11
-A = 1e3
-Iz = 1e-4
-[support.feet]
-groups = ["feet"]
-codes = "111"
-[load.push]
-groups = ["corner"]
-force = [10000, 0]
 """
 # A cantilever along (1, 1, 0) whose section stands on its edge.
 SKEW = """
@@ -191,109 +175,6 @@ class Frames(Case):
         inertia = 0.1 * 0.2 ** 3 / 12
         self.near(self.solve().at(3, 3, 0)[2],
                   -1000 * (3 * math.sqrt(2)) ** 3 / 3 / 2e11 / inertia, 1e-5)
-
-
-class Drawings(Case):
-    def drawing(self, draw):
-        document = ezdxf.new()
-        draw(document.modelspace())
-        document.saveas(self.folder / "frame.dxf")
-
-    def test_layers_of_a_drawing_are_groups(self):
-        def draw(space):
-            space.add_lwpolyline([(0, 0), (0, 2), (0, 4)], dxfattribs={"layer": "columns"})
-            space.add_line((6, 0), (6, 4 + 1e-7), dxfattribs={"layer": "columns"})
-            space.add_polyline3d([(0, 4, 0), (3, 4, 0), (6, 4, 0)], dxfattribs={"layer": "beam"})
-            space.add_point((0, 0), dxfattribs={"layer": "feet"})
-            space.add_point((6, 0), dxfattribs={"layer": "feet"})
-            space.add_point((0, 4), dxfattribs={"layer": "corner"})
-            space.add_circle((0, 0), 1)
-        self.drawing(draw)
-        self.write("portal.toml", PORTAL_RECIPE)
-        done = self.run_import("-v", "frame.dxf", "portal.toml", "-o", "model.dat")
-        self.assertEqual(done.returncode, 0, done.stderr)
-        self.assertIn("that are no beams are left out: 1 CIRCLE", done.stderr)
-        results = self.solve()
-        k = 4 / 6
-        self.near(results.reactions[results.deck.node_at(0, 0)][2],
-                  10000 * 4 / 2 * (3 * k + 1) / (6 * k + 1), 1e-4)
-        self.assertEqual(len(results.deck.nodes), 6)
-        listing = self.made("--list", "frame.dxf")
-        self.assertRegex(listing, r"columns +1 +3 +5 +length 8\n")
-        self.assertRegex(listing, r"feet +0 +2 +2\n")
-
-    def test_segments_and_points_are_numbered_in_their_order(self):
-        def draw(space):
-            space.add_line((0, 0), (4, 0), dxfattribs={"layer": "columns"})
-            space.add_line((4, 0), (4, 3), dxfattribs={"layer": "beam"})
-            space.add_point((0, 0), dxfattribs={"layer": "feet"})
-            space.add_point((4, 3), dxfattribs={"layer": "corner"})
-        self.drawing(draw)
-        self.write("frame.toml", PORTAL_RECIPE)
-        numbers = self.made("-q", "frame.dxf", "frame.toml", "-o", "model.dat", "--map", "-")
-        self.assertEqual(numbers.split("\n"), [
-            "kind,old,new", "node,1,1", "node,2,2", "node,3,2", "node,4,3", "node,5,1", "node,6,3",
-            "element,1,1", "element,2,2", "cell,3,", "cell,4,", ""])
-
-    def test_ends_meet_within_a_millionth_of_the_drawing(self):
-        for size in (1000.0, 0.001):
-            for gap, merged in ((0.9e-6, 1), (1.1e-6, 0)):
-                def draw(space, gap=gap * size, size=size):
-                    space.add_line((0, 0), (size, 0))
-                    space.add_line((size, gap), (size, size))
-                self.drawing(draw)
-                done = self.run_import("-v", "--list", "frame.dxf")
-                self.assertIn(f"note: {merged} node{'s' * (not merged)} merged within", done.stderr)
-
-    def test_closed_polylines_close(self):
-        self.drawing(lambda s: s.add_lwpolyline([(0, 0), (1, 0), (1, 1)], close=True))
-        self.assertRegex(self.made("--list", "frame.dxf"), r"0 +1 +3 +3 +length 3.41421\n")
-        self.drawing(lambda s: s.add_lwpolyline([(0, 0), (1, 0)], close=True))
-        self.assertRegex(self.made("--list", "frame.dxf"), r"0 +1 +1 +2 +length 1\n")
-
-    def test_old_polylines_are_read(self):
-        self.drawing(lambda s: s.add_polyline2d([(0, 0), (1, 0), (1, 1)]))
-        self.assertRegex(self.made("--list", "frame.dxf"), r"0 +1 +2 +3 +length 2\n")
-
-    def test_arcs_are_refused(self):
-        self.write("x.toml", PORTAL_RECIPE)
-        message = ('frame.dxf: error: layer "bow": a polyline has arcs; beams are straight: draw '
-                   "segments [dxf]")
-        points = [(0, 0, 0, 0, 1), (1, 0, 0, 0, 0)]
-        self.drawing(lambda s: s.add_lwpolyline(points, dxfattribs={"layer": "bow"}))
-        self.refused(message, "frame.dxf", "x.toml", "-o", "model.dat")
-        self.drawing(lambda s: s.add_polyline2d([(0, 0, 0, 0, 1), (1, 0)], format="xyseb",
-                                                dxfattribs={"layer": "bow"}))
-        self.refused(message, "frame.dxf", "x.toml", "-o", "model.dat")
-
-    def test_a_drawing_without_lines_is_refused(self):
-        self.drawing(lambda s: s.add_circle((0, 0), 1))
-        self.write("x.toml", PORTAL_RECIPE)
-        self.refused("frame.dxf: error: the drawing has no LINE, LWPOLYLINE, POLYLINE or 3DLINE "
-                     "[dxf]", "frame.dxf", "x.toml", "-o", "model.dat")
-
-    def test_coordinates_must_be_finite(self):
-        self.drawing(lambda s: s.add_line((0, 0), (1, 7.25)))
-        text = self.read("frame.dxf")
-        self.write("frame.dxf", text.replace("\n7.25\n", "\n1e999\n"))
-        done = self.run_import("--list", "frame.dxf")
-        self.assertEqual(done.stderr, "frame.dxf: error: a point has a coordinate that is not finite "
-                         "[dxf]\n")
-
-    def test_what_is_no_drawing_is_refused(self):
-        self.drawing(lambda s: s.add_line((0, 0), (1, 0)))
-        whole = (self.folder / "frame.dxf").read_bytes()
-        self.write("x.toml", PORTAL_RECIPE)
-        for cut in [0, 1, 2, 100, 1000, len(whole) // 2, len(whole) - 20]:
-            with self.subTest(cut=cut):
-                self.write("frame.dxf", whole[:cut])
-                done = self.run_import("--list", "frame.dxf")
-                self.assertNotIn("Traceback", done.stderr)
-                if done.returncode:
-                    self.assertEqual(done.returncode, 2)
-                    self.assertRegex(done.stderr, r"^frame\.dxf: error: .* \[dxf\]\n$")
-        self.write("frame.dxf", "no drawing")
-        self.assertEqual(self.run_import("--list", "frame.dxf").returncode, 2)
 
 
 if __name__ == "__main__":
