@@ -12,6 +12,7 @@ from .elements import Elements
 from .errors import plural
 from .mesh import KINDS, Ints, Mesh, Reals
 from .model import Model
+from .recipe import Recipe
 from .sizes import SIZES, size_of
 from .text import CHUNK
 
@@ -70,15 +71,16 @@ def group_rows(mesh: Mesh, name: str) -> list[tuple[str, str, str, str, str]]:
 
 
 def summary(model: Model, deck: str, applied: list[Applied]) -> str:
-    """What became of the mesh: elements, then materials, supports and loads group by group."""
-    mesh = model.mesh
+    """What became of the mesh: elements, then materials, supports and loads group by group. Sizes
+    are in the unit of the mesh, forces and moments in those of the values."""
+    mesh, units = model.mesh, UnitNames(model.recipe)
     counts = ", ".join(count_of(e) for e in model.elements)
     lines = [f"{comment(deck)}: {plural(len(model.node_places), 'node')}, {counts}"]
     size = float(np.abs(mesh.points).max()) * model.length_scale
     for record in applied:
         parts = [record.count]
         if record.size_name:
-            parts.append(f"{record.size_name} {figure(record.size)}")
+            parts.append(f"{record.size_name} {figure(record.size)}{units.size(record.size_name)}")
         if record.nodes:
             parts.append(record.detail if "node" in record.detail
                          else plural(record.nodes, "node"))
@@ -87,9 +89,24 @@ def summary(model: Model, deck: str, applied: list[Applied]) -> str:
         lines.append(f'{comment(record.label)} on "{comment(record.group)}": {", ".join(parts)}')
         if record.force is not None:
             scale = float(np.abs(record.force).max())
-            lines.append(f"    force {vector(record.force, scale)}, moment about the origin "
-                         f"{vector(record.moment, scale * size)}")
+            lines.append(f"    force {vector(record.force, scale)}{units.force}, moment about the "
+                         f"origin {vector(record.moment, scale * size)}{units.moment}")
     return "\n".join(lines) + "\n"
+
+
+class UnitNames:
+    """What stands behind figures: a blank and a unit, or nothing where the recipe names none."""
+
+    def __init__(self, recipe: Recipe) -> None:
+        values = recipe.system(recipe.values_unit)
+        self.force = comment(f" {values.force}") if values else ""
+        self.moment = comment(f" {values.force} {values.length}") if values else ""
+        self._length = comment(f" {recipe.mesh_unit}") if recipe.mesh_unit else ""
+
+    def size(self, name: str) -> str:
+        """Of a length, an area or a volume."""
+        powers = {"length": "", "area": "^2", "volume": "^3"}
+        return self._length and self._length + powers[name]
 
 
 def count_of(elements: Elements) -> str:

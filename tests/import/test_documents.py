@@ -52,7 +52,8 @@ class Documents(Case):
     def test_the_bracket_holds_its_bolt(self):
         self.run_line("gmsh -v 1 -3 bracket.geo -o bracket.msh")
         report = self.made("bracket.msh", "bracket.toml", "-o", "bracket.dat")
-        self.assertIn("force (0, 0, -2000)", report)
+        self.assertIn("force (0, 0, -2000) N, moment about the origin (", report)
+        self.assertRegex(report, r'material "steel" on "body": \d+ tetrahedra, volume [0-9.]+ mm\^3\n')
         results = self.solve("bracket.dat")
         self.near(results.held()[2], 2000, 1e-4)
         self.assertLess(results.at(80, 20, 0)[2], 0)

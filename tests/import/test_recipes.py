@@ -168,8 +168,51 @@ factors = [1000, 1]
                    '[units.N-mm]\nforce = "N"\nlength = "mm"\npressure = "MPa"\n'
                    'factors = [1, 0.001]\n[units.kN-m]\nforce = "kN"\nlength = "m"\n'
                    'pressure = "kPa"\nfactors = [1000, 1]\n')
-        self.assertIn("force (0, 0, -1), moment about the origin (-0.001, 0.001, 0)",
+        self.assertIn("force (0, 0, -1) kN, moment about the origin (-0.001, 0.001, 0) kN m\n",
                       self.made("m.msh", "r.toml", "-o", "d.dat"))
+
+    def test_the_report_has_the_units_of_mesh_and_values(self):
+        """Names of units as the recipe gives them: sizes by the mesh, forces by the values."""
+        self.write("r.toml", """\
+[problem]
+mesh_unit = "Zoll"
+values = "big"
+results = "small"
+[material.steel]
+groups = ["plate"]
+E = 210e3
+nu = 0.3
+G = 80e3
+t = 1
+[support.left]
+groups = ["left"]
+codes = "111111"
+[load.tip]
+groups = ["tip"]
+force = [0, 0, -1]
+[load.snow]
+groups = ["plate"]
+pressure = [0, 0, -3]
+[units.small]
+force = "N"
+length = "Zoll"
+pressure = "psi"
+factors = [1, 1]
+[units.big]
+force = "MN"
+length = "km"
+pressure = "Pa"
+factors = [1000000, 1000]
+""")
+        self.assertEqual(self.made("m.msh", "r.toml", "-o", "d.dat"), """\
+d.dat: 4 nodes, 2 triangles of 3 nodes
+material "steel" on "plate": 2 triangles, area 1 Zoll^2
+support "left" on "left": 1 line, length 1 Zoll, 2 nodes, codes 111111
+load "tip" on "tip": 1 point, shared by 1 node
+    force (0, 0, -1) MN, moment about the origin (-0.001, 0.001, 0) MN km
+load "snow" on "plate": 2 triangles, area 1 Zoll^2
+    force (0, 0, -3e-06) MN, moment about the origin (-1.5e-09, 1.5e-09, 0) MN km
+""")
 
     def test_a_prescribed_height_of_a_solid_is_in_units_of_values(self):
         self.write("m.msh", "$MeshFormat\n2.2 0 8\n$EndMeshFormat\n$Nodes\n4\n1 0 0 0\n2 1000 0 0\n"
@@ -203,7 +246,8 @@ pressure = "kPa"
 factors = [1000, 1]
 """)
         report = self.made("m.msh", "r.toml", "-o", "d.dat")
-        self.assertIn("force (0, 0, -1), moment about the origin (-0.5, 0.5, 0)", report)
+        self.assertIn("force (0, 0, -1) kN, moment about the origin (-0.5, 0.5, 0) kN m\n", report)
+        self.assertIn('load "tip" on "plate": 2 triangles, area 1e+06 mm^2\n', report)
         self.assertIn("1  units=kN-m E=210000000.0", self.read("d.dat"))
         held = self.solve("d.dat").held()
         self.assertAlmostEqual(held[2], 1000 * (1 - 1 / 3 - 1 / 6), delta=0.01)
