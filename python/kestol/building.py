@@ -10,7 +10,7 @@ from numpy.typing import ArrayLike, NDArray
 
 from . import _kestol
 from .errors import Error
-from .records import components_of, each, finite, integers, tail_of, word_of
+from .records import codes_of, components_of, each, finite, integers, require, tail_of, word_of
 
 _LOAD_SECTIONS = {
     "global": "global_pressure_loads",
@@ -179,7 +179,7 @@ class Building:
         given = [0.0] * dofs if values is None else list(values)
         if len(given) != dofs:
             raise Error(f"a support has {dofs} values here, not {len(given)}", code="syntax")
-        words = [word_of("the codes", codes), *(finite("a value", value) for value in given)]
+        words = [codes_of(codes), *(finite("a value", value) for value in given)]
         record = " ".join(words) + tail_of(euler, units)
         for number in each(node):
             self._builder.add_record("constraints", f"{number} {record}")
@@ -250,6 +250,7 @@ class Building:
                    max_iterations: int = 10000) -> None:
         """The solver that ``solver="deck"`` means: ``Automatic``, ``SkyLine``, ``Double``, or
         ``Sparse`` with its tolerances."""
+        require("a solver", name, str, "a text")
         tail = ""
         if name.lower().startswith("sparse"):
             tolerances = [finite("a tolerance", value) for value in (tolerance1, tolerance2)]

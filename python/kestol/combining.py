@@ -13,7 +13,7 @@ from numpy.typing import NDArray
 from . import _kestol
 from .errors import Error
 from .model import Model, Path
-from .records import finite
+from .records import finite, require
 from .results import Results
 
 _KINDS = ("nodes", "stations", "station_displacements", "shells", "shells_top", "shells_bottom",
@@ -128,12 +128,15 @@ def combine(model: Model, cases: Mapping[str, Path],
         model: the model with its own loads.
         cases: by name, ``"model"`` for the model's own loads and weight (at most once), or the path
             of a file with load sections, constraints with settlements and units keywords.
-        combinations: by name, the factors of the cases; cases that are not named count 0.
+        combinations: by name, the factors of the cases, of one at least; cases that are not named
+            count 0.
         solver: as for :func:`kestol.solve`.
 
     Raises:
         kestol.Error: ``syntax`` for a line of a case file; ``hinge-first`` for a loaded beam that
-            is hinged at its first node, whose loads cannot be added up.
+            is hinged at its first node, whose loads cannot be added up; ``model`` for a combination
+            without a case, and for names that are twice or unknown.
+        TypeError: an argument is of another type.
 
     >>> import kestol
     >>> model = kestol.Model(dimension=2)
@@ -149,25 +152,47 @@ def combine(model: Model, cases: Mapping[str, Path],
     >>> round(float(envelope.min[0, 0]), 6), str(envelope.min_by[0, 0])
     (-4050.0, 'U')
     """
+    require("the model", model, Model, "a kestol.Model")
+    sources = _sources(cases)
+    names = [name for name, _ in sources]
+    factors = _factors(combinations, names)
+    combined = _kestol.combine(model._builder, sources, list(factors), list(factors.values()),
+                               solver)
+    return Combined(combined, model.copy(), names, factors)
+
+
+def _sources(cases: Mapping[str, Path]) -> list[tuple[str, str]]:
+    """Names and paths of the cases; no path for the loads of the model."""
+    require("the cases", cases, Mapping, "a mapping")
     sources: list[tuple[str, str]] = []
     for name, source in cases.items():
+        require("the name of a case", name, str, "a text")
+        require(f"the case {name!r}", source, (str, os.PathLike), "a path")
         path = os.fspath(source)
         sources.append((name, "" if path == "model" else path))
     if sum(not path for _, path in sources) > 1:
         raise Error("the loads of the model make one case, not several", code="model")
-    names = [name for name, _ in sources]
-    if not names:
+    if not sources:
         raise Error("there is no load case", code="model")
+    return sources
+
+
+def _factors(combinations: Mapping[str, Mapping[str, float]],
+             names: list[str]) -> dict[str, list[float]]:
+    """The factors of all cases by the names of the combinations."""
+    require("the combinations", combinations, Mapping, "a mapping")
     factors: dict[str, list[float]] = {}
     for combination, terms in combinations.items():
+        require("the name of a combination", combination, str, "a text")
+        require(f"the combination {combination!r}", terms, Mapping, "a mapping")
         if combination in names:
             raise Error(f"{combination!r} names a case and a combination", code="model")
+        if not terms:
+            raise Error(f"combination {combination!r} has no case", code="model")
         for term in terms:
             if term not in names:
                 raise Error(f"combination {combination!r} names an unknown case: {term!r}",
                             code="model")
             finite("a factor", terms[term])
         factors[combination] = [float(terms.get(name, 0.0)) for name in names]
-    combined = _kestol.combine(model._builder, sources, list(factors), list(factors.values()),
-                               solver)
-    return Combined(combined, model.copy(), names, factors)
+    return factors

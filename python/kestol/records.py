@@ -32,17 +32,36 @@ def text_of(value: float) -> str:
     return repr(float(value))
 
 
+def require(what: str, value: object, kind: type | tuple[type, ...], noun: str) -> None:
+    """Refuses an argument of another type by its name, before it fails somewhere inside."""
+    if not isinstance(value, kind):
+        raise TypeError(f"{what} must be {noun}, not {type(value).__name__}")
+
+
 def finite(key: str, value: float) -> str:
-    if not np.isfinite(value):
+    try:
+        is_finite = bool(np.isfinite(value))
+    except TypeError:
+        raise TypeError(f"{key} must be a number, not {type(value).__name__}") from None
+    if not is_finite:
         raise Error(f"{key} is not a finite number", code="syntax")
     return text_of(value)
 
 
 def word_of(what: str, text: str) -> str:
     """A name that the language of the deck can hold."""
+    require(what, text, str, "a text")
     if not text or text.startswith("#") or any(c.isspace() for c in text):
         raise Error(f"{what} must be one word: {text!r}", code="syntax")
     return text
+
+
+def codes_of(text: str) -> str:
+    """Codes of a support; the reader of decks lets degrees with other digits go free."""
+    word = word_of("the codes", text)
+    if not set(word) <= set("012"):
+        raise Error(f"the codes are digits 0, 1 or 2: {text!r}", code="syntax")
+    return word
 
 
 def components_of(values: Sequence[Any]) -> list[float]:

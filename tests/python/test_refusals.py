@@ -97,6 +97,10 @@ def test_nodes_elements_and_models(text, action):
     ("a value is not a finite number", lambda m: m.add_support(1, "111", [0, NAN, 0])),
     ("Not reading correctly the constraints. Number=1", lambda m: m.add_support(1, "1111")),
     ("the codes must be one word: '11 1'", lambda m: m.add_support(1, "11 1")),
+    ("the codes are digits 0, 1 or 2: '113'", lambda m: m.add_support(2, "113")),
+    ("the codes are digits 0, 1 or 2: '911'", lambda m: m.add_support(2, "911")),
+    ("the codes are digits 0, 1 or 2: '11-'", lambda m: m.add_support(2, "11-")),
+    ("the codes are digits 0, 1 or 2: '11\u0662'", lambda m: m.add_support(2, "11\u0662")),
     ("Trying to assign constrain to unknown node", lambda m: m.add_support(50, "111")),
     ("three Euler angles are needed", lambda m: m.add_support(1, "111", euler=[0, 0])),
     ("an Euler angle is not a finite number", lambda m: m.add_support(1, "111", euler=[0, 0, INF])),
@@ -185,6 +189,50 @@ def test_numbers_that_are_not_whole():
             action(plane())
 
 
+@pytest.mark.parametrize("text, action", [
+    ("the codes must be a text, not int", lambda m: m.add_support(2, 111)),
+    ("the codes must be a text, not list", lambda m: m.add_support(2, [1, 1, 1])),
+    ("the codes must be a text, not NoneType", lambda m: m.add_support(2, None)),
+    ("a value must be a number, not str", lambda m: m.add_support(1, "111", ["a", 0, 0])),
+    ("a unit system must be a text, not int", lambda m: m.add_support(2, "111", units=5)),
+    ("a unit system must be a text, not int", lambda m: m.add_nodal_load(2, 0, 0, 0, units=5)),
+    ("a unit system must be a text, not int", lambda m: m.add_material(1, E=1, units=5)),
+    ("E must be a number, not str", lambda m: m.add_material(1, E="1")),
+    ("a name of a unit must be a text, not int", lambda m: m.add_units(1, "N", "m", "Pa", 1, 1)),
+    ("a unit must be a text, not int", lambda m: m.set_units(mesh=1)),
+    ("a solver must be a text, not int", lambda m: m.set_solver(1)),
+])
+def test_arguments_of_other_types_are_not_added(text, action):
+    model = plane()
+    before = model.text()
+    with pytest.raises(TypeError, match=f"^{re.escape(text)}$"):
+        action(model)
+    assert model.text() == before
+
+
+@pytest.mark.parametrize("text, arguments", [
+    ("the model must be a kestol.Model, not int", (5, {"G": "model"}, {})),
+    ("the model must be a kestol.Model, not str", ("deck.dat", {"G": "model"}, {})),
+    ("the cases must be a mapping, not str", (None, "abc", {})),
+    ("the cases must be a mapping, not list", (None, [("G", "model")], {})),
+    ("the cases must be a mapping, not NoneType", (None, None, {})),
+    ("the name of a case must be a text, not int", (None, {5: "model"}, {})),
+    ("the case 'G' must be a path, not int", (None, {"G": 5}, {})),
+    ("the case 'G' must be a path, not bytes", (None, {"G": b"model"}, {})),
+    ("the combinations must be a mapping, not str", (None, {"G": "model"}, "abc")),
+    ("the combinations must be a mapping, not list", (None, {"G": "model"}, [{"G": 1}])),
+    ("the name of a combination must be a text, not int", (None, {"G": "model"}, {5: {"G": 1}})),
+    ("the combination 'U' must be a mapping, not int", (None, {"G": "model"}, {"U": 5})),
+    ("the combination 'U' must be a mapping, not str", (None, {"G": "model"}, {"U": "G"})),
+    ("a factor must be a number, not str", (None, {"G": "model"}, {"U": {"G": "1"}})),
+    ("a factor must be a number, not NoneType", (None, {"G": "model"}, {"U": {"G": None}})),
+])
+def test_arguments_of_other_types_are_not_combined(text, arguments):
+    model, cases, combinations = arguments
+    with pytest.raises(TypeError, match=f"^{re.escape(text)}$"):
+        kestol.combine(portal() if model is None else model, cases, combinations)
+
+
 def test_of_several_at_once_those_before_the_refused_one_are_added():
     for rows, action in (
             ("constraints\n  1 111 0 0 0\n", lambda m: m.add_support([1, 77], "111")),
@@ -245,6 +293,7 @@ def test_arrays_of_a_solution_cannot_be_set():
 
 @pytest.mark.parametrize("text, code, cases, combinations", [
     ("combination 'U' names an unknown case: 'X'", "model", {"G": "model"}, {"U": {"X": 1}}),
+    ("combination 'U' has no case", "model", {"G": "model"}, {"S": {"G": 1}, "U": {}}),
     ("the loads of the model make one case, not several", "model",
      {"G": "model", "H": "model"}, {}),
     ("there is no load case", "model", {}, {}),
