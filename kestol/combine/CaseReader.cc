@@ -8,6 +8,7 @@
 #include <memory>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 #include "input/ConstraintsReader.h"
 #include "input/LoadsReader.h"
@@ -119,6 +120,7 @@ private:
   void ReadUnits(std::string_view keyword, std::size_t length);
   void UseForLoads(const UnitSystem& system) const;
   void ReadUnitNames();
+  void AddSystem(const UnitSystem& said) const;
   void ReadSection(const std::string& keyword, ReadRecord read);
   void ReadLoad(const std::string& keyword, std::string_view record);
   void ReadSettlement(const std::string& keyword, std::string_view record);
@@ -182,8 +184,24 @@ void CaseReader::ReadUnitNames() {
     line_ = scanner_.line;
     const std::string row(scanner_.TakeLine());
     if (StartsWith(word, "end")) return;
-    ReadPart(row + "\nend\n", [&](TextInput& input) { ReadUnitsNames(project_.units, input); });
+    ReadPart(row + "\nend\n", [&](TextInput& input) {
+      Units said;
+      ReadUnitsNames(said, input);
+      for (const UnitSystem& system : said.table) AddSystem(system);
+    });
   }
+}
+
+/// A name stands for one system: the units of the model's results and of its loads were chosen by
+/// their names, and the sizes of all units are in the model's reference.
+void CaseReader::AddSystem(const UnitSystem& said) const {
+  std::vector<UnitSystem>& table = project_.units.table;
+  const auto place = std::ranges::lower_bound(table, said.name, {}, &UnitSystem::name);
+  if (place == table.end() || place->name != said.name)
+    table.insert(place, said);
+  else if (!SameNumber(place->facN, said.facN) || !SameNumber(place->facM, said.facM))
+    Fatal("error: unit system '", said.name,
+          "' is known with other factors: give it another name\n");
 }
 
 // --- sections ---------------------------------------------------------------------------------

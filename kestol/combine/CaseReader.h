@@ -13,8 +13,8 @@ class Project;
 /// units_mat_and_load of its own hold within the file.
 ///
 /// Everything else is refused, with the file and the line: other keywords, sections without their
-/// "end", and supports that the model has not: codes must be 0 or those of the model, springs and
-/// axes the same.
+/// "end", a unit system that is known with other factors, and supports that the model has not:
+/// codes must be 0 or those of the model, springs and axes the same.
 ///
 /// The model must be without loads (TakeLoads) and not yet prepared for a solution. After a refusal
 /// it is of no further use.

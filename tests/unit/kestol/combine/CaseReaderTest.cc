@@ -78,7 +78,8 @@ TEST_F(CaseReaderTest, UnitsOfTheFileHoldWithinTheFile) {
   const CaseLoads named = Read("units_mat_and_load=N-mm\nnodal_point_loads\n2 1000 0 0\nend\n");
   EXPECT_DOUBLE_EQ(named.nodal.at(2)(1), 1.0);
   const CaseLoads own = Read(
-      "units_names\nMN-m MN m MPa 1e6 1\nend\nunits_mat_and_load MN-m\nunits_mesh m\n"
+      "units_names\nkN-m kN m kPa 1e3 1\nMN-m MN m MPa 1e6 1\nend\nunits_mat_and_load "
+      "MN-m\nunits_mesh m\n"
       "units_res kN-m\nnodal_point_loads\n2 1 0 0\n3 7000 0 0 Units N-mm\nend\n");
   EXPECT_DOUBLE_EQ(own.nodal.at(2)(1), 1000.0);
   EXPECT_DOUBLE_EQ(own.nodal.at(3)(1), 7.0);
@@ -129,6 +130,8 @@ TEST_F(CaseReaderTest, SectionsNeedTheirEnd) {
             "error: section 'nodal_point_loads' of line 2 has no \"end\"\n");
   EXPECT_EQ(Refusal("nodal_point_loads\n2 1 0 0\nface_loads\n", 3),
             "error: section 'nodal_point_loads' of line 1 has no \"end\" before 'face_loads'\n");
+  EXPECT_EQ(Refusal("units_names\nMN-m MN m MPa 1e6 1\nkN-m kN m kPa 1 1\nend\n", 3),
+            "error: unit system 'kN-m' is known with other factors: give it another name\n");
   EXPECT_EQ(Refusal("units_names\n", 1),
             "error: 'units_names' should finish with the 'end' word\n");
 }
