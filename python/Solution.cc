@@ -32,13 +32,6 @@ VtuEncoding EncodingOf(const std::string& name) {
   throw std::invalid_argument("encoding is \"raw\", \"base64\" or \"ascii\", not \"" + name + '"');
 }
 
-/// Where kestol-export puts the diagrams that belong to the file.
-std::string DiagramsBeside(std::string path) {
-  constexpr std::string_view kEnding = ".vtu";
-  if (path.ends_with(kEnding)) path.resize(path.size() - kEnding.size());
-  return path + "_diagrams.vtu";
-}
-
 }  // namespace
 
 Solution::Solution(std::shared_ptr<Project> model, Results answer, int stations,
@@ -130,8 +123,8 @@ void Solution::WriteVtuFile(const std::string& path, const std::string& encoding
   Carry();
   OutputFiles files(inputs);
   OutputFile& file = files.Open(path);
-  OutputFile* const beside =
-      diagrams && data.HasBeams() ? &files.Open(DiagramsBeside(path)) : nullptr;
+  const std::string besideIt = diagrams && data.HasBeams() ? DiagramsBeside(path) : "";
+  OutputFile* const beside = besideIt.empty() ? nullptr : &files.Open(besideIt);
   WriteVtu(file, ResultGrid(data).Grid(), how);
   if (beside != nullptr) WriteVtu(*beside, DiagramGrid(data).Grid(), how);
   files.Commit();

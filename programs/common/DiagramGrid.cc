@@ -1,7 +1,9 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <string_view>
 
+#include "programs/common/OutputFile.h"
 #include "programs/common/ResultGrid.h"
 #include "programs/common/RunProgram.h"
 
@@ -32,6 +34,14 @@ double LargestOf(const std::vector<double>& values) {
 }
 
 }  // namespace
+
+std::string DiagramsBeside(const std::string& vtu) {
+  constexpr std::string_view kEnding = ".vtu";
+  if (!HasPlace(vtu)) return {};
+  std::string_view stem = vtu;
+  if (stem.ends_with(kEnding)) stem.remove_suffix(kEnding.size());
+  return std::string(stem) + "_diagrams.vtu";
+}
 
 DiagramGrid::DiagramGrid(const ResultData& data) : data_(data) {
   for (int v = 0; v < kBeamValues; ++v)

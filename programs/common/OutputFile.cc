@@ -166,6 +166,15 @@ void OutputFile::Fail(const char* what) {
   throw ProgramError(what + ShownName() + ": " + std::strerror(reason));
 }
 
+bool HasPlace(const std::string& name) {
+  struct stat target {
+  }, standard{};
+  if (name == "-") return false;
+  if (!StatusOf(name, target)) return true;
+  if (!S_ISREG(target.st_mode)) return false;
+  return ::fstat(STDOUT_FILENO, &standard) != 0 || !IsSameFile(target, standard);
+}
+
 void RefuseSharedNames(const std::vector<std::string>& names) {
   std::unordered_set<std::string> places;
   for (const std::string& name : names) {

@@ -58,6 +58,10 @@ private:
   bool isSwapped_ = false;  ///< and the temporary name has what was there before
 };
 
+/// Whether others may stand beside a file of that name: not beside standard output, by whatever
+/// name, nor beside a pipe or a device.
+bool HasPlace(const std::string& name);
+
 /// Refuses two outputs of one program that are the same file.
 void RefuseSharedNames(const std::vector<std::string>& names);
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <string>
 #include <vector>
 
 #include "programs/common/ResultData.h"
@@ -103,5 +104,9 @@ private:
   std::array<double, kBeamValues> scale_{};  ///< length per value
   VtuGrid grid_;
 };
+
+/// Where the diagrams stand that belong to the grid in the file `vtu`: beside it. Empty where
+/// nothing stands beside it.
+std::string DiagramsBeside(const std::string& vtu);
 
 }  // namespace kestol

@@ -31,12 +31,6 @@ void Check(const CommandLine& line, const ExportOptions& options) {
 
 }  // namespace
 
-std::string ExportOptions::Diagrams() const {
-  std::string_view stem = vtu;
-  if (stem.ends_with(kVtuEnding)) stem.remove_suffix(kVtuEnding.size());
-  return std::string(stem) + "_diagrams.vtu";
-}
-
 ExportOptions ParseOptions(int argc, char** argv) {
   const std::map<std::string, VtuEncoding> encodings = {
       {"raw",    VtuEncoding::Raw   },

@@ -16,9 +16,6 @@ struct ExportOptions : CommonOptions {
   int stations = 0;  ///< 0: as the deck says
   SolverName solver = SolverName::Deck;
   bool meshOnly = false;
-
-  /// The name of the diagrams beside `vtu`.
-  std::string Diagrams() const;
 };
 
 /// Reads the command line; ends the program itself for --help, --version and whatever does not fit.

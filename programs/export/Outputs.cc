@@ -19,7 +19,7 @@ Outputs::Outputs(const ExportOptions& options, bool hasBeams)
     : options_(options), files_({options.deck}) {
   const bool drawn = !options.vtu.empty() && hasBeams && !options.meshOnly;
   vtu_ = Open(options.vtu);
-  diagrams_ = Open(drawn ? options.Diagrams() : "");
+  diagrams_ = Open(drawn ? DiagramsBeside(options.vtu) : "");
   json_ = Open(options.json);
   report_ = Open(options.report);
   res_ = Open(options.res);

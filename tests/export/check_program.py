@@ -95,6 +95,33 @@ def check_streams(bench):
     bench.expect(json.loads(done.stdout.decode("utf-8"))["deck"], "a name that is no text", done.stderr)
 
 
+def check_diagrams_have_a_place(bench):
+    """Beside standard output, by whatever name, a pipe or a device nothing is written."""
+    bench.put(SOUND)
+    bench.run("deck.dat", "--vtu", "a.vtu")
+    grid = (bench.work / "a.vtu").read_bytes()
+    bench.put(SOUND)
+    devices = {name for name in os.listdir("/dev") if name.endswith(".vtu")}
+    for name in ("-", "/dev/stdout", "/dev/fd/1", "/proc/self/fd/1"):
+        done = bench.run("deck.dat", "--vtu", name)
+        bench.expect((done.returncode, done.stdout, done.stderr) == (0, grid, b""), "into a pipe", name, done.stderr)
+        bench.expect(bench.files() == ["deck.dat"], name, bench.files())
+        with open(bench.work / "out", "wb") as out:
+            done = subprocess.run([bench.program, "deck.dat", "--vtu", name], cwd=bench.work, stdout=out,
+                                  stderr=subprocess.PIPE, check=False)
+        bench.expect(done.returncode == 0, "into a file", name, done.stderr)
+        bench.expect((bench.work / "out").read_bytes() == grid, "into a file", name)
+        (bench.work / "out").unlink()
+        bench.expect(bench.files() == ["deck.dat"], name, bench.files())
+    os.mkfifo(bench.work / "pipe.vtu")
+    with subprocess.Popen(["cat", "pipe.vtu"], cwd=bench.work, stdout=subprocess.PIPE) as reader:
+        done = bench.run("deck.dat", "--vtu", "pipe.vtu", timeout=20)
+        bench.expect((done.returncode, reader.stdout.read()) == (0, grid), "into a named pipe", done.stderr)
+    bench.expect(bench.files() == ["deck.dat", "pipe.vtu"], bench.files())
+    bench.expect(bench.run("deck.dat", "--vtu", "/dev/null").returncode == 0, "/dev/null")
+    bench.expect({name for name in os.listdir("/dev") if name.endswith(".vtu")} == devices, "beside a device")
+
+
 def check_verbosity(bench):
     bench.put(SOUND)
     bench.expect(bench.run("deck.dat", "--json", "a").stderr == b"", "silent")
@@ -240,8 +267,8 @@ def check_own_files(bench):
 
 def main():
     return Bench(*sys.argv[1:]).check("program", (
-        check_help, check_completion, check_quiet_folder, check_streams, check_verbosity, check_colour, check_progress,
-        check_solvers, check_stations, check_mesh_only, check_own_files))
+        check_help, check_completion, check_quiet_folder, check_streams, check_diagrams_have_a_place, check_verbosity,
+        check_colour, check_progress, check_solvers, check_stations, check_mesh_only, check_own_files))
 
 
 if __name__ == "__main__":

@@ -30,6 +30,14 @@ def test_diagrams_can_be_left_out(tmp_path):
     assert [path.name for path in tmp_path.iterdir()] == ["a.vtu"]
 
 
+def test_diagrams_need_a_place_beside_the_file(tmp_path):
+    os.mkfifo(tmp_path / "a.vtu")
+    with subprocess.Popen(["cat", tmp_path / "a.vtu"], stdout=subprocess.PIPE) as reader:
+        kestol.solve(portal()).to_vtu(tmp_path / "a.vtu")
+        assert reader.stdout.read().startswith(b"<?xml")
+    assert [path.name for path in tmp_path.iterdir()] == ["a.vtu"]
+
+
 def test_tables_are_those_of_the_export(deck, tmp_path):
     subprocess.run([os.environ["KESTOL_EXPORT"], "--csv", tmp_path / "t", "--solver", "deck",
                     deck], check=True)
