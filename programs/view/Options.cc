@@ -19,7 +19,7 @@ ViewOptions ParseOptions(int argc, char** argv) {
   CommandLine line("kestol-view", "The model and its results in one HTML file.", options);
   CLI::App& app = line.app;
   app.add_option("--cases", options.cases,
-                 "a menu of the cases, combinations and envelopes of this file")
+                 "a menu of the cases, combinations and envelopes of this file; not with --svg")
       ->type_name("COMBINATIONS.toml");
   app.add_option("--svg", options.svg,
                  "drawings PREFIX_model.svg, _deformed.svg, with beams also _N.svg, _V.svg, _M.svg")

@@ -39,6 +39,13 @@ test('--help names the drawings', async () => {
   assert.deepEqual([...line.matchAll(/_(\w+)\.svg/g)].map(([, name]) => name), drawings);
 });
 
+test('--cases goes without --svg: help, guide and manual page say so', async () => {
+  const read = (/** @type {string} */ name) => readFileSync(example(`../docs/${name}`), 'utf8');
+  assert.match((await view('--help')).stdout, /--cases COMBINATIONS\.toml .*; not with --svg\n/);
+  assert.match(read('view.md'), /\| `--cases FILE\.toml` \|.*; not with `--svg`/);
+  assert.match(read('man/kestol-view.1'), /\n\.BI \\-\\-cases (?:(?!\n\.TP\n).)*\nNot with\n\.BR \\-\\-svg ,\n/s);
+});
+
 test('the first picture of the README is what the program draws', async () => {
   const prefix = join(folder, 'readme');
   await view('--solver', 'skyline', '--svg', prefix, example('portal/portal.dat'));
