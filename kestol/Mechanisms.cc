@@ -197,12 +197,25 @@ bool IsFree(const LinearSystem& system, const ReaVecT& displacements) {
          kNoResistance;
 }
 
+bool IsOfMechanism(const FatalError& refusal) {
+  return dynamic_cast<const Unresisted*>(&refusal) != nullptr;
+}
+
+void RefuseMechanism(const Project& project) {
+  error.Clear();
+  try {
+    RefuseUnsolved(project, kBreakdown);
+  } catch (const FatalError& refusal) {
+    throw Unresisted(error, refusal.Status());
+  }
+}
+
 void RequireSound(LinearSystem& system) {
-  if (!IsSound(system)) RefuseUnsolved(system.Model(), kBreakdown);
+  if (!IsSound(system)) RefuseMechanism(system.Model());
 }
 
 void RequireResisted(const LinearSystem& system, const ReaVecT& displacements) {
-  if (IsFree(system, displacements)) RefuseUnsolved(system.Model(), kBreakdown);
+  if (IsFree(system, displacements)) RefuseMechanism(system.Model());
 }
 
 Mechanisms FindRigidMotions(const Project& project, int explained) {

@@ -5,6 +5,7 @@
 
 #include "algebra/Vector3.h"
 #include "kestol/LinearSystem.h"
+#include "main/ErrorChannel.h"
 
 namespace kestol {
 
@@ -75,10 +76,23 @@ bool IsSound(LinearSystem& system);
 /// solution of a mechanism whose loads set it in motion. A model that does not move is not free.
 bool IsFree(const LinearSystem& system, const ReaVecT& displacements);
 
-/// Refuses, as the solver refuses a singular matrix, a system that is not sound.
+/// A refusal of a model because it was found to move without resistance. Whatever else keeps it
+/// from being solved, such as iterations that end too early, is a FatalError alone.
+class Unresisted : public FatalError {
+public:
+  using FatalError::FatalError;
+};
+
+/// Whether the refusal is one of these.
+bool IsOfMechanism(const FatalError& refusal);
+
+/// Refuses such a model, as the solver refuses a singular matrix.
+[[noreturn]] void RefuseMechanism(const Project& project);
+
+/// Refuses in this way a system that is not sound.
 void RequireSound(LinearSystem& system);
 
-/// Refuses in the same way displacements that nothing resists. They tell of the mechanisms of a
+/// Refuses in this way displacements that nothing resists. They tell of the mechanisms of a
 /// large system whose solver iterates, which RequireSound does not search.
 void RequireResisted(const LinearSystem& system, const ReaVecT& displacements);
 

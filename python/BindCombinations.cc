@@ -42,13 +42,13 @@ std::shared_ptr<Combined> SolveCases(ModelBuilder& builder,
   const bool addsUp = Guard("model", [&] { return combined->AddsUp(); });
   if (addsUp && !Guard("model", [&] { return IsSound(combined->System()); }))
     RaiseMechanism(combined->System());
-  Guard(addsUp ? "mechanism" : "hinge-first", [&] { combined->SolveCases(); });
+  Guard(addsUp ? "model" : "hinge-first", [&] { combined->SolveCases(); });
   return combined;
 }
 
 py::dict EnvelopeOf(Combined& combined, int kind) {
   const KindEnvelope found =
-      Guard("mechanism", [&] { return combined.EnvelopeOf(static_cast<ValueKind>(kind)); });
+      Guard("model", [&] { return combined.EnvelopeOf(static_cast<ValueKind>(kind)); });
   return py::dict("value_count"_a = found.valueCount, "numbers"_a = FrozenCopy(found.numbers),
                   "points"_a = FrozenCopy(found.points), "min"_a = FrozenCopy(found.least),
                   "max"_a = FrozenCopy(found.largest), "min_by"_a = FrozenCopy(found.leastBy),
@@ -71,7 +71,7 @@ void BindCombinations(py::module_& module) {
   py::class_<Combined, std::shared_ptr<Combined>>(module, "Combined")
       .def("solve",
            [](Combined& c, const std::vector<double>& factors) {
-             return Guard("mechanism", [&] { return c.Solve(factors); });
+             return Guard("model", [&] { return c.Solve(factors); });
            })
       .def("envelope", EnvelopeOf);
   module.def("combine", SolveCases, "model"_a, "cases"_a, "names"_a, "factors"_a, "solver"_a);

@@ -38,12 +38,15 @@ SolveOptions OptionsFor(const std::string& solver, bool renumber) {
 
 namespace {
 
-/// A model that is well written and cannot be solved moves without resistance.
 Results SolveSystem(Project& project, const SolveOptions& options) {
   auto system = Guard("model", [&] { return std::make_unique<LinearSystem>(project, options); });
   const ReaVecT loads = Guard("model", [&] { return system->DeckLoads(); });
   if (!Guard("model", [&] { return IsSound(*system); })) RaiseMechanism(*system);
-  return Guard("mechanism", [&] { return system->Solve(loads); });
+  return Guard("model", [&] {
+    Results results = system->Solve(loads);
+    RequireResisted(*system, results.displacements);
+    return results;
+  });
 }
 
 std::shared_ptr<Solution> Solve(ModelBuilder& builder, const std::string& solver, int stations,

@@ -6,6 +6,7 @@
 #include <stdexcept>
 #include <string_view>
 
+#include "kestol/Mechanisms.h"
 #include "main/ErrorChannel.h"
 #include "programs/common/RunProgram.h"
 
@@ -20,15 +21,16 @@ pybind11::object Decoded(std::string_view bytes);
                              const char* code);
 
 /// Runs `action` and turns what it refuses into Python's exceptions: kestol.Error with `code`, or
-/// "syntax" for what the reader of a deck refuses; "file" for a file that cannot be read or
-/// written; MemoryError.
+/// "syntax" for what the reader of a deck refuses, "mechanism" for a model that moves without
+/// resistance; "file" for a file that cannot be read or written; MemoryError.
 template <class Action>
 auto Guard(const char* code, Action action) {
   try {
     return action();
   } catch (const FatalError& refusal) {
-    RaiseError(refusal.what(), refusal.File(), refusal.Line(),
-               IsOfReader(refusal) ? "syntax" : code);
+    if (IsOfReader(refusal)) code = "syntax";
+    if (IsOfMechanism(refusal)) code = "mechanism";
+    RaiseError(refusal.what(), refusal.File(), refusal.Line(), code);
   } catch (const ProgramError& failure) {
     RaiseError(failure.what(), {}, 0, "file");
   } catch (const std::length_error&) {

@@ -1,9 +1,11 @@
 #include "programs/common/FindingMessages.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <string_view>
 
 #include "kestol/Check.h"
+#include "kestol/Mechanisms.h"
 #include "kestol/findings/DeckLines.h"
 #include "main/ErrorChannel.h"
 #include "programs/common/KeptText.h"
@@ -27,16 +29,21 @@ std::uint64_t PlaceOfElement(const SourceMap& map, int number) {
   return Finding::kNowhere;
 }
 
-/// Whether there was anything to say.
-bool TellErrors(const std::string& deck) {
+/// What keeps the model from being solved, told.
+std::vector<Finding> TellErrors(const std::string& deck) {
   SourceMap map;
   Project project = ReadKeptDeck(deck, &map);
   CheckOptions options;
   options.solve = options.condition = false;
-  const Findings findings = Check(project, map, options);
-  for (const Finding& finding : findings.list)
-    if (finding.severity == Severity::Error) PrintFinding(deck, finding);
-  return findings.Count(Severity::Error) > 0;
+  std::vector<Finding> errors = Check(project, map, options).list;
+  std::erase_if(errors, [](const Finding& f) { return f.severity != Severity::Error; });
+  for (const Finding& finding : errors) PrintFinding(deck, finding);
+  return errors;
+}
+
+bool IsMotion(const Finding& finding) {
+  return finding.code == "mechanism" || finding.code == "rigid-motion" ||
+         finding.code == "orphan-node";
 }
 
 }  // namespace
@@ -58,8 +65,13 @@ std::string FindingText(const std::string& deck, const Finding& finding, bool co
 void EndUnsolved(const std::string& deck, const FatalError& refusal) {
   // The refusal's text stands in the channel of errors, which the search clears.
   const std::string words(PlainWords(refusal.what()));
-  if (!TellErrors(deck)) PrintMessage({"error", words, "model", deck});
-  throw ProgramEnd{kFindings};
+  const bool moves = IsOfMechanism(refusal);
+  const std::vector<Finding> errors = TellErrors(deck);
+  const bool isExplained = std::any_of(errors.begin(), errors.end(), IsMotion);
+  const bool isTold = isExplained || std::any_of(errors.begin(), errors.end(),
+                                                 [&](const Finding& f) { return f.text == words; });
+  if (!isTold) PrintMessage({"error", words, moves ? "mechanism" : "model", deck});
+  throw ProgramEnd{moves || isExplained ? kFindings : kFailed};
 }
 
 void PrintLoadedHinges(const std::string& deck, const std::vector<LoadedHinge>& hinges) {

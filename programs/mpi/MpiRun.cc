@@ -10,6 +10,7 @@
 #include "analysis/RigidMotions.h"
 #include "analysis/SolveDriver.h"
 #include "direct/BlasRoom.h"
+#include "kestol/Mechanisms.h"
 #include "kestol/ReadDeck.h"
 #include "main/ErrorChannel.h"
 #include "programs/common/FindingMessages.h"
@@ -190,9 +191,8 @@ void MpiRun::TestForMechanism(SystemSolver& solver) {
 
 void MpiRun::RefuseMechanism() {
   team_.FirstAlone([&] {
-    error.Clear();
     try {
-      RefuseUnsolved(*project_, kBreakdown);
+      kestol::RefuseMechanism(*project_);
     } catch (const FatalError& refusal) {
       EndUnsolved(options_.deck, refusal);
     }

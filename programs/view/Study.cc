@@ -40,14 +40,17 @@ void SolveLoadsOf(Subject& subject, const SolveOptions& solve) {
 }
 
 /// The same deck with the reason why it cannot be solved.
-Subject Unsolved(const std::string& deck, const std::string& refusal) {
+Subject Unsolved(const std::string& deck, const FatalError& refusal) {
+  // The refusal's text stands in the channel of errors, which the search clears.
+  const std::string words(PlainWords(refusal.what()));
+  const bool moves = IsOfMechanism(refusal);
   CheckOptions search;
   search.solve = false;
   Subject subject = LookAt(deck, search);
   if (HasErrors(subject)) return subject;
   Finding& finding = subject.found.list.emplace_back();
-  finding.code = "model";
-  finding.text = refusal;
+  finding.code = moves ? "mechanism" : "model";
+  finding.text = words;
   return subject;
 }
 
@@ -61,7 +64,7 @@ void SolveAsAsked(Subject& subject, const ViewOptions& options, std::ostream* in
       SolveCasesOf(subject, options, solve);
   } catch (const FatalError& refusal) {
     if (refusal.Line() > 0) throw;  // of a case's file: the deck has been read
-    subject = Unsolved(options.deck, std::string(PlainWords(refusal.what())));
+    subject = Unsolved(options.deck, refusal);
   }
 }
 

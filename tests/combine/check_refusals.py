@@ -28,6 +28,9 @@ USAGE = (
     ("--list --vtu x c.toml", "--list writes no results"),
     ("--envelopes --vtu x c.toml", "--vtu writes cases and combinations, no envelopes"),
 )
+GRAVITY = ("portal.dat:9:1: error: for 2D problems GravityDirection_Z must be 0.0 [model]\n"
+           "    9 | GravityDirection 0 0 1\n      | ^~~~~~~~~~~~~~~~\n"
+           "  write GravityDirection 0 -1 0 for a weight along -y\n")
 NO_SECTION = "portal.dat: error: section parameter A is 0 for element 1 [model]\n"
 UNKNOWN_KEY = ":33: error: Unknown key name=materails [syntax]\n   33 | materails\n"
 MOVES = (": error: the supports leave the model a rigid motion [rigid-motion]\n"
@@ -55,6 +58,7 @@ class Inputs(Refusals):
         self.folder.write("c.toml", CASES)
         for deck, status, words in (
                 (frame().replace("A=1e-2", "A=0"), 2, NO_SECTION),
+                (frame().replace("0 -1 0\nmesh", "0 0 1\nmesh"), 2, GRAVITY),
                 (frame() + "materails\n", 2, "portal.dat" + UNKNOWN_KEY),
                 (frame().replace(" 111 ", " 010 "), 1, "portal.dat" + MOVES),
                 (frame() + "rotules\n 2\nend\n", 1, HINGED)):

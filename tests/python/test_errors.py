@@ -7,7 +7,7 @@ import sys
 import pytest
 
 import kestol
-from frames import DECK, portal
+from frames import DECK, grid, portal
 
 
 def refused(action, *arguments, **keywords):
@@ -59,6 +59,28 @@ def test_a_mechanism_that_the_solver_does_not_notice():
         error = refused(kestol.solve, model, solver)
         assert error.code == "mechanism"
         assert error.text.startswith("the model is a mechanism in 2 ways\n  mode 1: node 3 moves")
+
+
+def test_what_is_not_solved_and_is_no_mechanism():
+    model = kestol.Model(dimension=2)
+    model.set_solver("Sparse", 1e-12, 1e-12, 10)
+    model.add_material(1, E=2.1e11, A=1e-2, Iz=1e-5)
+    nodes, pairs = grid(64)
+    model.add_nodes(nodes)
+    model.add_beams(pairs, material=1)
+    model.add_support(1, "111")
+    model.add_nodal_load(len(nodes), 0, -1000, 0)
+    for solve in (lambda: kestol.solve(model, "deck"),
+                  lambda: kestol.combine(model, {"G": "model"}, {}, solver="deck")):
+        error = refused(solve)
+        assert error.text.startswith("error when solving system. Stopped after 10 iterations")
+        assert error.code == "model"
+    sideways = kestol.read_text(DECK.replace(" A=", " Weight=78.5 A="))
+    sideways.set_gravity(0, 0, 1)
+    for solve in (kestol.solve, lambda model: kestol.combine(model, {"G": "model"}, {})):
+        error = refused(solve, sideways)
+        assert error.text == "for 2D problems GravityDirection_Z must be 0.0"
+        assert error.code == "model"
 
 
 def test_outputs_never_replace_the_deck(tmp_path):
