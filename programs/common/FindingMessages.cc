@@ -74,7 +74,7 @@ void EndUnsolved(const std::string& deck, const FatalError& refusal) {
   throw ProgramEnd{moves || isExplained ? kFindings : kFailed};
 }
 
-void PrintLoadedHinges(const std::string& deck, const std::vector<LoadedHinge>& hinges) {
+std::vector<Finding> FindingsOf(const std::string& deck, const std::vector<LoadedHinge>& hinges) {
   SourceMap map;
   ReadKeptDeck(deck, &map);
   std::vector<Finding> findings;
@@ -82,10 +82,15 @@ void PrintLoadedHinges(const std::string& deck, const std::vector<LoadedHinge>& 
     Finding& finding = findings.emplace_back();
     finding.code = "hinge-first";
     finding.text = TextOf(hinge);
+    finding.elements = {hinge.element};
     finding.offset = PlaceOfElement(map, hinge.element);
   }
   PlaceFindings(map, findings);
-  for (const Finding& finding : findings) PrintFinding(deck, finding);
+  return findings;
+}
+
+void PrintLoadedHinges(const std::string& deck, const std::vector<LoadedHinge>& hinges) {
+  for (const Finding& finding : FindingsOf(deck, hinges)) PrintFinding(deck, finding);
 }
 
 }  // namespace kestol

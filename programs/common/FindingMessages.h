@@ -22,7 +22,10 @@ std::string FindingText(const std::string& deck, const Finding& finding, bool co
 /// the deck once more, for the lines of its records.
 [[noreturn]] void EndUnsolved(const std::string& deck, const FatalError& refusal);
 
-/// Says of each beam, at its line of the deck, why its loads cannot be added to others.
+/// Of each beam, at its line of the deck, why its loads cannot be added to others.
+std::vector<Finding> FindingsOf(const std::string& deck, const std::vector<LoadedHinge>& hinges);
+
+/// Says so on standard error.
 void PrintLoadedHinges(const std::string& deck, const std::vector<LoadedHinge>& hinges);
 
 }  // namespace kestol

@@ -28,13 +28,6 @@ CombinationFile ReadFile(const std::string& path, const std::string& deck) {
   return file;
 }
 
-void RefuseObstacles(Superposition& sums, const std::string& deck) {
-  const std::vector<LoadedHinge> obstacles = sums.Obstacles();
-  if (obstacles.empty()) return;
-  PrintLoadedHinges(deck, obstacles);
-  throw ProgramEnd{kFindings};
-}
-
 }  // namespace
 
 bool CasesAreBuilt() {
@@ -48,13 +41,17 @@ std::vector<std::string> InputsOfCases(const std::string& path, const std::strin
 SolvedCases SolveCases(Project& project, const std::string& deck, const std::string& path,
                        const SolveOptions& options) {
   const CombinationFile file = ReadFile(path, deck);
-  SolvedCases solved{file.CaseNames(), {}, file.AllCombinations()};
+  SolvedCases solved{file.CaseNames(), {}, file.AllCombinations(), {}};
   if (solved.combinations.size() > kMostCombinationsOfPage)
     throw ProgramError(path + " gives " + std::to_string(solved.combinations.size()) +
                        " combinations: a page holds at most " +
                        std::to_string(kMostCombinationsOfPage));
   Superposition sums(project, ReadCases(project, file), options);
-  RefuseObstacles(sums, deck);
+  const std::vector<LoadedHinge> obstacles = sums.Obstacles();
+  if (!obstacles.empty()) {
+    solved.obstacles = FindingsOf(deck, obstacles);
+    return solved;
+  }
   sums.Solve();
   const PageModel model(project);
   for (int k = 0; k < sums.CaseCount(); ++k) {

@@ -6,6 +6,7 @@
 
 #include "kestol/LinearSystem.h"
 #include "kestol/combine/Combination.h"
+#include "kestol/findings/Finding.h"
 #include "programs/view/PageCase.h"
 
 namespace kestol {
@@ -15,6 +16,8 @@ struct SolvedCases {
   std::vector<std::string> names;
   std::vector<PageCase> cases;
   std::vector<Combination> combinations;
+  std::vector<Finding>
+      obstacles;  ///< what keeps the cases from being added; then nothing is solved
 };
 
 /// Whether this program can read combination files.
@@ -28,7 +31,8 @@ std::vector<std::string> InputsOfCases(const std::string& path, const std::strin
 /// Reads the file `path` and solves its cases on the model of `deck`, which must be the one that
 /// the file names.
 ///
-/// Refuses what kestol-combine refuses. Mistakes of the file are told on standard error.
+/// Refuses what kestol-combine refuses, but for obstacles. Mistakes of the file are told on
+/// standard error.
 SolvedCases SolveCases(Project& project, const std::string& deck, const std::string& path,
                        const SolveOptions& options);
 

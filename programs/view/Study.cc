@@ -1,5 +1,6 @@
 #include "programs/view/Study.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <string>
 #include <utility>
@@ -28,8 +29,31 @@ bool HasErrors(const Subject& subject) {
   return subject.found.Count(Severity::Error) > 0;
 }
 
+/// The deck as it was read, without anything solved.
+Subject LookAgain(const std::string& deck) {
+  CheckOptions search;
+  search.solve = false;
+  return LookAt(deck, search);
+}
+
+/// What is a warning where the loads of the deck stand alone is an error where cases are added up.
 void SolveCasesOf(Subject& subject, const ViewOptions& options, const SolveOptions& solve) {
-  subject.cases = SolveCases(*subject.project, options.deck, options.cases, solve);
+  SolvedCases solved = SolveCases(*subject.project, options.deck, options.cases, solve);
+  if (solved.obstacles.empty()) {
+    subject.cases = std::move(solved);
+    return;
+  }
+  subject = LookAgain(options.deck);
+  std::vector<Finding>& list = subject.found.list;
+  for (Finding& obstacle : solved.obstacles) {
+    const auto known = std::find_if(list.begin(), list.end(), [&](const Finding& finding) {
+      return finding.code == obstacle.code && finding.offset == obstacle.offset;
+    });
+    if (known != list.end())
+      known->severity = Severity::Error;
+    else
+      list.push_back(std::move(obstacle));
+  }
 }
 
 void SolveLoadsOf(Subject& subject, const SolveOptions& solve) {
@@ -44,9 +68,7 @@ Subject Unsolved(const std::string& deck, const FatalError& refusal) {
   // The refusal's text stands in the channel of errors, which the search clears.
   const std::string words(PlainWords(refusal.what()));
   const bool moves = IsOfMechanism(refusal);
-  CheckOptions search;
-  search.solve = false;
-  Subject subject = LookAt(deck, search);
+  Subject subject = LookAgain(deck);
   if (HasErrors(subject)) return subject;
   Finding& finding = subject.found.list.emplace_back();
   finding.code = moves ? "mechanism" : "model";

@@ -123,15 +123,25 @@ test('--cases: what a case says wrongly, at its line', async () => {
                 'constraints with settlements and units keywords [syntax]\n    1 | rotules\n');
 });
 
-test('--cases: a loaded beam that is hinged at its first node', async () => {
-  const text = readFileSync(example('02-portal-frame.dat'), 'latin1');
-  deckOf(`${text}\nrotules\n2\nend\nglobal_pressure_loads\n2 0 -1\nend\n`, 'hinged.dat');
-  deckOf('model = "hinged.dat"\n[cases.G]\nloads = "model"\n', 'hinged.toml');
-  const done = await view('--cases', 'hinged.toml', '-o', 'cases.html', 'hinged.dat');
+test('--cases: a loaded beam that is hinged at its first node is told, above a page without results', async () => {
+  const text = `${readFileSync(example('02-portal-frame.dat'), 'latin1')}\nrotules\n2\nend\n`;
+  const load = 'global_pressure_loads\n2 0 -1\nend\n';
   const line = text.slice(0, text.indexOf('    2  2 3')).split('\n').length;
-  assert.deepEqual([done.status, done.stderr.split('\n')[0]],
-                   [1, `hinged.dat:${line}:5: error: element 2 is loaded and hinged at its first node 2: ` +
-                       'write "3 2" [hinge-first]']);
+  const words = 'element 2 is loaded and hinged at its first node 2: write "3 2"';
+  deckOf(load, 'load.dat');
+  for (const [deck, loads] of [[text + load, 'model'], [text, 'load.dat']]) {
+    deckOf(deck, 'hinged.dat');
+    deckOf(`model = "hinged.dat"\n[cases.G]\nloads = "${loads}"\n`, 'hinged.toml');
+    const done = await view('--cases', 'hinged.toml', 'hinged.dat');
+    assert.deepEqual([done.status, done.stderr],
+                     [1, `hinged.dat:${line}:5: error: ${words} [hinge-first]\n` +
+                         `${String(line).padStart(5)} | ${text.split('\n')[line - 1]}\n      |     ^\n`]);
+    const page = JSON.parse(/id="kestol-model">(.*?)<\/script>/s.exec(done.stdout)?.[1] ?? '');
+    const told = page.findings.filter((/** @type {{code: string}} */ f) => f.code === 'hinge-first');
+    assert.deepEqual(told.map((/** @type {any} */ f) => [f.severity, f.line, f.column, f.text, f.elements]),
+                     [['error', line, 5, words, [2]]]);
+    assert.deepEqual(page.cases.map((/** @type {{name: string}} */ c) => c.name), ['loads of the deck']);
+  }
 });
 
 test('--cases: a page holds at most 1000 combinations', async () => {
