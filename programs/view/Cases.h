@@ -16,8 +16,7 @@ struct SolvedCases {
   std::vector<std::string> names;
   std::vector<PageCase> cases;
   std::vector<Combination> combinations;
-  std::vector<Finding>
-      obstacles;  ///< what keeps the cases from being added; then nothing is solved
+  std::vector<Finding> obstacles;  ///< to adding the cases up; with any nothing is solved
 };
 
 /// Whether this program can read combination files.
