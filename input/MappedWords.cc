@@ -145,6 +145,7 @@ void ReadType(Project& project, TextInput& input, SourceMap& map) {
     map.dimension = project.problemType == Plane ? 2 : 3;
   }
   walk.GoTo(meant.end);
+  if (!meant.IsKnown()) SkipRestOfLine(input);  // of what was refused
 }
 
 }  // namespace

@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <cmath>
+#include <set>
 #include <string>
 #include <unordered_map>
 #include <utility>
@@ -165,17 +166,30 @@ void DropJoined(const Project& project, std::vector<NodePair>& pairs) {
 
 }  // namespace
 
+namespace {
+
+/// Nodes that a finding says no element has: wherever they stand, that is the mistake.
+std::set<int> ToldAsLoose(const Inspection& deck) {
+  std::set<int> nodes;
+  for (const Finding& finding : deck.findings)
+    if (finding.code == "orphan-node" || finding.code == "unused")
+      nodes.insert(finding.nodes.begin(), finding.nodes.end());
+  return nodes;
+}
+
+}  // namespace
+
 void FindCoincidentNodes(Inspection& deck) {
   const Project& project = deck.project;
   if (project.meshes.empty() || project.meshes[0]->nodes->Highest() == 0) return;
   std::vector<NodePair> pairs = CoincidentPairs(project);
   DropJoined(project, pairs);
-  pairs.erase(std::remove_if(pairs.begin(), pairs.end(),
-                             [&](const NodePair& pair) {
-                               return deck.IsSpoilt(RecordKind::Node, pair.first->number) ||
-                                      deck.IsSpoilt(RecordKind::Node, pair.second->number);
-                             }),
-              pairs.end());
+  const std::set<int> loose = ToldAsLoose(deck);
+  const auto isOther = [&](const Node* node) {
+    return deck.IsSpoilt(RecordKind::Node, node->number) || loose.contains(node->number);
+  };
+  std::erase_if(pairs,
+                [&](const NodePair& pair) { return isOther(pair.first) || isOther(pair.second); });
   deck.joined.insert(deck.joined.end(), pairs.begin(), pairs.end());
   if (pairs.size() > kMostSingle) {
     std::vector<int> numbers;

@@ -88,16 +88,31 @@ constexpr Hint kHints[] = {
     {"Input of materials not correct. Unknown char: '#", "no comment stands behind values"               },
 };
 
+/// What is said of the factors of a unit system.
+constexpr std::string_view kFactors = "two positive numbers";
+
 /// A mesh that was given up may have held any node and element.
 void SpoilMesh(Inspection& deck) {
   for (const RecordKind kind : {RecordKind::Node, RecordKind::Element, RecordKind::Material})
     for (int i = 0; i < 1000; ++i) deck.AddUnnumbered(kind);
 }
 
+/// Where the reader's text belongs: a unit system's factors are refused where it is used, and are
+/// wrong where it is defined.
+Place PlaceOfText(const Inspection& deck, const Refusal& refusal) {
+  const bool isOfFactors = refusal.message.find(kFactors) != std::string::npos;
+  if (!isOfFactors && !refusal.message.starts_with("error: Units_mesh must be")) return At(refusal);
+  for (const UnitSystem& system : deck.project.units.table) {
+    if (IsUnitFactor(system.facN) && IsUnitFactor(system.facM)) continue;
+    const auto defined = deck.unitSystems.find(system.name);
+    if (defined != deck.unitSystems.end()) return {defined->second, system.name.size()};
+  }
+  return At(refusal);
+}
+
 /// Whether the refusal follows from a unit system that could not be read, or that is not defined
 /// before its first use, which is said once.
 bool IsOfUnits(const Inspection& deck, const Refusal& refusal) {
-  constexpr std::string_view kFactors = "two positive numbers";
   constexpr std::string_view kUndefined = "has not been previously defined";
   const std::string& message = refusal.message;
   const bool isOfFactors = message.find(kFactors) != std::string::npos;
@@ -129,7 +144,8 @@ void AddReaderText(Inspection& deck, const Refusal& refusal) {
   if (noNode && deck.AnySpoilt(RecordKind::Node)) return;
   if (noNode) SpoilMesh(deck);
   if (atEnd && refusal.message.starts_with("Not reading correctly the loads A")) return;
-  Finding& finding = AddLines(deck, "syntax", At(refusal), WithoutLineEnd(refusal.message));
+  Finding& finding =
+      AddLines(deck, "syntax", PlaceOfText(deck, refusal), WithoutLineEnd(refusal.message));
   const auto* const hint = std::find_if(std::begin(kHints), std::end(kHints), [&](const Hint& row) {
     return refusal.message.starts_with(row.text);
   });

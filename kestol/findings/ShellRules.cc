@@ -164,6 +164,8 @@ void FindCornerDiagonals(Inspection& deck) {
   for (const auto& [ends, edge] : edges) {
     const auto& [a, b] = ends;
     if (edge.elements.size() < 2 || !border.contains(a) || !border.contains(b)) continue;
+    const auto hasNoSize = [&](const Elem* elem) { return HasNoSize(project, *elem); };
+    if (std::any_of(edge.elements.begin(), edge.elements.end(), hasNoSize)) continue;
     const auto support = MergeTwoConstraints(a->constraint.get(), b->constraint.get());
     if (!support || std::all_of(edge.opposite.begin(), edge.opposite.end(),
                                 [&](const Node* node) { return IsHeldLike(*node, *support); }))

@@ -309,7 +309,12 @@ MISTAKES = [
     ("syntax", "portal", "units_mesh m", "units_mesh cm"),
     ("syntax", "portal", "units_res kN-m", "units_res kNm"),
     ("syntax", "portal", "kPa  1000  1", "kPa  1000"),
-    ("syntax", "portal", "kPa  1000  1", "kPa  1000  0", "units_mat_and_load"),
+    ("syntax", "portal", "kPa  1000  1", "kPa  1000  0"),
+    ("syntax", "portal", "kPa  1000  1", "kPa  -1  1"),
+    ("syntax", "portal", "TYPE 2d", "TYPE 2 d"),
+    # ---- one mistake where two rules see something
+    ("zero-size", "plate", "    3  2 3 5  1\n", "    3  1 2 3  1\n"),
+    ("orphan-node", "portal", "    5  6 0\n", "    5  6 0\n    6  6 4\n", "    6  6 4"),
     ("syntax", "plate", "ConvertTo6Nodes", "ConvertTo6Nodes\nSolver fast"),
     ("syntax", "plate", "ConvertTo6Nodes", "ConvertTo6Nodes\nSolver Sparse 1e-6"),
     ("syntax", "plate", "ConvertTo6Nodes", "ConvertTo6Nodes\nDoSmoothing 4"),
