@@ -115,6 +115,9 @@ public:
   };
   std::vector<NodeLine> supports, nodalLoads;
 
+  /// A section of no known name was left out: it may have been any.
+  bool hasLostSection = false;
+
   /// Where the surplus of a node begins.
   std::set<std::uint64_t> surplusNodes;
   /// The unit systems and their records.

@@ -193,6 +193,7 @@ std::string UnknownWordText(const Refusal& refusal) {
 
 /// A section of no known kind is lost: it may have held any of these records.
 void SpoilSections(Inspection& deck) {
+  deck.hasLostSection = true;
   for (const RecordKind kind :
        {RecordKind::Material, RecordKind::Support, RecordKind::Hinge, RecordKind::NodalLoad,
         RecordKind::ElementLoad, RecordKind::UnitSystem})

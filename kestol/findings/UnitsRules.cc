@@ -87,8 +87,7 @@ void FindUnitsOrder(Inspection& deck) {
 
 void FindMissingUnits(Inspection& deck) {
   const Place named = deck.PlaceOfKeyword("units_names");
-  // A section of no known name may have been one of them.
-  if (named.offset == Finding::kNowhere || deck.Unnumbered(RecordKind::UnitSystem) > 0) return;
+  if (named.offset == Finding::kNowhere || deck.hasLostSection) return;
   std::string missing;
   for (const UnitsKeyword& units : UnitsKeywords()) {
     if (deck.HasKeyword(units.name)) continue;
