@@ -231,7 +231,8 @@ UNITS = [
       "[units-order]")),
     # One that stands too late, and one that is missing, are two mistakes.
     (edit(PORTAL, "units_mesh m\n", "", "units_res kN-m\n", "") + "units_res kN-m\n",
-     ("[units_names]", "warning: unit systems are named, but units_mesh is missing: factors 1 are taken [units-default]"),
+     ("[units_names]",
+      "warning: unit systems are named, but units_mesh is missing: factors 1 are taken [units-default]"),
      ("[units_res] kN-m", "warning: units_res stands behind mesh on line 11, whose values it does not scale "
       "[units-order]")),
     # A further list of systems is none given twice.
